@@ -1,0 +1,190 @@
+// The host's declarations of the COM interfaces that the extension implements or calls. Names, slot order, layouts and
+// numbers are those of the SDK; only what the extension uses is here.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#define STDMETHODCALLTYPE
+#define WINAPI
+
+using HRESULT = std::int32_t;
+using ULONG = std::uint32_t;
+using DWORD = std::uint32_t;
+using LONG = std::int32_t;
+using UINT = std::uint32_t;
+using BOOL = int;
+using WORD = std::uint16_t;
+using CHAR = char;
+using LPCSTR = const char*;
+using UINT_PTR = std::uintptr_t;
+using LPVOID = void*;
+using HGLOBAL = void*;
+using CLIPFORMAT = std::uint16_t;
+
+struct HWND__;
+struct HMENU__;
+struct HKEY__;
+struct HINSTANCE__;
+struct ITEMIDLIST;
+using HWND = HWND__*;
+using HMENU = HMENU__*;
+using HKEY = HKEY__*;
+using HINSTANCE = HINSTANCE__*;
+using PCIDLIST_ABSOLUTE = const ITEMIDLIST*;
+
+inline constexpr BOOL TRUE = 1;
+inline constexpr BOOL FALSE = 0;
+
+struct GUID {
+    std::uint32_t Data1;
+    std::uint16_t Data2;
+    std::uint16_t Data3;
+    std::uint8_t Data4[8];
+};
+using IID = GUID;
+using CLSID = GUID;
+using REFIID = const IID&;
+using REFCLSID = const CLSID&;
+
+inline bool operator==(const GUID& a, const GUID& b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+inline bool IsEqualIID(REFIID a, REFIID b) {
+    return a == b;
+}
+inline bool IsEqualCLSID(REFCLSID a, REFCLSID b) {
+    return a == b;
+}
+
+inline constexpr HRESULT failure(std::uint32_t code) {
+    return static_cast<HRESULT>(code);
+}
+inline constexpr HRESULT S_OK = 0;
+inline constexpr HRESULT S_FALSE = 1;
+inline constexpr HRESULT E_NOTIMPL = failure(0x80004001u);
+inline constexpr HRESULT E_NOINTERFACE = failure(0x80004002u);
+inline constexpr HRESULT E_POINTER = failure(0x80004003u);
+inline constexpr HRESULT E_FAIL = failure(0x80004005u);
+inline constexpr HRESULT E_OUTOFMEMORY = failure(0x8007000Eu);
+inline constexpr HRESULT CLASS_E_NOAGGREGATION = failure(0x80040110u);
+inline constexpr HRESULT CLASS_E_CLASSNOTAVAILABLE = failure(0x80040111u);
+inline constexpr HRESULT DV_E_FORMATETC = failure(0x80040064u);
+inline constexpr std::uint32_t SEVERITY_SUCCESS = 0;
+inline constexpr HRESULT MAKE_HRESULT(std::uint32_t severity, std::uint32_t facility, std::uint32_t code) {
+    return failure(severity << 31 | facility << 16 | code);
+}
+inline constexpr bool SUCCEEDED(HRESULT result) {
+    return result >= 0;
+}
+inline constexpr bool FAILED(HRESULT result) {
+    return result < 0;
+}
+
+extern const IID IID_IUnknown;
+extern const IID IID_IClassFactory;
+extern const IID IID_IDataObject;
+extern const IID IID_IShellExtInit;
+extern const IID IID_IContextMenu;
+
+struct IUnknown {
+    virtual HRESULT QueryInterface(REFIID iid, void** object) = 0;
+    virtual ULONG AddRef() = 0;
+    virtual ULONG Release() = 0;
+
+  protected:
+    ~IUnknown() = default;
+};
+
+struct IClassFactory : IUnknown {
+    virtual HRESULT CreateInstance(IUnknown* outer, REFIID iid, void** object) = 0;
+    virtual HRESULT LockServer(BOOL lock) = 0;
+
+  protected:
+    ~IClassFactory() = default;
+};
+
+inline constexpr CLIPFORMAT CF_HDROP = 15;
+inline constexpr DWORD DVASPECT_CONTENT = 1;
+inline constexpr DWORD TYMED_HGLOBAL = 1;
+
+struct FORMATETC {
+    CLIPFORMAT cfFormat;
+    void* ptd;
+    DWORD dwAspect;
+    LONG lindex;
+    DWORD tymed;
+};
+
+struct STGMEDIUM {
+    DWORD tymed;
+    union {
+        HGLOBAL hGlobal;
+        void* pstg;
+    };
+    IUnknown* pUnkForRelease;
+};
+
+// Gives the medium back to its owner, or frees its memory when it has no owner; the medium is then empty.
+void ReleaseStgMedium(STGMEDIUM* medium);
+
+struct IDataObject : IUnknown {
+    virtual HRESULT GetData(FORMATETC* format, STGMEDIUM* medium) = 0;
+    virtual HRESULT GetDataHere(FORMATETC* format, STGMEDIUM* medium) = 0;
+    virtual HRESULT QueryGetData(FORMATETC* format) = 0;
+    virtual HRESULT GetCanonicalFormatEtc(FORMATETC* in, FORMATETC* out) = 0;
+    virtual HRESULT SetData(FORMATETC* format, STGMEDIUM* medium, BOOL release) = 0;
+    virtual HRESULT EnumFormatEtc(DWORD direction, void** formats) = 0;
+    virtual HRESULT DAdvise(FORMATETC* format, DWORD flags, void* sink, DWORD* connection) = 0;
+    virtual HRESULT DUnadvise(DWORD connection) = 0;
+    virtual HRESULT EnumDAdvise(void** advises) = 0;
+
+  protected:
+    ~IDataObject() = default;
+};
+
+struct IShellExtInit : IUnknown {
+    virtual HRESULT Initialize(PCIDLIST_ABSOLUTE folder, IDataObject* data, HKEY progId) = 0;
+
+  protected:
+    ~IShellExtInit() = default;
+};
+
+inline constexpr UINT CMF_NORMAL = 0x0;
+inline constexpr UINT CMF_DEFAULTONLY = 0x1;
+inline constexpr UINT CMF_VERBSONLY = 0x2;
+inline constexpr UINT CMF_EXPLORE = 0x4;
+inline constexpr UINT CMF_NOVERBS = 0x8;
+
+inline constexpr UINT GCS_VERBA = 0;
+inline constexpr UINT GCS_HELPTEXTA = 1;
+inline constexpr UINT GCS_VALIDATEA = 2;
+inline constexpr UINT GCS_VERBW = 4;
+inline constexpr UINT GCS_HELPTEXTW = 5;
+inline constexpr UINT GCS_VALIDATEW = 6;
+
+struct CMINVOKECOMMANDINFO {
+    DWORD cbSize;
+    DWORD fMask;
+    HWND hwnd;
+    LPCSTR lpVerb;
+    LPCSTR lpParameters;
+    LPCSTR lpDirectory;
+    int nShow;
+    DWORD dwHotKey;
+    void* hIcon;
+};
+
+struct IContextMenu : IUnknown {
+    virtual HRESULT QueryContextMenu(HMENU menu, UINT index, UINT idFirst, UINT idLast, UINT flags) = 0;
+    virtual HRESULT InvokeCommand(CMINVOKECOMMANDINFO* info) = 0;
+    virtual HRESULT GetCommandString(UINT_PTR id, UINT type, UINT* reserved, CHAR* name, UINT size) = 0;
+
+  protected:
+    ~IContextMenu() = default;
+};
+
+inline constexpr DWORD DLL_PROCESS_DETACH = 0;
+inline constexpr DWORD DLL_PROCESS_ATTACH = 1;
+inline constexpr DWORD DLL_THREAD_ATTACH = 2;

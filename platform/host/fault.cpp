@@ -1,0 +1,76 @@
+#include "platform/host/fault.h"
+
+#include <map>
+#include <string>
+
+namespace platform::fault {
+namespace {
+
+struct State {
+    std::string operation;
+    std::uint32_t remaining = 0;  // calls until the fault fires; 0 = nothing armed
+    ErrorCode error = kSuccess;
+    bool forGood = false;
+    bool fired = false;
+    std::map<std::string, std::uint32_t, std::less<>> counts;
+};
+
+State& state() {
+    static State instance;
+    return instance;
+}
+
+bool matches(std::string_view pattern, std::string_view operation) {
+    if (!pattern.empty() && pattern.back() == '*')
+        return operation.substr(0, pattern.size() - 1) == pattern.substr(0, pattern.size() - 1);
+    return pattern == operation;
+}
+
+}  // namespace
+
+void arm(std::string_view operation, std::uint32_t nth, ErrorCode error, bool forGood) {
+    State& s = state();
+    s.operation = operation;
+    s.remaining = nth;
+    s.error = error;
+    s.forGood = forGood;
+    s.fired = false;
+}
+
+void disarm() {
+    state().remaining = 0;
+    state().fired = false;
+}
+
+bool fired() {
+    return state().fired;
+}
+
+ErrorCode next(std::string_view operation) {
+    State& s = state();
+    ++s.counts[std::string(operation)];
+    if (s.remaining == 0 || !matches(s.operation, operation))
+        return kSuccess;
+    if (s.remaining > 1) {
+        --s.remaining;
+        return kSuccess;
+    }
+    if (!s.forGood)
+        s.remaining = 0;
+    s.fired = true;
+    return s.error;
+}
+
+std::uint32_t calls(std::string_view operation) {
+    std::uint32_t sum = 0;
+    for (const auto& [name, count] : state().counts)
+        if (matches(operation, name))
+            sum += count;
+    return sum;
+}
+
+void resetCounts() {
+    state().counts.clear();
+}
+
+}  // namespace platform::fault

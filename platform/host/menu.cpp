@@ -1,0 +1,98 @@
+#include "platform/menu.h"
+
+#include <algorithm>
+
+#include "platform/host/fault.h"
+#include "platform/host/menu_control.h"
+
+namespace platform {
+namespace {
+
+struct Bitmap {
+    std::uint32_t id;
+};
+
+}  // namespace
+
+namespace host {
+
+Menu& menu(MenuRef reference) {
+    return *static_cast<Menu*>(reference);
+}
+
+UserInterface& userInterface() {
+    static UserInterface instance;
+    return instance;
+}
+
+std::uint32_t bitmapId(BitmapRef bitmap) {
+    return bitmap ? static_cast<Bitmap*>(bitmap)->id : 0;
+}
+
+}  // namespace host
+
+void MenuTraits::close(Type menu) noexcept {
+    for (const host::RecordedItem& item : host::menu(menu).items)
+        if (item.submenu)
+            close(item.submenu);
+    delete static_cast<host::Menu*>(menu);
+    --host::userInterface().liveMenus;
+}
+
+void BitmapTraits::close(Type bitmap) noexcept {
+    delete static_cast<Bitmap*>(bitmap);
+    --host::userInterface().liveBitmaps;
+}
+
+MenuHandle createMenu() {
+    if (fault::next("CreateMenu"))
+        return {};
+    MenuHandle created(new host::Menu);
+    ++host::userInterface().liveMenus;
+    return created;
+}
+
+bool insertMenuItem(MenuRef menu, std::uint32_t position, const MenuItem& item) {
+    if (fault::next("InsertMenuItemW") || !menu)
+        return false;
+    auto& items = host::menu(menu).items;
+    host::RecordedItem recorded{item, {}, nullptr};
+    recorded.request.text = {};
+    if (item.hasText)
+        recorded.text = item.text;
+    if (item.mask & kItemSubmenu)
+        recorded.submenu = static_cast<host::Menu*>(item.submenu);
+    const std::size_t at = std::min<std::size_t>(position, items.size());
+    items.insert(items.begin() + static_cast<std::ptrdiff_t>(at), std::move(recorded));
+    return true;
+}
+
+BitmapHandle loadBitmap(void*, std::uint32_t id, int width, int height, std::uint32_t flags) {
+    host::UserInterface& ui = host::userInterface();
+    ui.loads.push_back({id, width, height, flags});
+    if (fault::next("LoadImageW"))
+        return {};
+    BitmapHandle loaded(new Bitmap{id});
+    ++ui.liveBitmaps;
+    return loaded;
+}
+
+int systemMetric(int index) {
+    return index == kSmallIconHeight ? host::userInterface().smallIconHeight : 0;
+}
+
+std::uint32_t systemColor(int index) {
+    const host::UserInterface& ui = host::userInterface();
+    return index == kColorMenu ? ui.menuColor : index == kColorWindow ? ui.windowColor : 0;
+}
+
+bool cursorPosition(std::int32_t& x, std::int32_t& y) {
+    const host::UserInterface& ui = host::userInterface();
+    if (fault::next("GetCursorPos") || !ui.hasCursor)
+        return false;
+    x = ui.cursorX;
+    y = ui.cursorY;
+    return true;
+}
+
+}  // namespace platform

@@ -1,0 +1,167 @@
+#!/usr/bin/env python3
+"""Makes the menu bitmaps bitmaps/230.bmp .. 240.bmp from the text pictures icons/*.txt.
+
+    make_bitmaps.py            write the bitmaps
+    make_bitmaps.py --check    change nothing; fail unless every bitmap is what its picture gives
+
+An icon file is named ID_NAME.txt and holds, in this order: comment lines that begin with '#'; palette
+lines "KEY RRGGBB", KEY being one character; a line "pixels"; and 16 rows of 16 characters, the top
+row first. '.' is the background and has no palette line. Errors name the file and the line.
+"""
+
+import argparse
+import pathlib
+import re
+import struct
+import sys
+
+SIZE = 16
+FIRST_ID, LAST_ID = 230, 240
+MAX_COLOURS = 16  # four bits a pixel
+BACKGROUND_KEY = "."
+# The loader puts the system's window colour in place of the colour that the first pixel has. White looks
+# right where a bitmap is shown without that step. Index 0 belongs to the background alone.
+BACKGROUND = (0xFF, 0xFF, 0xFF)
+# LR_LOADMAP3DCOLORS replaces exactly these greys by colours of the system.
+MAPPED_GREYS = {(128, 128, 128), (192, 192, 192), (223, 223, 223)}
+
+ROOT = pathlib.Path(__file__).resolve().parent
+PALETTE_LINE = re.compile(r"(\S) ([0-9A-F]{6})")
+
+
+class IconError(Exception):
+    """A picture breaks a rule; the text says where and which."""
+
+
+def add_colour(keys, palette, key, digits, where):
+    colour = tuple(bytes.fromhex(digits))
+    if key in keys:
+        raise IconError(f"{where}: the key '{key}' is already taken")
+    if key == "#":
+        raise IconError(f"{where}: '#' begins a comment and cannot be a key")
+    if colour == BACKGROUND:
+        raise IconError(f"{where}: {digits} is the colour of the background; take a slightly different one")
+    if colour in MAPPED_GREYS:
+        raise IconError(f"{where}: the loader may replace the grey {digits}; take a slightly different one")
+    if colour in palette:
+        raise IconError(f"{where}: the colour {digits} already has a key")
+    if len(palette) == MAX_COLOURS:
+        raise IconError(f"{where}: more than {MAX_COLOURS - 1} colours")
+    keys[key] = len(palette)
+    palette.append(colour)
+
+
+def parse_icon(path):
+    """Gives (palette, rows): RGB triples with the background first, and 16 lists of palette indexes."""
+    lines = path.read_text(encoding="ascii").splitlines()
+    keys = {BACKGROUND_KEY: 0}
+    palette = [BACKGROUND]
+    start = None
+    for number, line in enumerate(lines, 1):
+        where = f"{path.name}:{number}"
+        if line.startswith("#") or not line:
+            continue
+        if line == "pixels":
+            start = number
+            break
+        match = PALETTE_LINE.fullmatch(line)
+        if not match:
+            raise IconError(f"{where}: expected 'KEY RRGGBB' in capitals, or 'pixels', found '{line}'")
+        add_colour(keys, palette, match[1], match[2], where)
+    if start is None:
+        raise IconError(f"{path.name}: there is no line 'pixels'")
+    return palette, parse_pixels(path, lines, start, keys)
+
+
+def parse_pixels(path, lines, start, keys):
+    grid = lines[start:]
+    if len(grid) != SIZE:
+        raise IconError(f"{path.name}: {len(grid)} pixel rows instead of {SIZE}")
+    for number, line in enumerate(grid, start + 1):
+        if len(line) != SIZE:
+            raise IconError(f"{path.name}:{number}: {len(line)} pixels instead of {SIZE}")
+        for column, key in enumerate(line, 1):
+            if key not in keys:
+                raise IconError(f"{path.name}:{number}: '{key}' in column {column} has no palette line")
+    # Any corner may be the "first pixel": the file begins with the bottom row, the picture with the top one.
+    if any(grid[y][x] != BACKGROUND_KEY for y in (0, -1) for x in (0, -1)):
+        raise IconError(f"{path.name}: all four corners must be background '{BACKGROUND_KEY}'")
+    unused = set(keys) - set("".join(grid))
+    if unused:
+        raise IconError(f"{path.name}: the keys {' '.join(sorted(unused))} are not used by any pixel")
+    return [[keys[key] for key in line] for line in grid]
+
+
+def encode_bmp(palette, rows):
+    """An uncompressed bottom-up bitmap of four bits a pixel: the oldest form that every loader reads."""
+    padded = palette + [(0, 0, 0)] * (MAX_COLOURS - len(palette))
+    table = b"".join(bytes((blue, green, red, 0)) for red, green, blue in padded)
+    bits = b"".join(
+        bytes(row[x] << 4 | row[x + 1] for x in range(0, SIZE, 2)) for row in reversed(rows))
+    info = struct.pack("<IiiHHIIiiII", 40, SIZE, SIZE, 1, 4, 0, len(bits), 0, 0, 0, 0)
+    offset = 14 + len(info) + len(table)
+    return struct.pack("<2sIHHI", b"BM", offset + len(bits), 0, 0, offset) + info + table + bits
+
+
+def icon_sources(folder):
+    """Gives {identifier: path}, one for each identifier."""
+    sources = {}
+    for path in sorted(folder.glob("*.txt")):
+        match = re.fullmatch(r"(\d{3})_[a-z_]+\.txt", path.name)
+        if not match or not FIRST_ID <= int(match[1]) <= LAST_ID:
+            raise IconError(f"{path.name}: the name must be ID_NAME.txt, ID from {FIRST_ID} to {LAST_ID}")
+        if int(match[1]) in sources:
+            raise IconError(f"{path.name}: {sources[int(match[1])].name} has the same identifier")
+        sources[int(match[1])] = path
+    missing = [str(i) for i in range(FIRST_ID, LAST_ID + 1) if i not in sources]
+    if missing:
+        raise IconError(f"{folder.name}: no picture for {' '.join(missing)}")
+    return sources
+
+
+def make_all(folder):
+    """Gives {file name: bytes}; fails when two pictures are the same."""
+    bitmaps, seen = {}, {}
+    for identifier, path in icon_sources(folder).items():
+        palette, rows = parse_icon(path)
+        picture = tuple(palette[index] for row in rows for index in row)
+        if picture in seen:
+            raise IconError(f"{path.name}: the same picture as {seen[picture]}")
+        seen[picture] = path.name
+        bitmaps[f"{identifier}.bmp"] = encode_bmp(palette, rows)
+    return bitmaps
+
+
+def check(bitmaps, folder):
+    present = {path.name for path in folder.iterdir()} if folder.is_dir() else set()
+    faults = [f"bitmaps/{name}: no picture gives this file" for name in sorted(present - set(bitmaps))]
+    for name, data in bitmaps.items():
+        if name not in present:
+            faults.append(f"bitmaps/{name}: missing")
+        elif (folder / name).read_bytes() != data:
+            faults.append(f"bitmaps/{name}: differs from its picture")
+    if faults:
+        raise IconError("\n".join(faults + ["run resources/make_bitmaps.py"]))
+
+
+def main():
+    parser = argparse.ArgumentParser(description="Makes the menu bitmaps from the text pictures in icons/.")
+    parser.add_argument("--check", action="store_true", help="change nothing; fail unless all is up to date")
+    arguments = parser.parse_args()
+    target = ROOT / "bitmaps"
+    try:
+        bitmaps = make_all(ROOT / "icons")
+        if arguments.check:
+            check(bitmaps, target)
+        else:
+            target.mkdir(exist_ok=True)
+            for name, data in bitmaps.items():
+                (target / name).write_bytes(data)
+    except (IconError, OSError, UnicodeError) as error:
+        print(error, file=sys.stderr)
+        return 1
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

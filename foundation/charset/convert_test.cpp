@@ -1,0 +1,178 @@
+#include "foundation/charset/convert.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "foundation/charset/single_byte_tables.h"
+
+namespace owlkit {
+namespace {
+
+using enum ErrorPolicy;
+
+TEST(Charset, NamesFitTheCodePages) {
+    int known = 0;
+    for (std::uint32_t codePage = 0; codePage <= 0x12000; ++codePage) {
+        const std::string_view name = CharsetName(CharsetFromCodePage(codePage));
+        known += name != "SYSTEM";
+        if (name.starts_with("WINDOWS-")) {
+            EXPECT_EQ(name.substr(8), std::to_string(codePage));
+        } else if (name.starts_with("ISO-8859-") && codePage != 874) {
+            EXPECT_EQ(name.substr(9), std::to_string(codePage - 28590));
+        }
+    }
+    EXPECT_EQ(known, 21);
+    EXPECT_EQ(CharsetName(kCharsetIso8859_16), "ISO-8859-16");
+    EXPECT_EQ(CharsetName(22), "");
+}
+
+TEST(ToWide, DecodesUtf8) {
+    struct Case {
+        const char* name;
+        std::string text;
+        std::u16string expected;  // with '?' for each failure
+    };
+    const Case cases[] = {
+        {"empty", "", u""},
+        {"zero is a character", std::string("a\0b", 3), std::u16string(u"a\0b", 3)},
+        {"two bytes", "\xC3\xA9", u"\u00E9"},
+        {"overlong two", "\xC0\x80\xC1\xBF", u"????"},
+        {"three bytes", "\xE0\xA0\x80\xEF\xBF\xBF", u"\u0800\uFFFF"},
+        {"overlong three", "\xE0\x9F\xBF", u"???"},
+        {"lone surrogates", "\xED\xA0\x80\xED\xBF\xBF", {0xD800, 0xDFFF}},
+        {"four bytes", "\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF", {0xD83D, 0xDE00, 0xDBFF, 0xDFFF}},
+        {"overlong four", "\xF0\x8F\xBF\xBF", u"????"},
+        {"least of four", "\xF0\x90\x80\x80", {0xD800, 0xDC00}},
+        {"too large", "\xF4\x90\x80\x80", u"????"},
+        {"leads above F4", "\xF5\x80\x80\x80\xF8\x88\x80\x80\x80\xFE", u"??????????"},
+        {"cut short", "a\xF0\x9F\x98", u"a???"},
+        {"broken off by a character", "\xE2\x82z\xE2\x82\xAC", u"??z\u20AC"},
+        {"stray continuation", "\x80z\xBF", u"?z?"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        bool failed = true;
+        EXPECT_EQ(ToWide(c.text, kCharsetUtf8, Replace, u'?', &failed), c.expected);
+        EXPECT_EQ(failed, c.expected.find(u'?') != c.expected.npos);
+    }
+}
+
+TEST(ToWide, DecodesEveryTwoBytesOfUtf8) {
+    const auto alone = [](int byte) { return static_cast<char16_t>(byte < 0x80 ? byte : '?'); };
+    for (int a = 0; a < 256; ++a) {
+        for (int b = 0; b < 256; ++b) {
+            const char text[] = {static_cast<char>(a), static_cast<char>(b)};
+            std::u16string expected = {alone(a), alone(b)};
+            if (a >= 0xC2 && a <= 0xDF && b >= 0x80 && b <= 0xBF)
+                expected = {static_cast<char16_t>((a - 0xC0) * 64 + (b - 0x80))};
+            ASSERT_EQ(ToWide({text, 2}, kCharsetUtf8), expected) << a << ' ' << b;
+        }
+    }
+}
+
+TEST(Convert, Utf8BringsEveryCodeUnitBack) {
+    std::u16string all;
+    for (std::uint32_t unit = 0; unit <= 0xFFFF; ++unit) {
+        const std::u16string one(1, static_cast<char16_t>(unit));
+        ASSERT_EQ(ToWide(ToNarrow(one, kCharsetUtf8), kCharsetUtf8), one) << unit;
+        all += one;
+    }
+    // High after low, low after high, and pairs of both ends.
+    all += std::u16string(all.rbegin(), all.rend()) + std::u16string{0xD800, 0xDC00, 0xDBFF, 0xDFFF, 0xD800};
+    bool failed = true;
+    EXPECT_EQ(ToWide(ToNarrow(all, kCharsetUtf8, Stop, '?', &failed), kCharsetUtf8, Stop), all);
+    EXPECT_FALSE(failed);
+    EXPECT_EQ(ToNarrow(std::u16string{0xD83D, 0xDE00, 0xDE00}, kCharsetUtf8), "\xF0\x9F\x98\x80\xED\xB8\x80");
+}
+
+TEST(Convert, SingleByteDirectionsAreInverse) {
+    for (CharsetCode charset = kCharsetAscii; charset <= kCharsetDos850; ++charset) {
+        int defined = 0;
+        for (unsigned byte = 0; byte < 256; ++byte) {
+            const char16_t unit = decodeSingleByte(charset, static_cast<std::uint8_t>(byte));
+            defined += unit != 0;
+            EXPECT_TRUE(unit == 0 || encodeSingleByte(charset, unit) == byte) << charset << ' ' << byte;
+        }
+        int encoded = 0;
+        for (std::uint32_t unit = 0; unit <= 0xFFFF; ++unit)
+            encoded += encodeSingleByte(charset, static_cast<char16_t>(unit)) != 0;
+        EXPECT_EQ(encoded, defined) << charset;
+    }
+}
+
+TEST(Convert, KeepsUndecodableBytes) {
+    std::string bytes;
+    std::uint32_t random = 1;
+    for (int i = 0; i < 20000; ++i) {
+        random = random * 1664525 + 1013904223;
+        if (random >> 24 != 0xED)  // may begin an encoded surrogate, which is no failure
+            bytes += static_cast<char>(random >> 24);
+    }
+    for (CharsetCode charset = kCharsetUtf8; charset <= kCharsetDos850; ++charset)
+        EXPECT_EQ(ToNarrow(ToWide(bytes, charset, KeepByte), charset, KeepByte), bytes) << charset;
+}
+
+TEST(Convert, FollowsThePolicyToWide) {
+    struct Case {
+        CharsetCode charset;
+        ErrorPolicy policy;
+        char16_t replacement;
+        std::u16string expected;
+    };
+    const Case cases[] = {
+        {kCharsetAscii, Replace, u'\u20AC', u"a\u20AC\u20ACz"},
+        {kCharsetUtf8, Replace, 0, u"az"},
+        {kCharsetAscii, Stop, u'?', u"a"},
+        {kCharsetAscii, Empty, u'?', u""},
+        {kCharsetUtf8, Fixed, u'?', u"a\uFFFD\uFFFDz"},
+        {kCharsetUtf8, Hex, u'?', u"ax81xFFz"},
+        {kCharsetAscii, KeepByte, u'?', {u'a', 0xDC81, 0xDCFF, u'z'}},
+        {kCharsetUtf8, Latin1, u'?', u"a\u0081\u00FFz"},
+        {kCharsetWindows1252, Latin1, u'?', u"a\u00FFz"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.charset << " policy " << static_cast<int>(c.policy));
+        bool failed = false;
+        EXPECT_EQ(ToWide("a\x81\xFFz", c.charset, c.policy, c.replacement, &failed), c.expected);
+        EXPECT_TRUE(failed);
+    }
+    EXPECT_EQ(ToWide(std::string_view("a\0b", 3), kCharsetLatin1, Hex), u"ax00b");
+}
+
+TEST(Convert, FollowsThePolicyToNarrow) {
+    const std::u16string text = {u'a', 0x20AC, 0xD83D, 0xDE00, 0xDC41, u'\0', 0xDCFF, u'z'};
+    const std::string expected[] = {
+        "a\xBF\xBF\xBF\xBF\xBFz",        "a",       "",   "a\x1A\x1A\x1A\x1A\x1Az",
+        "ax20ACx01F600xDC41x0000xDCFFz", "aA\xFFz", "az",
+    };
+    for (int policy = 0; policy <= 6; ++policy) {
+        bool failed = false;
+        EXPECT_EQ(ToNarrow(text, kCharsetLatin1, ErrorPolicy(policy), '\xBF', &failed), expected[policy]);
+        EXPECT_TRUE(failed);
+    }
+    EXPECT_EQ(ToNarrow(text, kCharsetLatin1, Replace, 0), "az");
+}
+
+template <class Error, class Call>
+void expectError(const char* text, Call call) {
+    try {
+        call();
+        ADD_FAILURE() << text;
+    } catch (const Error& error) {
+        EXPECT_STREQ(error.what(), text);
+    }
+}
+
+TEST(Convert, ThrowsItsErrors) {
+    for (const CharsetCode charset : {22u, 26845u, 26847u, 0xFFFFFFFFu}) {
+        expectError<std::invalid_argument>("invalid conversion", [&] { ToWide("", charset); });
+        expectError<std::invalid_argument>("invalid conversion", [&] { ToNarrow(u"", charset); });
+    }
+    // A length that no result can have is refused before the text is touched.
+    const std::u16string_view endless(u"a", std::size_t{1} << 62);
+    expectError<std::length_error>("string too long", [&] { ToNarrow(endless, kCharsetUtf8); });
+}
+
+}  // namespace
+}  // namespace owlkit

@@ -1,0 +1,267 @@
+#include "foundation/text/number.h"
+
+#include <charconv>
+#include <iterator>
+#include <type_traits>
+
+#include "foundation/errors.h"
+
+namespace owlkit {
+namespace {
+
+// The limit is deliberate: a width above it fills nothing.
+constexpr std::int32_t kMaximumWidth = 25;
+
+constexpr std::uint32_t kNoDigit = 0xFFFFFFFF;
+
+template <class Char>
+std::uint32_t codeOf(Char c) {
+    return static_cast<std::make_unsigned_t<Char>>(c);
+}
+
+// The first range that matches decides. The codes 58 to 64 come out as digits 10 to 16, which is deliberate.
+std::uint32_t digitOf(std::uint32_t code) {
+    if (code > 65344)
+        return code - 65335;
+    if (code > 65312)
+        return code - 65303;
+    if (code > 65295)
+        return code - 65296;
+    if (code > 96)
+        return code - 87;
+    if (code > 64)
+        return code - 55;
+    return code >= 48 ? code - 48 : kNoDigit;
+}
+
+std::string formatNarrow(std::int64_t value, std::uint32_t format, std::int32_t width) {
+    if (format == kBoolean)
+        return value != 0 ? "true" : "false";
+    const bool isSigned = format < kUnsignedDecimal || format > kOctal;
+    const bool minus = isSigned && value < 0;
+    const auto bits = static_cast<std::uint64_t>(value);
+    const bool hex = format == kUpperHex || format == kLowerHex;
+    char digits[24];  // the longest are the 22 octal digits
+    const auto end = std::to_chars(digits, std::end(digits), minus ? 0 - bits : bits,
+                                   hex                ? 16
+                                   : format == kOctal ? 8
+                                                      : 10);
+    std::string text(digits, end.ptr);
+    if (format == kUpperHex) {
+        for (char& c : text) {
+            if (c >= 'a')
+                c = static_cast<char>(c - 'a' + 'A');
+        }
+    }
+    const std::size_t sign = minus ? 1 : 0;
+    if (width >= 1 && width <= kMaximumWidth && text.size() + sign < static_cast<std::size_t>(width))
+        text.insert(0, static_cast<std::size_t>(width) - sign - text.size(), '0');
+    return minus ? "-" + text : text;
+}
+
+// The walk over one text. Results are kept here and handed out only when the parse succeeded.
+template <class Char>
+class NumberParser {
+  public:
+    NumberParser(std::basic_string_view<Char> text, std::basic_string_view<Char> separator,
+                 std::uint32_t radix)
+        : text_(text), separator_(separator), radix_(radix) {}
+
+    std::uint32_t parse() {
+        while (at_ < text_.size()) {
+            const std::uint32_t code = codeOf(text_[at_]);
+            if (!started_ && (code == '+' || code == '-')) {
+                negative_ = code == '-';
+                started_ = true;
+                ++at_;
+            } else if (!started_ && isPrefix()) {
+                if (radix_ != 0 && radix_ != 16)
+                    return 0;
+                radix_ = 16;
+                started_ = true;
+                at_ += 2;
+            } else if (!started_ && isSpace(code)) {
+                ++at_;
+            } else if (started_ && !separator_.empty() && text_.substr(at_).starts_with(separator_)) {
+                if (afterSeparator_)
+                    return position(at_ - separator_.size());
+                afterSeparator_ = true;
+                at_ += separator_.size();
+            } else {
+                const std::uint32_t digit = digitOf(code);
+                if (digit >= (radix_ == 0 ? 10 : radix_))
+                    return started_ ? position(at_) : 0;
+                if (!take(digit))
+                    return kParseOverflow;
+            }
+        }
+        return position(at_);
+    }
+
+    std::uint64_t value() const { return value_; }
+    std::uint32_t radix() const { return radix_; }
+    bool negative() const { return negative_; }
+
+  private:
+    bool isPrefix() const {
+        return text_[at_] == '0' && at_ + 1 < text_.size() &&
+               (text_[at_ + 1] == 'x' || text_[at_ + 1] == 'X');
+    }
+
+    bool take(std::uint32_t digit) {
+        if (radix_ == 0)
+            radix_ = 10;
+        const std::uint64_t next = value_ * radix_ + digit;
+        // Deliberately no more than this: an overflow that wraps to a larger value passes.
+        if (next < value_)
+            return false;
+        value_ = next;
+        started_ = true;
+        afterSeparator_ = false;
+        ++at_;
+        return true;
+    }
+
+    static std::uint32_t position(std::size_t at) { return static_cast<std::uint32_t>(at); }
+
+    std::basic_string_view<Char> text_;
+    std::basic_string_view<Char> separator_;
+    std::uint32_t radix_;
+    std::size_t at_ = 0;
+    std::uint64_t value_ = 0;
+    bool negative_ = false;
+    bool started_ = false;
+    bool afterSeparator_ = false;
+};
+
+template <class Char>
+std::uint32_t parseAny(std::basic_string_view<Char> text, std::basic_string_view<Char> separator,
+                       std::uint64_t& value, std::uint32_t& radix, bool& negative) {
+    if (radix != 0 && (radix < 2 || radix > 36))
+        throwInvalidRadix();
+    value = 0;
+    negative = false;
+    NumberParser<Char> parser(text, separator, radix);
+    const std::uint32_t taken = parser.parse();
+    if (taken == 0 || taken == kParseOverflow)
+        return taken;
+    value = parser.value();
+    radix = parser.radix();
+    negative = parser.negative();
+    return taken;
+}
+
+bool found(std::uint32_t taken) {
+    return static_cast<std::int32_t>(taken) > 0;
+}
+
+template <class Char>
+std::uint32_t parseSigned(std::basic_string_view<Char> text, std::int32_t& value, std::uint32_t radix,
+                          std::basic_string_view<Char> separator) {
+    std::uint64_t magnitude = 0;
+    bool negative = false;
+    const std::uint32_t taken = parseAny(text, separator, magnitude, radix, negative);
+    if (!found(taken))
+        return taken;
+    if (magnitude > 0xFFFFFFFF)
+        return kParseOverflow;
+    auto bits = static_cast<std::uint32_t>(magnitude);
+    if (negative)
+        bits = 0 - bits;
+    // Deliberate: by this rule "-0" and a lone "-" do not fit in radix 10.
+    if (radix == 10 && (bits >> 31 != 0) != negative)
+        return kParseOverflow;
+    value = static_cast<std::int32_t>(bits);
+    return taken;
+}
+
+template <class Char>
+std::uint32_t parseUnsigned(std::basic_string_view<Char> text, std::uint32_t& value, std::uint32_t radix,
+                            std::basic_string_view<Char> separator) {
+    std::uint64_t magnitude = 0;
+    bool negative = false;
+    const std::uint32_t taken = parseAny(text, separator, magnitude, radix, negative);
+    if (!found(taken))
+        return taken;
+    if (negative || magnitude > 0xFFFFFFFF)
+        return kParseOverflow;
+    value = static_cast<std::uint32_t>(magnitude);
+    return taken;
+}
+
+template <class Char>
+std::int32_t parseSignedOr(std::basic_string_view<Char> text, std::int32_t fallback, std::uint32_t radix,
+                           std::basic_string_view<Char> separator) {
+    std::int32_t value = 0;
+    return found(parseSigned(text, value, radix, separator)) ? value : fallback;
+}
+
+}  // namespace
+
+template <class Char>
+std::basic_string<Char> formatNumber(std::int64_t value, std::uint32_t format, std::int32_t width) {
+    const std::string text = formatNarrow(value, format, width);
+    return std::basic_string<Char>(text.begin(), text.end());
+}
+template std::string formatNumber<char>(std::int64_t, std::uint32_t, std::int32_t);
+template std::u16string formatNumber<char16_t>(std::int64_t, std::uint32_t, std::int32_t);
+
+std::uint32_t parseNumber(std::string_view text, std::string_view separator, std::uint64_t& value,
+                          std::uint32_t& radix, bool& negative) {
+    return parseAny(text, separator, value, radix, negative);
+}
+std::uint32_t parseNumber(std::u16string_view text, std::u16string_view separator, std::uint64_t& value,
+                          std::uint32_t& radix, bool& negative) {
+    return parseAny(text, separator, value, radix, negative);
+}
+
+std::uint32_t parseInt32(std::string_view text, std::int32_t& value, std::uint32_t radix,
+                         std::string_view separator) {
+    return parseSigned(text, value, radix, separator);
+}
+std::uint32_t parseInt32(std::u16string_view text, std::int32_t& value, std::uint32_t radix,
+                         std::u16string_view separator) {
+    return parseSigned(text, value, radix, separator);
+}
+
+std::uint32_t parseUInt32(std::string_view text, std::uint32_t& value, std::uint32_t radix,
+                          std::string_view separator) {
+    return parseUnsigned(text, value, radix, separator);
+}
+std::uint32_t parseUInt32(std::u16string_view text, std::uint32_t& value, std::uint32_t radix,
+                          std::u16string_view separator) {
+    return parseUnsigned(text, value, radix, separator);
+}
+
+std::int32_t parseInt32Or(std::string_view text, std::int32_t fallback, std::uint32_t radix,
+                          std::string_view separator) {
+    return parseSignedOr(text, fallback, radix, separator);
+}
+std::int32_t parseInt32Or(std::u16string_view text, std::int32_t fallback, std::uint32_t radix,
+                          std::u16string_view separator) {
+    return parseSignedOr(text, fallback, radix, separator);
+}
+
+bool isSpace(std::uint32_t code, bool extended) {
+    if (code < 33)
+        return true;
+    if (!extended)
+        return false;
+    if (code >= 8192 && code <= 8202)
+        return true;
+    switch (code) {
+        case 133:
+        case 5760:
+        case 6158:
+        case 8232:
+        case 8233:
+        case 8239:
+        case 8287:
+        case 12288:
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace owlkit

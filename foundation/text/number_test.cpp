@@ -1,0 +1,154 @@
+#include "foundation/text/number.h"
+
+#include <gtest/gtest.h>
+
+#include <cinttypes>
+#include <cstdint>
+#include <cstdio>
+#include <stdexcept>
+#include <tuple>
+
+namespace owlkit {
+namespace {
+
+std::u16string widened(std::string_view text) {
+    std::u16string wide;
+    for (const char c : text)
+        wide += static_cast<char16_t>(static_cast<unsigned char>(c));
+    return wide;
+}
+
+TEST(FormatNumber, AgreesWithPrintf) {
+    constexpr std::int64_t kValues[] = {0, 1, -1, 257, -257, 1234567890123, INT64_MAX, INT64_MIN};
+    constexpr const char* kPlain[] = {"%" PRId64, "%" PRIu64, "%" PRIX64, "%" PRIx64, "%" PRIo64};
+    constexpr const char* kPadded[] = {"%0*" PRId64, "%0*" PRIu64, "%0*" PRIX64, "%0*" PRIx64, "%0*" PRIo64};
+    for (const std::int64_t value : kValues) {
+        for (const std::uint32_t format : {0u, 1u, 2u, 3u, 4u, 6u, 0xFFFFFFFFu}) {
+            for (std::int32_t width = -1; width <= 27; ++width) {
+                SCOPED_TRACE(testing::Message() << value << " format " << format << " width " << width);
+                const std::uint32_t row = format > kOctal ? 0 : format;
+                char expected[64];
+                if (width >= 1 && width <= 25)
+                    std::snprintf(expected, sizeof expected, kPadded[row], width, value);
+                else
+                    std::snprintf(expected, sizeof expected, kPlain[row], value);
+                EXPECT_EQ(formatNumber<char>(value, format, width), expected);
+                EXPECT_EQ(formatNumber<char16_t>(value, format, width), widened(expected));
+            }
+        }
+    }
+    EXPECT_EQ(formatNumber<char>(0, kBoolean, 9), "false");
+    EXPECT_EQ(formatNumber<char16_t>(-1, kBoolean, 9), u"true");
+}
+
+TEST(ParseNumber, TakesWhatIsANumber) {
+    struct Case {
+        const char* name;
+        std::string_view text;
+        std::string_view separator;
+        std::uint32_t radix;
+        std::uint32_t taken;
+        std::uint64_t value;
+        std::uint32_t radixOut;
+        bool negative;
+    };
+    const Case cases[] = {
+        {"empty", "", "", 10, 0, 0, 10, false},
+        {"white space before", " \t\n12 3", "", 10, 5, 12, 10, false},
+        {"white space alone", "  ", "", 10, 2, 0, 10, false},
+        {"lone sign", "+", "", 0, 1, 0, 0, false},
+        {"prefix decides", "0x1Ag", "", 0, 4, 26, 16, false},
+        {"prefix refused", "0x1A", "", 10, 0, 0, 10, false},
+        {"prefix after a sign is none", "-0x1A", "", 0, 2, 0, 10, true},
+        {"prefix alone", "0x", "", 0, 2, 0, 16, false},
+        {"radix 0 without prefix", "019", "", 0, 3, 19, 10, false},
+        {"largest radix", "zZ", "", 36, 2, 35 * 36 + 35, 36, false},
+        {"colon is ten", ":@", "", 17, 2, 10 * 17 + 16, 17, false},
+        {"high byte is none", "1\xB2", "", 36, 1, 1, 36, false},
+        {"separators", "1,234,567", ",", 10, 9, 1234567, 10, false},
+        {"doubled separator given back", "1,,234", ",", 10, 1, 1, 10, false},
+        {"separator at the end", "1,", ",", 10, 2, 1, 10, false},
+        {"separator first", ",1", ",", 10, 0, 0, 10, false},
+        {"long separator", "1::2::::3", "::", 10, 4, 12, 10, false},
+        {"largest", "18446744073709551615", "", 10, 20, ~0ull, 10, false},
+        {"overflow", "-18446744073709551616", "", 10, kParseOverflow, 0, 10, false},
+        {"overflow that goes unnoticed", "30000000000000000000", "", 10, 20, 11553255926290448384ull, 10,
+         false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        for (const bool wide : {false, true}) {
+            std::uint64_t value = 99;
+            std::uint32_t radix = c.radix;
+            bool negative = true;
+            const std::uint32_t taken =
+                wide ? parseNumber(widened(c.text), widened(c.separator), value, radix, negative)
+                     : parseNumber(c.text, c.separator, value, radix, negative);
+            EXPECT_EQ(std::tie(taken, value, radix, negative),
+                      std::tie(c.taken, c.value, c.radixOut, c.negative));
+        }
+    }
+}
+
+TEST(ParseNumber, KnowsFullWidthDigits) {
+    std::uint32_t value = 0;
+    EXPECT_EQ(parseUInt32(u"\uFF11\uFF21\uFF46", value, 16), 3u);
+    EXPECT_EQ(value, 0x1AFu);
+    EXPECT_EQ(parseUInt32(u"1\uFFFF", value, 36), 1u);
+}
+
+TEST(ParseNumber, RefusesARadixAndChangesNothing) {
+    for (const std::uint32_t bad : {1u, 37u, 0xFFFFFFFFu}) {
+        std::uint64_t value = 99;
+        std::uint32_t radix = bad;
+        bool negative = true;
+        EXPECT_THROW(parseNumber("", "", value, radix, negative), std::invalid_argument);
+        EXPECT_TRUE(value == 99 && negative);
+    }
+}
+
+TEST(ParseInt32, HoldsTheRange) {
+    struct Case {
+        const char* text;
+        std::uint32_t radix;
+        std::uint32_t taken;
+        std::int32_t value;  // 77 = unchanged
+        std::uint32_t unsignedTaken;
+    };
+    const Case cases[] = {
+        {"2147483648", 10, kParseOverflow, 77, 10},
+        {"-2147483648", 10, 11, INT32_MIN, kParseOverflow},
+        {"80000000", 16, 8, INT32_MIN, 8},
+        {"0xffffffff", 0, 10, -1, 10},
+        {"-ffffffff", 16, 9, 1, kParseOverflow},
+        {"99999999999999999999", 10, kParseOverflow, 77, kParseOverflow},
+        {"-0", 10, kParseOverflow, 77, kParseOverflow},
+        {"x", 10, 0, 77, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        std::int32_t value = 77;
+        EXPECT_EQ(parseInt32(c.text, value, c.radix), c.taken);
+        EXPECT_EQ(value, c.value);
+        std::int32_t wideValue = 77;
+        EXPECT_EQ(parseInt32(widened(c.text), wideValue, c.radix), c.taken);
+        EXPECT_EQ(wideValue, c.value);
+        EXPECT_EQ(parseInt32Or(c.text, 77, c.radix), c.value);
+        std::uint32_t unsignedValue = 0;
+        EXPECT_EQ(parseUInt32(widened(c.text), unsignedValue, c.radix), c.unsignedTaken);
+    }
+}
+
+TEST(IsSpace, CountsTheExtendedSpaces) {
+    int plain = 0;
+    int extended = 0;
+    for (std::uint32_t code = 0; code <= 0x10FFFF; ++code) {
+        plain += isSpace(code);
+        extended += isSpace(code, true);
+    }
+    EXPECT_EQ(plain, 33);
+    EXPECT_EQ(extended, 33 + 11 + 8);
+}
+
+}  // namespace
+}  // namespace owlkit

@@ -1,0 +1,50 @@
+#include "foundation/process/elevation.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/host/fault.h"
+#include "platform/host/process_control.h"
+
+namespace owlkit {
+namespace {
+
+TEST(Elevation, IsReadFromTheToken) {
+    const struct {
+        const char* name;
+        std::uint32_t type, length;
+        const char* fault;
+        std::uint32_t state;
+    } kCases[] = {
+        {"default", 1, 4, "", kElevationUnknown},
+        {"full", 2, 4, "", kElevationFull},
+        {"limited", 3, 4, "", kElevationLimited},
+        {"unknown type", 4, 4, "", kElevationUnknown},
+        {"too short", 2, 3, "", kElevationUnknown},
+        {"too long", 2, 8, "", kElevationUnknown},
+        {"no token", 2, 4, "OpenProcessToken", kElevationUnknown},
+        {"no answer", 2, 4, "GetTokenInformation", kElevationUnknown},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.name);
+        platform::tokenRecord() = {.elevationType = c.type, .returnedLength = c.length};
+        platform::fault::arm(c.fault, 1, platform::kErrorAccessDenied);
+        EXPECT_EQ(queryElevation(), c.state);
+        platform::fault::disarm();
+        EXPECT_EQ(platform::openHandleCount(), 0u);
+        for (const std::uint32_t access : platform::tokenRecord().opened)
+            EXPECT_EQ(access, platform::kTokenQuery);
+    }
+}
+
+TEST(Elevation, IsCachedUntilForgotten) {
+    forgetElevation();
+    platform::tokenRecord() = {.elevationType = platform::kElevationTypeDefault};
+    EXPECT_EQ(cachedElevation(), kElevationUnknown);
+    platform::tokenRecord().elevationType = platform::kElevationTypeFull;
+    EXPECT_EQ(cachedElevation(), kElevationUnknown);
+    forgetElevation();
+    EXPECT_EQ(cachedElevation(), kElevationFull);
+}
+
+}  // namespace
+}  // namespace owlkit

@@ -1,0 +1,76 @@
+#include "foundation/process/folders.h"
+
+#include <cstddef>
+#include <optional>
+
+#include "foundation/text/text.h"
+#include "platform/file.h"
+#include "platform/module.h"
+#include "platform/process.h"
+#include "platform/shell.h"
+
+namespace owlkit {
+namespace {
+
+constexpr std::size_t kPathBufferSize = 520;  // characters
+
+std::u16string& recordedApplicationFolder() {
+    static std::u16string folder;
+    return folder;
+}
+
+std::u16string applicationFolder() {
+    if (!recordedApplicationFolder().empty())
+        return recordedApplicationFolder();
+    const std::u16string program = platform::moduleFileName(nullptr);
+    const std::size_t separator = program.rfind(platform::kPathSeparator);
+    return separator != std::u16string::npos ? program.substr(0, separator + 1) : std::u16string();
+}
+
+std::optional<std::u16string> findFolder(std::uint32_t code) {
+    switch (code) {
+        case kFolderCurrent:
+            if (auto current = platform::currentDirectory(kPathBufferSize))
+                return current;
+            return applicationFolder();
+        case kFolderApplication:
+            return applicationFolder();
+        case kFolderTemporary:
+        case kFolderTemporaryFiles:
+            return platform::tempPath(kPathBufferSize);
+        case kFolderUserProfile:
+            return platform::environmentVariable(u"USERPROFILE");
+        case kFolderRoamingData:
+        case kFolderRoamingSettings:
+            return platform::folderPath(platform::kCsidlAppData);
+        case kFolderLocalData:
+            return platform::folderPath(platform::kCsidlLocalAppData);
+        case kFolderCommonData:
+        case kFolderCommonSettings:
+            return platform::folderPath(platform::kCsidlCommonAppData);
+        default:
+            return std::nullopt;
+    }
+}
+
+bool isFolder(const std::u16string& path) {
+    const std::uint32_t attributes = platform::fileAttributes(path);
+    return attributes != platform::kInvalidFileAttributes && (attributes & platform::kFileAttributeDirectory);
+}
+
+}  // namespace
+
+bool getFolder(std::uint32_t code, std::u16string& folder) {
+    folder.clear();
+    const std::optional<std::u16string> found = findFolder(code);
+    if (!found || !isFolder(*found))
+        return false;
+    folder = withTrailingSeparator(*found);
+    return true;
+}
+
+void recordApplicationFolder(const std::u16string& folder) {
+    recordedApplicationFolder() = folder;
+}
+
+}  // namespace owlkit

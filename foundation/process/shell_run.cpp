@@ -1,0 +1,67 @@
+#include "foundation/process/shell_run.h"
+
+#include <cstddef>
+#include <string_view>
+
+#include "foundation/text/text.h"
+#include "platform/file.h"
+#include "platform/process.h"
+#include "platform/shell.h"
+
+namespace owlkit {
+namespace {
+
+constexpr std::uint32_t kBaseMask = platform::kMaskNoUi | platform::kMaskNoAsync;
+
+bool open(const std::u16string& target) {
+    platform::ProcessHandle process;
+    return platform::shellExecuteEx({u"open", target, {}, kBaseMask, platform::kShowNormal}, process);
+}
+
+bool openFileOrUrl(const std::u16string& target) {
+    if (target.find(u"://") != std::u16string::npos)
+        return open(target);
+    if (platform::fileAttributes(target) == platform::kInvalidFileAttributes)
+        return false;
+    return open(u"file://" + std::u16string(trim(target)));
+}
+
+bool openMail(const std::u16string& target) {
+    const std::size_t colon = target.find(u':');
+    if (colon == std::u16string::npos || colon == 0)
+        return open(u"mailto:" + std::u16string(trim(target)));
+    const std::u16string scheme = toLowerAscii(trim(std::u16string_view(target).substr(0, colon)));
+    return scheme == u"mailto" && open(target);
+}
+
+}  // namespace
+
+std::int32_t runShell(const std::u16string& file, const std::u16string& parameters, bool wait) {
+    if (file.empty())
+        return -1;
+    const std::uint32_t mask = wait ? kBaseMask | platform::kMaskNoCloseProcess : kBaseMask;
+    platform::ProcessHandle process;
+    if (!platform::shellExecuteEx({u"open", file, parameters, mask, platform::kShowNormal}, process))
+        return -1;
+    if (process && wait) {
+        platform::waitForProcess(process, platform::kWaitForever);
+        if (std::uint32_t code = 0; platform::exitCodeProcess(process, code))
+            return static_cast<std::int32_t>(code);
+    }
+    return 0;
+}
+
+bool openWithShell(std::uint32_t kind, const std::u16string& target) {
+    if (target.empty())
+        return false;
+    switch (kind) {
+        case kOpenFileOrUrl:
+            return openFileOrUrl(target);
+        case kOpenMail:
+            return openMail(target);
+        default:
+            return open(target);
+    }
+}
+
+}  // namespace owlkit

@@ -1,0 +1,108 @@
+#include <gtest/gtest.h>
+
+#include "foundation/process/echo_child.h"
+#include "foundation/process/shell_run.h"
+#include "platform/host/fault.h"
+#include "platform/host/process_control.h"
+#include "platform/host/shell_control.h"
+
+namespace owlkit {
+namespace {
+
+class ShellRunOnHost : public testing::Test {
+  protected:
+    ~ShellRunOnHost() override {
+        EXPECT_EQ(platform::openHandleCount(), 0u);
+        platform::resetShell();
+        platform::fault::disarm();
+    }
+};
+
+TEST_F(ShellRunOnHost, StartsAndWaits) {
+    const struct {
+        const char* name;
+        const char16_t* file;
+        bool wait;
+        std::int64_t executeResult;
+        std::optional<std::uint32_t> exitCode;
+        const char* fault;
+        std::int32_t result;
+    } kCases[] = {
+        {"no file", u"", true, 42, 7, "", -1},
+        {"not waited for", u"a.exe", false, 42, 7, "", 0},
+        {"waited for", u"a.exe", true, 42, 7, "", 7},
+        {"a large exit code", u"a.exe", true, 42, 0xC0000005, "", -1073741819},
+        {"no process", u"a.txt", true, 42, std::nullopt, "", 0},
+        {"refused", u"a.exe", true, 32, 7, "", -1},
+        {"failing start", u"a.exe", true, 42, 7, "ShellExecuteExW", -1},
+        {"failing wait", u"a.exe", true, 42, 7, "WaitForSingleObject", 7},
+        {"failing exit code", u"a.exe", true, 42, 7, "GetExitCodeProcess", 0},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.name);
+        platform::shellStarts().clear();
+        platform::setShellExecuteResult(c.executeResult);
+        platform::setShellProcess(c.exitCode);
+        platform::fault::arm(c.fault, 1, platform::kErrorAccessDenied);
+        EXPECT_EQ(runShell(c.file, u"-x \"y z\"", c.wait), c.result);
+        for (const platform::ShellStart& start : platform::shellStarts()) {
+            EXPECT_TRUE(start.extended);
+            EXPECT_EQ(start.verb, u"open");
+            EXPECT_EQ(start.file, c.file);
+            EXPECT_EQ(start.parameters, u"-x \"y z\"");
+            EXPECT_EQ(start.show, 1);
+            EXPECT_EQ(start.mask, c.wait ? 1344u : 1280u);
+        }
+        EXPECT_EQ(platform::openHandleCount(), 0u);
+    }
+    platform::setShellExecuteResult(42);
+    platform::fault::disarm();
+    platform::startShellProgramsForReal(true);
+    EXPECT_EQ(runShell(echoChild(), u"exit  7", true), 7);
+    EXPECT_EQ(runShell(echoChild() + u".missing", u"", true), -1);
+}
+
+TEST_F(ShellRunOnHost, OpensWhatItsKindAllows) {
+    const TestFolder folder;
+    const std::u16string path = folder.path().u16string();
+    const struct {
+        const char* name;
+        std::uint32_t kind;
+        std::u16string target;
+        std::u16string started;  // empty: refused without a start
+    } kCases[] = {
+        {"nothing", 1, u"", u""},
+        {"an address", 1, u" web://no such place", u" web://no such place"},
+        {"a folder", 1, path, u"file://" + path},
+        {"a missing file", 1, path + u".missing", u""},
+        {"an address without slashes", 1, u"mailto:a@b", u""},
+        {"a mail address", 2, u"\t a@b.c ", u"mailto:a@b.c"},
+        {"a mail address with a scheme", 2, u"mailto:a@b.c", u"mailto:a@b.c"},
+        {"any letter case, blanks", 2, u" MailTo :a@b.c ", u" MailTo :a@b.c "},
+        {"an empty scheme", 2, u":a@b.c ", u"mailto::a@b.c"},
+        {"a blank scheme", 2, u" :a@b.c", u""},
+        {"another scheme", 2, u"web://a", u""},
+        {"anything", 0, u" any:thing ", u" any:thing "},
+        {"another kind", 3, path + u".missing", path + u".missing"},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.name);
+        platform::shellStarts().clear();
+        EXPECT_EQ(openWithShell(c.kind, c.target), !c.started.empty());
+        ASSERT_EQ(platform::shellStarts().size(), c.started.empty() ? 0u : 1u);
+        if (c.started.empty())
+            continue;
+        const platform::ShellStart& start = platform::shellStarts()[0];
+        EXPECT_EQ(start.verb, u"open");
+        EXPECT_EQ(start.file, c.started);
+        EXPECT_EQ(start.parameters, u"");
+        EXPECT_EQ(start.show, 1);
+        EXPECT_EQ(start.mask, 1280u);
+        platform::setShellExecuteResult(5);
+        EXPECT_FALSE(openWithShell(c.kind, c.target));
+        platform::setShellExecuteResult(42);
+    }
+}
+
+}  // namespace
+}  // namespace owlkit

@@ -1,0 +1,110 @@
+#include <gtest/gtest.h>
+
+#include "platform/win32/win32_api.h"
+
+#include <fstream>
+#include <iterator>
+
+#include "foundation/process/echo_child.h"
+#include "foundation/process/folders.h"
+#include "foundation/process/shell_run.h"
+#include "foundation/process/shutdown.h"
+
+namespace owlkit {
+namespace {
+
+// Puts a tree of this test in the place of HKEY_CLASSES_ROOT, for this process; the system's own handlers
+// stay as they are.
+class TestClasses {
+  public:
+    TestClasses() {
+        EXPECT_EQ(RegCreateKeyW(HKEY_CURRENT_USER, kPath, &root_), ERROR_SUCCESS);
+        EXPECT_EQ(RegOverridePredefKey(HKEY_CLASSES_ROOT, root_), ERROR_SUCCESS);
+    }
+    ~TestClasses() {
+        RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
+        RegCloseKey(root_);
+        RegDeleteTreeW(HKEY_CURRENT_USER, kPath);
+    }
+    TestClasses(const TestClasses&) = delete;
+    TestClasses& operator=(const TestClasses&) = delete;
+
+    void set(const std::u16string& key, const std::u16string& name, const std::u16string& text) {
+        const DWORD size = static_cast<DWORD>((text.size() + 1) * sizeof(char16_t));
+        EXPECT_EQ(
+            RegSetKeyValueW(root_, platform::wide(key), platform::wide(name), REG_SZ, text.c_str(), size),
+            ERROR_SUCCESS);
+    }
+
+    // Makes `commandLine` the handler of a protocol or a type of documents.
+    void setHandler(const std::u16string& name, const std::u16string& commandLine) {
+        set(name, u"URL Protocol", u"");
+        set(name + u"\\shell\\open\\command", u"", commandLine);
+    }
+
+  private:
+    static constexpr const wchar_t* kPath = L"Software\\Owlkit test classes";
+    HKEY root_ = nullptr;
+};
+
+// What the started child saved; waits for it.
+std::string saved(const std::filesystem::path& file) {
+    for (int i = 0; i < 200 && !std::filesystem::exists(file); ++i)
+        Sleep(50);
+    std::string text;
+    {
+        std::ifstream stream(file, std::ios::binary);
+        text.assign(std::istreambuf_iterator<char>(stream), {});
+    }
+    std::filesystem::remove(file);
+    return text;
+}
+
+TEST(ShellRun, ReturnsTheExitCode) {
+    const TestFolder folder;
+    const std::filesystem::path copy = folder / "echo child.exe";
+    std::filesystem::copy_file(echoChild(), copy);
+    EXPECT_EQ(runShell(echoChild(), u"exit 7", true), 7);
+    EXPECT_EQ(runShell(copy.u16string(), u"exit -5", true), -5);
+    EXPECT_EQ(runShell(copy.u16string(), u"", true), 99);
+    EXPECT_EQ(runShell(echoChild(), u"exit 7", false), 0);
+    EXPECT_EQ(runShell((folder / "missing.exe").u16string(), u"", true), -1);
+    EXPECT_EQ(runShell(u"", u"exit 7", true), -1);
+}
+
+TEST(ShellRun, OpensEachKindWithItsHandler) {
+    const TestFolder folder;
+    const std::filesystem::path output = folder / "output";
+    const std::filesystem::path document = folder / "a b.owlkittest";
+    std::ofstream(document) << "text";
+    const std::u16string save = u"\"" + echoChild() + u"\" save \"" + output.u16string() + u"\" \"%1\"";
+    TestClasses classes;
+    for (const char16_t* const name : {u"owlkittest", u"mailto", u"owlkittest.document"})
+        classes.setHandler(name, save);
+    classes.set(u".owlkittest", u"", u"owlkittest.document");
+
+    EXPECT_TRUE(openWithShell(kOpenFileOrUrl, u"owlkittest://host/page?x=1"));
+    EXPECT_EQ(saved(output), "[owlkittest://host/page?x=1]");
+    EXPECT_TRUE(openWithShell(kOpenFileOrUrl, document.u16string()));
+    EXPECT_EQ(saved(output), "[" + document.string() + "]");
+    EXPECT_FALSE(openWithShell(kOpenFileOrUrl, document.u16string() + u".missing"));
+    EXPECT_TRUE(openWithShell(kOpenMail, u" a@b.example "));
+    EXPECT_EQ(saved(output), "[mailto:a@b.example]");
+    EXPECT_FALSE(openWithShell(kOpenMail, u"owlkittest://host"));
+    EXPECT_TRUE(openWithShell(0, u"owlkittest:anything"));
+    EXPECT_EQ(saved(output), "[owlkittest:anything]");
+    EXPECT_FALSE(std::filesystem::exists(output));
+}
+
+TEST(Process, FindsEveryFolderAndRefusesUnknownShutdowns) {
+    for (std::uint32_t code = kFolderCurrent; code <= kFolderCommonSettings; ++code) {
+        SCOPED_TRACE(code);
+        std::u16string folder;
+        EXPECT_TRUE(getFolder(code, folder));
+        EXPECT_TRUE(folder.ends_with(u'\\') && std::filesystem::is_directory(folder));
+    }
+    EXPECT_FALSE(shutdownSystem(4, true));
+}
+
+}  // namespace
+}  // namespace owlkit

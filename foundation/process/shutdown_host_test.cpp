@@ -1,0 +1,53 @@
+#include "foundation/process/shutdown.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/host/fault.h"
+#include "platform/host/process_control.h"
+
+namespace owlkit {
+namespace {
+
+TEST(Shutdown, AsksForTheModeUnderItsPrivilege) {
+    const struct {
+        std::uint32_t mode;
+        bool force;
+        std::uint32_t flags;
+    } kCases[] = {{1, false, 0}, {2, false, 8}, {3, false, 2}, {1, true, 16}, {2, true, 24}, {3, true, 18}};
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.flags);
+        platform::TokenRecord& record = platform::tokenRecord() = {};
+        EXPECT_TRUE(shutdownSystem(c.mode, c.force));
+        EXPECT_EQ(record.opened, std::vector<std::uint32_t>{40});
+        ASSERT_TRUE(record.adjusted.size() == 1 && record.exits.size() == 1);
+        EXPECT_EQ(record.adjusted[0].attributes, 2u);
+        EXPECT_EQ(record.exits[0].flags, c.flags);
+        EXPECT_EQ(record.exits[0].reason, 0u);
+    }
+}
+
+TEST(Shutdown, TouchesNothingForAnotherMode) {
+    platform::fault::resetCounts();
+    for (const std::uint32_t mode : {0u, 4u, 0xFFFFFFFFu})
+        EXPECT_FALSE(shutdownSystem(mode, true));
+    EXPECT_EQ(platform::fault::calls("*"), 0u);
+}
+
+TEST(Shutdown, StopsAtEveryFailingCall) {
+    std::uint32_t failures = 0;
+    for (;; ++failures) {
+        platform::tokenRecord() = {};
+        platform::fault::arm("*", failures + 1, 1300);  // not all privileges assigned
+        const bool done = shutdownSystem(2, true);
+        EXPECT_EQ(platform::openHandleCount(), 0u);
+        EXPECT_EQ(done, !platform::fault::fired());
+        EXPECT_EQ(platform::tokenRecord().exits.size(), done ? 1u : 0u);
+        if (done)
+            break;
+    }
+    platform::fault::disarm();
+    EXPECT_EQ(failures, 4u);
+}
+
+}  // namespace
+}  // namespace owlkit

@@ -1,0 +1,61 @@
+#include "platform/module.h"
+
+#include <filesystem>
+#include <map>
+#include <system_error>
+
+#include "platform/host/fault.h"
+#include "platform/host/module_control.h"
+#include "platform/host/utf8.h"
+
+namespace platform {
+namespace {
+
+struct Modules {
+    std::map<void*, std::u16string> files;
+    std::map<std::u16string, void*, std::less<>> handles;
+};
+
+Modules& modules() {
+    static Modules instance;
+    return instance;
+}
+
+}  // namespace
+
+void* moduleHandle(const char16_t* name) {
+    if (fault::next("GetModuleHandleW") != kSuccess || name == nullptr)
+        return nullptr;
+    const auto found = modules().handles.find(name);
+    return found != modules().handles.end() ? found->second : nullptr;
+}
+
+std::u16string moduleFileName(void* module) {
+    if (fault::next("GetModuleFileNameW") != kSuccess)
+        return {};
+    const auto found = modules().files.find(module);
+    if (found != modules().files.end())
+        return found->second;
+    std::error_code error;
+    return module == nullptr ? fromHostName(std::filesystem::read_symlink("/proc/self/exe", error).native())
+                             : std::u16string();
+}
+
+bool canLoadModule(const std::u16string& file) {
+    std::error_code error;
+    return fault::next("LoadLibraryW") == kSuccess && std::filesystem::is_regular_file(toHostName(file), error);
+}
+
+void setModuleFileName(void* module, const std::u16string& path) {
+    modules().files[module] = path;
+}
+
+void setModuleHandle(const std::u16string& name, void* module) {
+    modules().handles[name] = module;
+}
+
+void resetModules() {
+    modules() = Modules();
+}
+
+}  // namespace platform

@@ -1,0 +1,18 @@
+// What the module stand-in answers.
+#pragma once
+
+#include <string>
+
+namespace platform {
+
+// moduleFileName(module) answers `path` from now on; nullptr stands for the running program, which otherwise
+// has its real path. Every other module has none.
+void setModuleFileName(void* module, const std::u16string& path);
+
+// moduleHandle(name) answers `module` from now on; without this every name but the null one is unknown.
+void setModuleHandle(const std::u16string& name, void* module);
+
+// Forgets what was set.
+void resetModules();
+
+}  // namespace platform

@@ -1,0 +1,234 @@
+#include "platform/shell.h"
+
+#include <algorithm>
+#include <map>
+
+#include "platform/host/fault.h"
+#include "platform/host/process_control.h"
+#include "platform/host/shell_control.h"
+
+namespace platform {
+namespace {
+
+constexpr std::int64_t kLargestFailure = 32;
+constexpr std::int64_t kFileNotFound = 2;
+
+struct Shell {
+    std::vector<ShellStart> starts;
+    std::int64_t executeResult = 42;
+    std::optional<std::uint32_t> exitCode = 0;
+    bool forReal = false;
+    int associationChanges = 0;
+    std::map<int, std::u16string> folders;
+    std::map<std::u16string, RecycleBin> bins;
+    std::optional<std::u16string> windowsFolder = u"C:\\Windows";
+};
+
+Shell& shell() {
+    static Shell instance;
+    return instance;
+}
+
+template <class Map, class Value>
+void setOrErase(Map& map, const typename Map::key_type& key, std::optional<Value> value) {
+    map.erase(key);
+    if (value)
+        map.emplace(key, *std::move(value));
+}
+
+std::vector<std::u16string> splitAtBlanks(const std::u16string& parameters) {
+    std::vector<std::u16string> items;
+    for (std::size_t at = 0; (at = parameters.find_first_not_of(u' ', at)) != std::u16string::npos;) {
+        const std::size_t end = std::min(parameters.find(u' ', at), parameters.size());
+        items.push_back(parameters.substr(at, end - at));
+        at = end;
+    }
+    return items;
+}
+
+// Records the start and, when asked to, carries it out; the value is that of ShellExecuteW.
+std::int64_t start(ShellStart record, ProcessHandle& process) {
+    shell().starts.push_back(record);
+    if (shell().executeResult <= kLargestFailure)
+        return shell().executeResult;
+    if (shell().forReal) {
+        process = startProgram(record.file, splitAtBlanks(record.parameters));
+        if (!process)
+            return kFileNotFound;
+    } else if (shell().exitCode) {
+        process = finishedProcess(*shell().exitCode);
+    }
+    return shell().executeResult;
+}
+
+}  // namespace
+
+std::int64_t shellExecute(void* owner, const std::u16string& verb, const std::u16string& file,
+                          const std::u16string& parameters, const char16_t* folder, std::int32_t show) {
+    if (const ErrorCode error = fault::next("ShellExecuteW"); error != kSuccess)
+        return std::min<std::int64_t>(error, kLargestFailure);
+    ProcessHandle process;
+    return start({false, verb, file, parameters, folder != nullptr, show, owner, 0}, process);
+}
+
+bool shellExecuteEx(const ShellExecuteRequest& request, ProcessHandle& process) {
+    process.reset();
+    if (fault::next("ShellExecuteExW") != kSuccess)
+        return false;
+    ProcessHandle started;
+    const std::int64_t result = start(
+        {true, request.verb, request.file, request.parameters, false, request.show, nullptr, request.mask},
+        started);
+    if (request.mask & kMaskNoCloseProcess)
+        process = std::move(started);
+    return result > kLargestFailure;
+}
+
+std::optional<std::u16string> folderPath(int csidl) {
+    if (fault::next("SHGetFolderPathW") != kSuccess)
+        return std::nullopt;
+    const auto found = shell().folders.find(csidl);
+    return found != shell().folders.end() ? std::optional(found->second) : std::nullopt;
+}
+
+bool queryRecycleBin(const std::u16string& root, std::int64_t& bytes, std::int64_t& items) {
+    if (fault::next("SHQueryRecycleBinW") != kSuccess)
+        return false;
+    const auto found = shell().bins.find(root);
+    if (found == shell().bins.end())
+        return false;
+    bytes = found->second.bytes;
+    items = found->second.items;
+    return true;
+}
+
+int driveNumber(const std::u16string& path) {
+    const std::size_t at = path.starts_with(u"\\\\?\\") ? 4 : 0;
+    if (path.size() < at + 2 || path[at + 1] != u':')
+        return -1;
+    const int letter = path[at] | 0x20;
+    return letter >= u'a' && letter <= u'z' && path[at] < 0x80 ? letter - u'a' : -1;
+}
+
+std::uint32_t windowsDirectory(char16_t* buffer, std::uint32_t size) {
+    if (fault::next("GetWindowsDirectoryW") != kSuccess || !shell().windowsFolder)
+        return 0;
+    const std::u16string& folder = *shell().windowsFolder;
+    const std::uint32_t length = static_cast<std::uint32_t>(folder.size());
+    if (size <= length)
+        return length + 1;
+    folder.copy(buffer, length);
+    buffer[length] = u'\0';
+    return length;
+}
+
+namespace {
+
+// What a memory handle of makeDropList() points to.
+struct DropMemory {
+    std::vector<DropItem> items;
+    std::uint32_t locks = 0;
+};
+
+}  // namespace
+
+struct DropList::Block {
+    explicit Block(DropMemory* locked) : memory(locked) {
+        if (memory != nullptr)
+            ++memory->locks;
+    }
+    // Touches the memory, so that a sanitizer reports a list that outlives it.
+    ~Block() {
+        if (memory != nullptr)
+            --memory->locks;
+    }
+    Block(const Block&) = delete;
+    Block& operator=(const Block&) = delete;
+
+    const std::u16string& path(std::uint32_t index) const {
+        static const std::u16string kNone;
+        const bool has = memory != nullptr && index < memory->items.size() && memory->items[index].readable;
+        return has ? memory->items[index].path : kNone;
+    }
+
+    DropMemory* memory;
+};
+
+DropList::DropList(std::unique_ptr<Block> block) noexcept : block_(std::move(block)) {}
+DropList::DropList(DropList&& other) noexcept = default;
+DropList& DropList::operator=(DropList&& other) noexcept = default;
+DropList::~DropList() = default;
+
+DropList DropList::open(void* global) {
+    const bool fails = fault::next("GlobalLock") != kSuccess;
+    return DropList(std::make_unique<Block>(fails ? nullptr : static_cast<DropMemory*>(global)));
+}
+
+std::uint32_t DropList::count() const {
+    const bool has = block_ && block_->memory != nullptr && fault::next("DragQueryFileW") == kSuccess;
+    return has ? static_cast<std::uint32_t>(block_->memory->items.size()) : 0;
+}
+
+std::uint32_t DropList::itemLength(std::uint32_t index) const {
+    if (!block_ || fault::next("DragQueryFileW") != kSuccess)
+        return 0;
+    return static_cast<std::uint32_t>(block_->path(index).size());
+}
+
+std::uint32_t DropList::copyItem(std::uint32_t index, char16_t* buffer, std::uint32_t room) const {
+    if (!block_ || room == 0 || fault::next("DragQueryFileW") != kSuccess)
+        return 0;
+    const std::size_t length = block_->path(index).copy(buffer, room - 1);
+    buffer[length] = u'\0';
+    return static_cast<std::uint32_t>(length);
+}
+
+std::vector<ShellStart>& shellStarts() {
+    return shell().starts;
+}
+
+void setShellExecuteResult(std::int64_t value) {
+    shell().executeResult = value;
+}
+
+void setShellProcess(std::optional<std::uint32_t> exitCode) {
+    shell().exitCode = exitCode;
+}
+
+void startShellProgramsForReal(bool really) {
+    shell().forReal = really;
+}
+
+void setFolderPath(int csidl, std::optional<std::u16string> folder) {
+    setOrErase(shell().folders, csidl, std::move(folder));
+}
+
+void setRecycleBin(const std::u16string& root, std::optional<RecycleBin> bin) {
+    setOrErase(shell().bins, root, bin);
+}
+
+void notifyAssociationsChanged() {
+    ++shell().associationChanges;
+}
+
+int associationChanges() {
+    return shell().associationChanges;
+}
+
+void setWindowsDirectory(std::optional<std::u16string> folder) {
+    shell().windowsFolder = std::move(folder);
+}
+
+void resetShell() {
+    shell() = Shell();
+}
+
+void* makeDropList(std::vector<DropItem> items) {
+    return new DropMemory{std::move(items), 0};
+}
+
+void freeDropList(void* global) {
+    delete static_cast<DropMemory*>(global);
+}
+
+}  // namespace platform

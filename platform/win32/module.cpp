@@ -1,0 +1,33 @@
+#include "platform/module.h"
+
+#include "platform/win32/win32_api.h"
+
+namespace platform {
+
+void* moduleHandle(const char16_t* name) {
+    return GetModuleHandleW(wide(name));
+}
+
+std::u16string moduleFileName(void* module) {
+    std::u16string path(MAX_PATH, u'\0');
+    for (;;) {
+        const DWORD size = static_cast<DWORD>(path.size());
+        const DWORD length = GetModuleFileNameW(static_cast<HMODULE>(module), wide(path.data()), size);
+        if (length == 0)
+            return {};
+        if (length < size) {
+            path.resize(length);
+            return path;
+        }
+        path.resize(path.size() * 2);  // a full buffer holds a cut path
+    }
+}
+
+bool canLoadModule(const std::u16string& file) {
+    const HMODULE module = LoadLibraryW(wide(file));
+    if (module)
+        FreeLibrary(module);
+    return module != nullptr;
+}
+
+}  // namespace platform

@@ -1,0 +1,98 @@
+#include "platform/shell.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/win32/win32_api.h"
+
+#include <shellapi.h>
+#include <shlobj.h>
+
+#include <cstring>
+
+namespace platform {
+namespace {
+
+// A CF_HDROP block with these bytes after its header; `offset` is where the header says that the paths begin.
+class DropMemory {
+  public:
+    DropMemory(const void* paths, std::size_t size, bool isWide, std::size_t offset = sizeof(DROPFILES))
+        : handle_(GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, offset + size)) {
+        DROPFILES header = {};
+        header.pFiles = static_cast<DWORD>(offset);
+        header.fWide = isWide;
+        char* bytes = static_cast<char*>(GlobalLock(handle_));
+        std::memcpy(bytes, &header, sizeof(header));
+        std::memcpy(bytes + offset, paths, size);
+        GlobalUnlock(handle_);
+    }
+    ~DropMemory() { GlobalFree(handle_); }
+    DropMemory(const DropMemory&) = delete;
+    DropMemory& operator=(const DropMemory&) = delete;
+
+    HGLOBAL handle() const { return handle_; }
+
+  private:
+    HGLOBAL handle_;
+};
+
+// Every answer of the list must be the system's.
+void expectSystemAnswers(HGLOBAL memory) {
+    const HDROP drop = static_cast<HDROP>(memory);
+    const DropList list = DropList::open(memory);
+    const UINT count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
+    ASSERT_EQ(list.count(), count);
+    for (UINT i = 0; i <= count; ++i) {
+        const UINT length = DragQueryFileW(drop, i, nullptr, 0);
+        ASSERT_EQ(list.itemLength(i), length);
+        for (const UINT room : {length + 1, length + 9, length, length / 2 + 1, 1u}) {
+            std::u16string expected(length + 9, u'#');
+            std::u16string copied(length + 9, u'#');
+            DragQueryFileW(drop, i, wide(expected.data()), room);
+            const UINT done = list.copyItem(i, copied.data(), room);
+            if (i < count && room > 0) {
+                ASSERT_EQ(copied, expected);
+                ASSERT_EQ(done, std::min(length, room - 1));
+            } else {
+                ASSERT_EQ(done, 0u);
+            }
+        }
+    }
+}
+
+TEST(DropList, AnswersAsTheSystemDoes) {
+    std::u16string longPaths;
+    for (std::size_t i = 0; i < 40; ++i)
+        longPaths += u"C:\\" + std::u16string(i * 17 % 400 + 1, static_cast<char16_t>(u'a' + i % 26)) + u'\0';
+    const std::u16string kLists[] = {std::u16string(u"C:\\a b.txt\0", 11),
+                                     std::u16string(u"C:\\\u00E9\u4E2D\xD83D\xDE00\0D:\\x\0E:\\\0", 17),
+                                     std::u16string(u"a\0b\0c\0", 6), longPaths};
+    for (const std::u16string& paths : kLists) {
+        const std::u16string whole = paths + u'\0';
+        const std::size_t size = whole.size() * sizeof(char16_t);
+        expectSystemAnswers(DropMemory(whole.data(), size, true).handle());
+        expectSystemAnswers(DropMemory(whole.data(), size, true, sizeof(DROPFILES) + 7).handle());
+    }
+    const char kAnsi[] = "C:\\a b.txt\0D:\\caf\xE9\0E:\\\x80\0";
+    expectSystemAnswers(DropMemory(kAnsi, sizeof(kAnsi), false).handle());
+}
+
+TEST(DropList, NeverReadsBehindTheBlock) {
+    const auto count = [](std::u16string_view paths, std::size_t size) {
+        const DropMemory memory(paths.data(), size, true);
+        if (GlobalSize(memory.handle()) != sizeof(DROPFILES) + size)
+            return -1;  // the system gave more room than was asked for
+        const DropList list = DropList::open(memory.handle());
+        return static_cast<int>(list.count() * 100 + list.itemLength(0) * 10 + list.itemLength(1));
+    };
+    EXPECT_EQ(count(u"", 0), 0);
+    EXPECT_EQ(count(u"", 2), 0);
+    EXPECT_EQ(count(std::u16string_view(u"ab\0cd", 5), 10), 220);  // the second path has no end
+    EXPECT_EQ(count(std::u16string_view(u"ab\0cd", 5), 9), 220);
+    EXPECT_EQ(count(std::u16string_view(u"ab\0", 3), 6), 120);  // only the list has no end
+    const DropMemory beyond("", 0, true, 4000);
+    static_cast<DROPFILES*>(GlobalLock(beyond.handle()))->pFiles = 0xFFFFFFFF;
+    EXPECT_EQ(DropList::open(beyond.handle()).count(), 0u);
+}
+
+}  // namespace
+}  // namespace platform

@@ -1,0 +1,179 @@
+#include "lang/interlang.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "foundation/charset/convert.h"
+#include "foundation/errors.h"
+#include "foundation/text/text.h"
+#include "lang/escapes.h"
+#include "platform/locale.h"
+
+namespace owlkit {
+namespace {
+
+std::u16string systemLanguage() {
+    std::u16string name = platform::localeInfo(platform::kLocaleIso639LanguageName);
+    return name.empty() ? platform::localeInfo(platform::kLocaleAbbreviatedLanguageName) : name;
+}
+
+[[noreturn]] void throwNoTranslation(std::u16string_view key) {
+    throwNotFound(
+        ("interlang translation not found for key '" + ToNarrow(key, kCharsetSystem) + "'").c_str());
+}
+
+}  // namespace
+
+void interlang::requireLoading() const {
+    if (state_ != State::Loading)
+        throwInvalidState();
+}
+
+void interlang::requireNotLoading() const {
+    if (state_ == State::Loading)
+        throwInvalidState();
+}
+
+void interlang::Clear() {
+    requireLoading();
+    translations_.clear();
+    languages_.clear();
+    active_.clear();
+    activeSource_ = ActiveSource::Named;
+    primary_.clear();
+    currentKey_.clear();
+    currentLanguage_.clear();
+    notFoundMode_ = NotFoundMode::UsePrimary;
+}
+
+void interlang::BeginLoad() {
+    requireNotLoading();
+    currentKey_.clear();
+    currentLanguage_.clear();
+    state_ = State::Loading;
+}
+
+// The active language is settled as a choice of where to look, not as a copy of a name: a copy could run out
+// of memory and leave the table loading for good.
+void interlang::EndLoad() {
+    requireLoading();
+    if (!knowsLanguage(activeLanguage())) {
+        activeSource_ = ActiveSource::Primary;
+        if (!knowsLanguage(primary_) && !languages_.empty())
+            activeSource_ = ActiveSource::First;
+    }
+    currentKey_.clear();
+    currentLanguage_.clear();
+    state_ = State::Built;
+}
+
+void interlang::SetLanguages(std::u16string_view active, std::u16string_view primary) {
+    requireLoading();
+    std::u16string newActive(trim(active));
+    std::u16string newPrimary(trim(primary));
+    if (newActive.empty())
+        newActive = systemLanguage();
+    active_ = std::move(newActive);
+    activeSource_ = ActiveSource::Named;
+    primary_ = std::move(newPrimary);
+}
+
+void interlang::SetKey(std::u16string_view key) {
+    requireLoading();
+    currentKey_ = key;
+}
+
+void interlang::SetLanguage(std::u16string_view name) {
+    requireLoading();
+    currentLanguage_ = trim(name);
+}
+
+void interlang::AddText(std::u16string_view text) {
+    requireLoading();
+    if (currentKey_.empty() || currentLanguage_.empty())
+        throwInvalidState();
+    store(std::u16string(text));
+}
+
+void interlang::store(std::u16string text) {
+    decodeEscapes(text);
+    if (!knowsLanguage(currentLanguage_))
+        languages_.push_back(currentLanguage_);
+    translations_[currentKey_].insert_or_assign(currentLanguage_, std::move(text));
+}
+
+bool interlang::knowsLanguage(std::u16string_view name) const {
+    return std::find(languages_.begin(), languages_.end(), name) != languages_.end();
+}
+
+std::u16string_view interlang::activeLanguage() const {
+    if (activeSource_ == ActiveSource::Named)
+        return active_;
+    return activeSource_ == ActiveSource::Primary ? primary_ : languages_.front();
+}
+
+bool interlang::HasLanguage(std::u16string_view name) const {
+    requireNotLoading();
+    return knowsLanguage(name);
+}
+
+std::size_t interlang::GetLanguages(std::vector<std::u16string>& names) const {
+    requireNotLoading();
+    names = languages_;
+    return names.size();
+}
+
+std::size_t interlang::GetKeys(std::vector<std::u16string>& keys) const {
+    requireNotLoading();
+    keys.clear();
+    keys.reserve(translations_.size());
+    for (const auto& entry : translations_)
+        keys.push_back(entry.first);
+    return keys.size();
+}
+
+const std::u16string* interlang::storedText(std::u16string_view language, std::u16string_view key) const {
+    const auto texts = translations_.find(key);
+    if (texts == translations_.end())
+        return nullptr;
+    const auto text = texts->second.find(language);
+    return text == texts->second.end() ? nullptr : &text->second;
+}
+
+bool interlang::Find(std::u16string_view language, std::u16string_view key, NotFoundMode mode,
+                     std::u16string* out) const {
+    requireNotLoading();
+    const std::u16string* text = storedText(language, key);
+    if (text == nullptr && mode == NotFoundMode::UsePrimary)
+        text = storedText(primary_, key);
+    if (text == nullptr && mode == NotFoundMode::Throw && state_ != State::Empty)
+        throwNoTranslation(key);
+    if (out != nullptr) {
+        if (text != nullptr)
+            *out = *text;
+        else if (mode == NotFoundMode::UsePrimary || mode == NotFoundMode::GiveKey)
+            *out = key;
+        else
+            out->clear();
+    }
+    return text != nullptr;
+}
+
+std::u16string interlang::GetText(std::u16string_view key, std::u16string_view language) const {
+    std::u16string text;
+    Find(language.empty() ? activeLanguage() : language, key, notFoundMode_, &text);
+    return text;
+}
+
+bool interlang::HasText(std::u16string_view key, std::u16string_view language) const {
+    return Find(language.empty() ? activeLanguage() : language, key, NotFoundMode::GiveNothing);
+}
+
+std::u16string interlang::GetTextWithArgs(std::u16string_view key, std::u16string_view first,
+                                          std::u16string_view second, std::u16string_view language) const {
+    std::u16string text = GetText(key, language);
+    text = replaceAll(text, u"%1", first);
+    return replaceAll(text, u"%2", second);
+}
+
+}  // namespace owlkit

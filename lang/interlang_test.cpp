@@ -1,0 +1,135 @@
+#include "lang/interlang.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <stdexcept>
+
+#include "foundation/stream/memory_stream.h"
+
+namespace owlkit {
+namespace {
+
+// Adds a text for each {key, language}: the two joined. Sets the languages unless `active` is null.
+void load(interlang& table, std::initializer_list<std::pair<const char16_t*, const char16_t*>> entries,
+          const char16_t* active = u"en", const char16_t* primary = u"en") {
+    table.BeginLoad();
+    for (const auto& [key, language] : entries) {
+        table.SetKey(key);
+        table.SetLanguage(language);
+        table.AddText(std::u16string(key) + language);
+    }
+    if (active != nullptr)
+        table.SetLanguages(active, primary);
+    table.EndLoad();
+}
+
+std::string errorOf(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+    return {};
+}
+
+TEST(Interlang, EveryOperationKeepsItsState) {
+    interlang table;
+    MemoryStream stream;
+    std::uint32_t line = 0;
+    std::u16string text;
+    std::vector<std::u16string> list;
+    const std::function<void()> addText = [&] { table.AddText(u"t"); };
+    const std::function<void()> loading[] = {
+        [&] { table.Clear(); },      [&] { table.SetLanguages(u"a", u"b"); },
+        [&] { table.SetKey(u"k"); }, [&] { table.SetLanguage(u"en"); },
+        [&] { table.EndLoad(); },    [&] { table.Parse(stream, line); },
+    };
+    const std::function<void()> built[] = {
+        [&] { EXPECT_FALSE(table.Write(stream)); },
+        [&] { EXPECT_FALSE(table.HasLanguage(u"en") || table.HasText(u"k")); },
+        [&] { EXPECT_EQ(table.GetLanguages(list), 0u); },
+        [&] { EXPECT_EQ(table.GetKeys(list), 0u); },
+        [&] { EXPECT_FALSE(table.Find(u"en", u"k", NotFoundMode::Throw, &text)); },
+        [&] { EXPECT_EQ(table.GetTextWithArgs(u"k%1", u"a"), u"ka"); },
+        [&] { EXPECT_TRUE(table.CheckConsistency(text, 0)); },
+        [&] { table.BeginLoad(); },
+    };
+    for (const auto& call : loading)
+        EXPECT_EQ(errorOf(call), "invalid state") << &call - loading;
+    for (const auto& call : built)
+        EXPECT_EQ(errorOf(call), "") << &call - built;
+    for (const auto& call : built)
+        EXPECT_EQ(errorOf(call), "invalid state") << &call - built;
+    table.SetKey(u"k");
+    table.SetLanguage(u" \t");
+    EXPECT_EQ(errorOf(addText), "invalid state") << "no language";
+}
+
+TEST(Interlang, FindAndItsModes) {
+    interlang table;
+    load(table, {{u"both", u" en\n"}, {u"both", u"de"}, {u"EN%2%1", u"en"}});
+    const struct Case {
+        const char* name;
+        const char16_t *language, *key;
+        NotFoundMode mode;
+        bool found;
+        const char16_t* text;
+    } cases[] = {
+        {"its own language first", u"de", u"both", NotFoundMode::UsePrimary, true, u"bothde"},
+        {"the primary language", u"de", u"EN%2%1", NotFoundMode::UsePrimary, true, u"EN%2%1en"},
+        {"not in mode 1", u"de", u"EN%2%1", NotFoundMode::GiveKey, false, u"EN%2%1"},
+        {"letter case of the key", u"en", u"BOTH", NotFoundMode::UsePrimary, false, u"BOTH"},
+        {"letter case of the language", u"EN", u"both", NotFoundMode::GiveNothing, false, u""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        std::u16string text = u"before";
+        EXPECT_EQ(table.Find(c.language, c.key, c.mode, &text), c.found);
+        EXPECT_EQ(text, c.text);
+    }
+    EXPECT_EQ(errorOf([&] { table.Find(u"de", u"EN%2%1", NotFoundMode::Throw); }),
+              "interlang translation not found for key 'EN%2%1'");
+    EXPECT_FALSE(table.HasText(u"EN%2%1", u"de"));
+    EXPECT_EQ(table.GetTextWithArgs(u"EN%2%1", u"%2%1", u"b"), u"ENbb%1en");
+}
+
+TEST(Interlang, ActiveLanguageIsSettledAtTheEnd) {
+    const struct Case {
+        const char* name;
+        const char16_t *active, *primary, *text, *missing;
+    } cases[] = {
+        {"as asked for", u" de ", u"en", u"kde", u"onlyen"},
+        {"the primary one", u"xx", u" en", u"ken", u"onlyen"},
+        {"the first one read", u"xx", u"yy", u"kfr", u"only"},
+        {"a key missing without primary language", u"de", u"", u"kde", u"only"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        interlang table;
+        load(table, {{u"k", u"fr"}, {u"k", u"en"}, {u"k", u"de"}, {u"only", u"en"}}, c.active, c.primary);
+        EXPECT_EQ(table.GetText(u"k"), c.text);
+        EXPECT_EQ(table.GetText(u"only"), c.missing);
+        load(table, {{u"k", u"xx"}}, nullptr);
+        EXPECT_EQ(table.GetText(u"k"), c.text)
+            << "a language that comes later does not become active by itself";
+    }
+}
+
+TEST(Interlang, NarrowForms) {
+    interlang table;
+    table.BeginLoad();
+    table.SetKey("\xC3\xA9", kCharsetUtf8);
+    table.SetLanguage("\xE9 ");
+    table.AddText("%1\xE4", kCharsetLatin1);
+    table.SetLanguages("\xE9", "en");
+    table.EndLoad();
+    EXPECT_EQ(table.GetText(u"\u00E9", u"\u00E9"), u"%1\u00E4");
+    EXPECT_EQ(table.GetTextWithArgs("\xE9", "a", {}, "\xE9", kCharsetLatin1), "a\xE4");
+    std::vector<std::string> names;
+    EXPECT_EQ(table.GetLanguages(names), 1u);
+    EXPECT_EQ(names, std::vector<std::string>{"\xE9"});
+}
+
+}  // namespace
+}  // namespace owlkit

@@ -1,0 +1,113 @@
+#include "lang/language_loader.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "foundation/stream/memory_stream.h"
+#include "platform/host/fault.h"
+#include "platform/host/locale_control.h"
+#include "platform/locale.h"
+
+namespace owlkit {
+namespace {
+
+namespace fs = std::filesystem;
+namespace fault = platform::fault;
+
+class LanguageLoader : public testing::Test {
+  protected:
+    LanguageLoader() { fs::create_directories(folder_); }
+    ~LanguageLoader() override {
+        fault::disarm();
+        platform::host::resetLocale();
+        fs::remove_all(folder_);
+    }
+    void put(const std::string& name, const std::string& text) { std::ofstream(folder_ / name) << text; }
+    std::u16string path(const std::u16string& name) const { return (folder_ / name).u16string(); }
+    static std::u16string failure(const std::u16string& line, const std::u16string& path) {
+        return u"Language File Error\nThere is a syntax error at line " + line +
+               u" in the following file.\n" + path;
+    }
+
+    fs::path folder_ = fs::temp_directory_path() / ("loader_" + std::to_string(::getpid()));
+    interlang table_;
+};
+
+TEST_F(LanguageLoader, FoldersWithAndWithoutFiles) {
+    for (const char* name : {".lang.txt", "a.LANG.TXT", "a.lang.txt.bak"})
+        put(name, "KEY: a");
+    fs::create_directory(folder_ / "b.lang.txt");
+    for (const std::u16string& folder : {folder_.u16string(), path(u"none")})
+        EXPECT_EQ(LoadLanguageFolder(folder, table_),
+                  u"Languange File Error\nFailed to load language files.");
+    EXPECT_EQ(table_.state(), interlang::State::Empty);
+
+    put("a.lang.txt", "LANG: en\nKEY: a\nTEXT: 1\nLANG: en\nx");
+    put("d.lang.txt", "LANG: en\nKEY: d\nTEXT: 2");
+    put("c.lang.txt", "LANG: en\nKEY: c\nTEXT: 3\n\nKEY: d\nKEY: e");
+    std::vector<std::u16string> names;
+    ASSERT_TRUE(ListLanguageFiles(folder_.u16string(), names));
+    std::erase(names, u"d.lang.txt");
+    ASSERT_EQ(names.size(), 2u);
+    const std::u16string expected = failure(names[0][0] == u'a' ? u"5" : u"6", path(names[0]));
+    EXPECT_EQ(LoadLanguageFolder(folder_.u16string(), table_), expected);
+    EXPECT_EQ(LoadLanguageFolder(path({}), table_), expected) << "with a separator at the end";
+    EXPECT_EQ(table_.GetText(u"a") + table_.GetText(u"d") + table_.GetText(u"c"), u"123");
+    put("a.lang.txt", "");
+    put("c.lang.txt", "KEY: x");
+    EXPECT_EQ(LoadLanguageFolder(folder_.u16string(), table_), u"");
+}
+
+TEST_F(LanguageLoader, EveryPlatformFailureIsTold) {
+    const std::u16string file = path(u"a.lang.txt");
+    put("a.lang.txt", "LANG: en\nKEY: a\nTEXT: " + std::string(300000, 't'));
+    EXPECT_EQ(LoadLanguageFile(path(u"none"), table_), failure(u"-1", path(u"none")));
+    for (std::uint32_t n = 1, failures = 0;; ++n) {
+        SCOPED_TRACE(n);
+        interlang table;
+        fault::arm("*", n, platform::ErrorCode{5});
+        const std::u16string text = LoadLanguageFile(file, table);
+        EXPECT_EQ(table.state(), interlang::State::Built);
+        EXPECT_EQ(text, table.HasText(u"a") ? u"" : failure(u"-1", file));
+        EXPECT_EQ(table.GetText(u"a").size(), text.empty() ? 300000u : 1u) << "all of it or none";
+        failures += text.empty() ? 0 : 1;
+        if (!fault::fired()) {
+            EXPECT_GT(failures, 3u);
+            break;
+        }
+    }
+}
+
+TEST_F(LanguageLoader, SystemLanguage) {
+    put("a.lang.txt", "KEY: k\nLANG: en\nTEXT: E\nLANG: de\nTEXT: D\nLANG: DEU\nTEXT: A");
+    EXPECT_EQ(LoadLanguageFolder(folder_.u16string(), table_), u"");
+    platform::host::setLocaleInfo(platform::kLocaleAbbreviatedLanguageName, u"DEU");
+    for (const auto& [iso, text] : {std::pair{u"de", u"D"}, {u"", u"A"}, {u"xx", u"E"}}) {
+        platform::host::setLocaleInfo(platform::kLocaleIso639LanguageName, iso);
+        table_.BeginLoad();
+        table_.SetLanguages(u" ", u"en");
+        table_.EndLoad();
+        EXPECT_EQ(table_.GetText(u"k"), text);
+    }
+}
+
+TEST_F(LanguageLoader, ShippedFilesAreCompleteAndInTheWritersLayout) {
+    EXPECT_EQ(LoadLanguageFolder(fs::path(SHIPPED_LANGUAGES).u16string(), table_), u"");
+    std::u16string report;
+    EXPECT_TRUE(table_.CheckConsistency(report, 0)) << fs::path(report).string();
+    for (const auto& [name, reference] : {std::pair{"en", ""}, {"de", "en"}}) {
+        std::ifstream file(fs::path(SHIPPED_LANGUAGES) / (std::string(name) + ".lang.txt"));
+        const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+        MemoryStream out;
+        ASSERT_TRUE(table_.Write(out, name, reference));
+        const auto* data = reinterpret_cast<const char*>(out.data());
+        EXPECT_TRUE(text.ends_with(std::string_view(data, static_cast<std::size_t>(out.size())))) << name;
+    }
+}
+
+}  // namespace
+}  // namespace owlkit

@@ -1,0 +1,28 @@
+// The temporary file through which a selection too long for the command line reaches the application: UTF-8
+// without a byte-order mark, zero characters included; a lone surrogate is its three bytes, so that any list
+// of paths comes back code unit for code unit.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace nmshell {
+
+// At most this many bytes of a hand-over file are read.
+inline constexpr std::size_t kMaxHandoverBytes = 10485760;
+
+// The full name of hand-over file number `counter`: "tfn_", 8 hexadecimal digits and `extension` in the
+// temporary folder, or without a folder when there is none. Names repeat after 100 numbers; that is intended.
+std::u16string handoverFileName(std::uint32_t counter, std::u16string_view extension);
+
+// Creates the file, or empties the one that is there, and writes `data`. False when not all of it could be
+// written.
+bool writeHandoverFile(const std::u16string& name, std::u16string_view data);
+
+// The text of the file, of which at most kMaxHandoverBytes are read; the file is then deleted. Empty when it
+// cannot be opened, and then it is left alone.
+std::u16string readHandoverFile(const std::u16string& name);
+
+}  // namespace nmshell

@@ -1,0 +1,44 @@
+#include "shellext/module.h"
+
+#include "foundation/process/folders.h"
+#include "lang/language_loader.h"
+#include "platform/file.h"
+#include "platform/module.h"
+#include "shellext/settings.h"
+
+namespace nmshell {
+
+void Module::attach(void* instance) {
+    ShellSettings settings;
+    if (!settings.isEnabled())
+        return;
+    bitmaps.setModule(instance);
+    folder = folderOf(platform::moduleFileName(instance));
+    owlkit::recordApplicationFolder(folder);
+    languageLoaded = owlkit::LoadLanguageFolder(folder + u"langs", texts).empty();
+    applyLanguage(settings.language(), u"en");
+}
+
+void Module::detach() {
+    if (!IsEnabled())
+        return;
+    bitmaps.clear();
+    languageLoaded = false;
+}
+
+void Module::applyLanguage(const std::u16string& active, const std::u16string& primary) {
+    texts.BeginLoad();
+    // Whatever happens in between, the table must not stay closed to lookups.
+    struct Loading {
+        owlkit::interlang& table;
+        ~Loading() { table.EndLoad(); }
+    } loading{texts};
+    texts.SetLanguages(active, primary);
+}
+
+std::u16string folderOf(const std::u16string& file) {
+    constexpr char16_t kSeparators[] = {u'/', platform::kPathSeparator, u'\0'};
+    return file.substr(0, file.find_last_of(kSeparators) + 1);
+}
+
+}  // namespace nmshell

@@ -1,0 +1,42 @@
+// What the module keeps for the whole process.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "contextmenu/menu_insertion.h"
+#include "contextmenu/selection.h"
+#include "lang/interlang.h"
+
+namespace nmshell {
+
+// The DLL has one; tests make their own. Not locked: every object is used on one apartment thread, and
+// reference counts are plain integers for the same reason.
+struct Module {
+    owlkit::interlang texts;
+    bool languageLoaded = false;      // every language file was read; without it no menu is shown
+    std::int32_t liveObjects = 0;     // class factories and context-menu objects
+    bool recycleBinMenuLive = false;  // a Recycle Bin menu exists; while it does, no object adds anything
+    std::uint32_t handoverCounter = 0;
+    SystemDrive systemDrive;
+    BitmapCache bitmaps;
+    std::u16string folder;  // of the module, with a trailing separator
+
+    // Remembers the module (HINSTANCE) and its folder, loads every language file of the folder "langs" in it
+    // and applies the language setting with "en" as the primary language. Nothing at all when the extension
+    // is switched off.
+    void attach(void* instance);
+
+    // Deletes the menu bitmaps and forgets that languages were loaded. Nothing when the extension is switched
+    // off.
+    void detach();
+
+    // Makes `active` the language of the menus (empty: the system's) with `primary` as the one to fall back
+    // to.
+    void applyLanguage(const std::u16string& active, const std::u16string& primary);
+};
+
+// The folder of `file`, its trailing separator included; empty when it has none.
+std::u16string folderOf(const std::u16string& file);
+
+}  // namespace nmshell

@@ -1,0 +1,130 @@
+#include "shellext/registration.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+
+#include "foundation/process/folders.h"
+#include "foundation/text/text.h"
+#include "platform/host/fault.h"
+#include "platform/host/registry_control.h"
+#include "platform/host/utf8.h"
+#include "shellext/identifiers.h"
+#include "shellext/settings.h"
+
+namespace nmshell {
+namespace {
+
+namespace control = platform::registry_control;
+namespace fault = platform::fault;
+
+const std::u16string kMachine = u"HKEY_LOCAL_MACHINE\\";
+
+class RegistrationTest : public ::testing::Test {
+  protected:
+    RegistrationTest() {
+        control::reset();
+        const std::string folder = std::filesystem::temp_directory_path().string();
+        owlkit::recordApplicationFolder(platform::fromHostName(folder));
+        module_ = (std::filesystem::path(folder) / "nmshell.dll").string();
+        // A machine with other extensions.
+        control::putText(kMachine + std::u16string(kApprovalPath), u"{other}", platform::kRegSz, u"Other");
+        for (const char16_t* parent :
+             {u"AllFileSystemObjects\\ShellEx\\ContextMenuHandlers\\Other",
+              u"Drive\\ShellEx\\ContextMenuHandlers",
+              u"CLSID\\{645FF040-5081-101B-9F08-00AA002F954E}\\ShellEx\\ContextMenuHandlers"})
+            control::putKey(kMachine + u"SOFTWARE\\Classes\\" + parent);
+        control::putKey(u"HKEY_CURRENT_USER\\Software");
+        before_ = control::dump();
+    }
+    ~RegistrationTest() override {
+        fault::disarm();
+        EXPECT_EQ(control::openHandles(), 0U);
+        control::reset();
+        owlkit::recordApplicationFolder(u"");
+    }
+
+    std::string module_;
+    std::string before_;
+};
+
+TEST_F(RegistrationTest, WritesEveryKeyAndTakesThemAway) {
+    ASSERT_TRUE(RegisterExtension());
+    std::string expected =
+        R"([HKLM\SOFTWARE\Classes\AllFileSystemObjects\ShellEx\ContextMenuHandlers\QuietOwl_NMark]
+"" 1 "FILES\0"
+[HKLM\SOFTWARE\Classes\CLSID\FILES\InProcServer32]
+"" 1 "MODULE\0"
+"ThreadingModel" 1 "Apartment\0"
+[HKLM\SOFTWARE\Classes\CLSID\{645FF040-5081-101B-9F08-00AA002F954E}\ShellEx\ContextMenuHandlers\QuietOwl_NMark]
+"" 1 "BIN\0"
+[HKLM\SOFTWARE\Classes\CLSID\BIN\InProcServer32]
+"" 1 "MODULE\0"
+"ThreadingModel" 1 "Apartment\0"
+[HKLM\SOFTWARE\Classes\CLSID\DRIVES\InProcServer32]
+"" 1 "MODULE\0"
+"ThreadingModel" 1 "Apartment\0"
+[HKLM\SOFTWARE\Classes\Drive\ShellEx\ContextMenuHandlers\QuietOwl_NMark]
+"" 1 "DRIVES\0"
+[HKLM\SOFTWARE\Microsoft\Windows\CurrentVersion\Shell Extensions\Approved]
+"{other}" 1 "Other"
+"FILES" 1 "QuietOwl_NMark\0"
+"DRIVES" 1 "QuietOwl_NMark\0"
+"BIN" 1 "QuietOwl_NMark\0"
+)";
+    const std::pair<const char*, std::string> shortened[] = {
+        {"HKLM", "HKEY_LOCAL_MACHINE"},
+        {"MODULE", module_},
+        {"FILES", "{3D5C9A72-6E1B-4F08-A4C3-91B7E2D05F64}"},
+        {"DRIVES", "{C84E10B6-2F7A-4D93-8E15-6A0B3FD7C921}"},
+        {"BIN", "{7A21E6D3-B94C-4E5F-9D08-13C6A8F4B2E7}"}};
+    for (const auto& [from, to] : shortened)
+        expected = owlkit::replaceAll(expected, from, to);
+    const std::regex keyWithoutValues(R"(\[[^\n]*\n(?=\[|$))");
+    EXPECT_EQ(std::regex_replace(control::dump(), keyWithoutValues, ""), expected);
+    EXPECT_TRUE(SetEnabled(true));
+    for (int time = 1; time <= 2; ++time) {
+        UnregisterExtension();
+        EXPECT_EQ(control::dump(), before_);
+    }
+}
+
+TEST_F(RegistrationTest, AnyFailingCallLeavesNothingBehind) {
+    std::uint32_t n = 1;
+    for (;; ++n) {
+        fault::arm("Reg*", n, platform::kErrorAccessDenied);
+        const bool done = RegisterExtension();
+        if (!fault::fired())
+            break;
+        EXPECT_FALSE(done) << "call " << n;
+        EXPECT_EQ(control::dump(), before_) << "call " << n;
+    }
+    EXPECT_EQ(n, 20U);  // four calls approve, six write the handlers, nine the servers
+}
+
+TEST_F(RegistrationTest, WritesNothingWithoutFolderOrApprovals) {
+    owlkit::recordApplicationFolder(u"/no/such/folder");
+    fault::resetCounts();
+    EXPECT_FALSE(RegisterExtension());
+    EXPECT_EQ(fault::calls("Reg*"), 0U);
+    owlkit::recordApplicationFolder(u"/");
+    control::denyAccess(kMachine + std::u16string(kApprovalPath), platform::kKeySetValue);
+    EXPECT_FALSE(RegisterExtension());
+    EXPECT_EQ(control::dump(), before_);
+}
+
+TEST_F(RegistrationTest, RemovalGoesOnPastFailures) {
+    for (std::uint32_t n = 1; n <= 14; ++n) {
+        ASSERT_TRUE(RegisterExtension() && SetEnabled(true));
+        fault::arm("Reg*", n, platform::kErrorAccessDenied);
+        UnregisterExtension();
+        EXPECT_TRUE(fault::fired()) << "call " << n;
+        EXPECT_NE(control::dump(), before_) << "call " << n;
+        UnregisterExtension();
+        EXPECT_EQ(control::dump(), before_) << "what call " << n << " left, and nothing but that";
+    }
+}
+
+}  // namespace
+}  // namespace nmshell

@@ -7,6 +7,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 export WINEPREFIX="${WINEPREFIX:-$root/build/wineprefix}"
 export WINEDEBUG="${WINEDEBUG:--all}"
 export WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-mscoree,mshtml=}"
+export WINESERVER="${WINESERVER:-/usr/lib/wine/wineserver64}"
 wine=/usr/lib/wine/wine64
 [ -x "$wine" ] || wine=wine64
 mkdir -p "$(dirname "$WINEPREFIX")"

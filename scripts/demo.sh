@@ -1,0 +1,74 @@
+#!/usr/bin/env bash
+# The main job on real input: right-clicks in a real COM host under Wine, from the menu to the command line that nmark.exe
+# received. Installs what is missing, builds, makes a throwaway Wine prefix, registers the extension, and leaves pictures
+# of the menus in build/demo/: demo.sh
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+scripts/install-packages.sh
+[ -e build/win64/build.ninja ] || cmake --preset win64 >/dev/null
+cmake --build --preset win64 --target nmshell nmark rightclick nmshell-setup -- --quiet
+
+bin=$PWD/build/win64/bin
+demo=$PWD/build/demo
+rm -rf "$demo"
+mkdir -p "$demo/My documents"
+export WINEPREFIX=$demo/prefix
+printf 'draft\n' >"$demo/My documents/Übersicht – Entwurf.txt"
+printf 'numbers\n' >"$demo/My documents/表計算 2026.ods"
+mkdir "$demo/My documents/Старые письма"
+
+display=99
+while [ -e "/tmp/.X11-unix/X$display" ]; do display=$((display + 1)); done
+Xvfb ":$display" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
+xvfb=$!
+stop() {
+  WINEPREFIX=$WINEPREFIX /usr/lib/wine/wineserver64 -k 2>/dev/null || true
+  kill "$xvfb" 2>/dev/null || true
+}
+trap stop EXIT
+export DISPLAY=":$display"
+
+run() { scripts/wine-run.sh "$@"; }
+windows() { printf 'Z:%s' "${1//\//\\}"; }
+# Waits for what nmark.exe wrote, prints it, and clears it away for the next start.
+received() {
+  for _ in $(seq 200); do
+    [ -s "$demo/report.json" ] && break
+    sleep 0.1
+  done
+  python3 -c 'import json, sys
+for line in open(sys.argv[1], encoding="utf-8"):
+    request = json.loads(line)
+    print("  nmark.exe received:", *request["arguments"])
+    print("  which means:       ", request["commandName"], "|", ", ".join(request["paths"]) or "no selection")' \
+    "$demo/report.json"
+  rm -f "$demo/report.json"
+}
+
+echo "== Registering the extension in a fresh Wine prefix"
+run "$bin/nmshell-setup.exe" register
+
+export NMARK_REPORT
+NMARK_REPORT=$(windows "$demo/report.json")
+files=("$(windows "$demo/My documents/Übersicht – Entwurf.txt")" "$(windows "$demo/My documents/表計算 2026.ods")"
+  "$(windows "$demo/My documents/Старые письма")")
+
+echo; echo "== Right-click on two files and a folder; choosing the wipe entry"
+run "$bin/rightclick.exe" --shot "$(windows "$demo/files.png")" "${files[@]}"
+run "$bin/rightclick.exe" --pick 0 "${files[@]}" >/dev/null
+received
+
+echo; echo "== Right-click on a drive; choosing to clean it"
+run "$bin/rightclick.exe" --shot "$(windows "$demo/drive.png")" --drive 'C:\'
+run "$bin/rightclick.exe" --pick 2 --drive 'C:\' >/dev/null
+received
+
+echo; echo "== Right-click on the Recycle Bin; choosing the user's own, then about"
+run "$bin/rightclick.exe" --shot "$(windows "$demo/bin.png")" --bin
+for offset in 4 14; do
+  run "$bin/rightclick.exe" --pick "$offset" --bin >/dev/null
+  received
+done
+
+echo; echo "Pictures of the menus:"; ls "$demo"/*.png

@@ -1,0 +1,75 @@
+"""A throwaway Wine prefix with the extension registered in it, and the right-click client run in it."""
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+import time
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+BIN = pathlib.Path(os.environ.get("NMSHELL_BIN", ROOT / "build/win64/bin"))
+
+FILES_CLASS = "{3D5C9A72-6E1B-4F08-A4C3-91B7E2D05F64}"
+APPROVED = r"HKLM\SOFTWARE\Microsoft\Windows\CurrentVersion\Shell Extensions\Approved"
+SETTINGS = r"HKCU\Software\NMark Shell"
+
+
+def windows_path(path):
+    return "Z:" + str(path).replace("/", "\\")
+
+
+class WineTest(unittest.TestCase):
+    """One prefix for each class of tests; `work` is an empty folder for each test."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.home = pathlib.Path(tempfile.mkdtemp(prefix="nmshell-wine-"))
+        cls.environment = dict(os.environ, WINEPREFIX=str(cls.home / "prefix"))
+        cls.environment.pop("DISPLAY", None)
+
+    @classmethod
+    def tearDownClass(cls):
+        subprocess.run(["/usr/lib/wine/wineserver64", "-k"], env=cls.environment, check=False,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        shutil.rmtree(cls.home, ignore_errors=True)
+
+    def setUp(self):
+        self.work = self.home / "work"
+        shutil.rmtree(self.work, ignore_errors=True)
+        self.work.mkdir()
+
+    @classmethod
+    def wine(cls, program, *arguments, **environment):
+        """Runs a program of the build, or one of Wine's own, and returns the finished process."""
+        built = BIN / program
+        return subprocess.run([str(ROOT / "scripts/wine-run.sh"), str(built) if built.exists() else program,
+                               *map(str, arguments)],
+                              env={**cls.environment, **environment}, capture_output=True, timeout=300,
+                              stdin=subprocess.DEVNULL, encoding="utf-8", errors="surrogateescape", check=False)
+
+    @classmethod
+    def reg(cls, *arguments):
+        finished = cls.wine("reg", *arguments)
+        if finished.returncode != 0:
+            raise AssertionError(f"reg {arguments}: {finished.stdout}{finished.stderr}")
+        return finished.stdout
+
+    def rightclick(self, *arguments, **environment):
+        """The client's JSON for a selection."""
+        finished = self.wine("rightclick.exe", "--json", *arguments, **environment)
+        self.assertEqual(finished.returncode, 0, finished.stdout + finished.stderr)
+        return json.loads(finished.stdout)
+
+    def pick(self, offset, *selection):
+        """What nmark.exe received when the entry was chosen."""
+        report = self.work / "report.json"
+        report.unlink(missing_ok=True)
+        self.rightclick("--pick", offset, *selection, NMARK_REPORT=windows_path(report))
+        deadline = time.monotonic() + 60
+        while time.monotonic() < deadline:
+            if report.exists() and report.read_bytes().endswith(b"\n"):
+                return json.loads(report.read_text(encoding="utf-8"))
+            time.sleep(0.05)
+        self.fail(f"nothing was started for offset {offset}")

@@ -1,0 +1,117 @@
+// nmark: a stand-in for the application. It reads its command line as the application does, shows the request
+// and wipes nothing. With NMARK_REPORT set to a file name it also appends the request to that file, as one
+// line of JSON: that is how the demonstration and the tests learn what arrived. It is the worked example for
+// whoever receives the command line.
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "contextmenu/launch_request.h"
+#include "foundation/charset/convert.h"
+#include "foundation/process/elevation.h"
+#include "foundation/stream/file_stream.h"
+#include "foundation/text/number.h"
+#include "platform/command_line.h"
+#include "platform/process.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string utf8(std::u16string_view text) {
+    return owlkit::ToNarrow(text, owlkit::kCharsetUtf8);
+}
+
+// What a command number asks for.
+const char* commandName(std::uint32_t command) {
+    switch (command) {
+        case 0:
+            return "start the application";
+        case 0x101:
+            return "wipe files";
+        case 0x102:
+            return "wipe drive";
+        case 0x104:
+            return "clean drive";
+        case 0x105:
+            return "wipe recycle bin";
+        case 0x106:
+            return "wipe swap file";
+        case 0x107:
+            return "options";
+        case 0x108:
+            return "upgrade";
+        case 0x109:
+            return "about";
+        default:
+            return "unknown command";
+    }
+}
+
+Json strings(const std::vector<std::u16string>& texts) {
+    Json list = Json::array();
+    for (const std::u16string& text : texts)
+        list.push_back(utf8(text));
+    return list;
+}
+
+// The code units of the data in hexadecimal: JSON strings cannot hold every path.
+std::string codeUnits(std::u16string_view data) {
+    std::string hex;
+    for (const char16_t unit : data)
+        hex += owlkit::formatNumber<char>(unit, owlkit::kLowerHex, 4);
+    return hex;
+}
+
+Json describe(const nmshell::LaunchRequest& request, const std::vector<std::u16string>& arguments) {
+    Json report;
+    report["command"] = request.command;
+    report["commandName"] = commandName(request.command);
+    report["cursor"] = nullptr;
+    if (request.cursorValid)
+        report["cursor"] = {{"x", request.cursor.x}, {"y", request.cursor.y}};
+    report["path"] = utf8(request.path);
+    report["paths"] = strings(nmshell::splitPathList(request.data));
+    report["dataUnits"] = codeUnits(request.data);
+    report["elevation"] = owlkit::cachedElevation();
+    report["arguments"] = strings(arguments);
+    report["commandLine"] = utf8(platform::commandLineText());
+    return report;
+}
+
+void print(const nmshell::LaunchRequest& request, const std::vector<std::u16string>& arguments) {
+    std::printf("command   0x%X  %s\n", request.command, commandName(request.command));
+    if (request.cursorValid)
+        std::printf("cursor    %d, %d\n", request.cursor.x, request.cursor.y);
+    for (const std::u16string& path : nmshell::splitPathList(request.data))
+        std::printf("selected  %s\n", utf8(path).c_str());
+    if (!request.path.empty())
+        std::printf("path      %s\n", utf8(request.path).c_str());
+    for (const std::u16string& argument : arguments)
+        std::printf("argument  %s\n", utf8(argument).c_str());
+}
+
+bool append(const std::u16string& name, const std::string& line) {
+    owlkit::FileStream file;
+    return file.open(name, owlkit::kAppendWrite) && file.write(line.data(), line.size()) == line.size();
+}
+
+}  // namespace
+
+int main() {
+    const std::vector<std::u16string> arguments = platform::commandLineItems();
+    nmshell::LaunchRequest request;
+    nmshell::parseArguments(arguments, request);
+    print(request, arguments);
+
+    const std::string report =
+        describe(request, arguments).dump(-1, ' ', false, Json::error_handler_t::replace);
+    std::printf("%s\n", report.c_str());
+    const std::u16string target = platform::environmentVariable(u"NMARK_REPORT").value_or(u"");
+    if (!target.empty() && !append(target, report + "\n")) {
+        std::fprintf(stderr, "nmark: cannot write the report to %s\n", utf8(target).c_str());
+        return 1;
+    }
+    return 0;
+}

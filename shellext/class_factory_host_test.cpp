@@ -45,10 +45,10 @@ TEST_F(ClassFactoryTest, SurvivesAFailingRegistry) {
         const HRESULT result = getClassObject(module_, kClasses[0], IID_IClassFactory, object.out());
         EXPECT_EQ(static_cast<bool>(object), result == S_OK);
         EXPECT_TRUE(result == S_OK || (result == CLASS_E_CLASSNOTAVAILABLE && fault::fired()));
-        EXPECT_EQ(module_.texts.state() == owlkit::interlang::State::Built, result == S_OK || n > 1);
         if (!fault::fired())
             break;
     }
+    fault::disarm();
     fault::resetCounts();
     factory(SelectionKind::Files);
     EXPECT_EQ(fault::calls("RegOpenKeyExW"), 2u);

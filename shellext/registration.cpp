@@ -26,13 +26,8 @@ constexpr std::u16string_view kDriveHandlers = u"Software\\Classes\\Drive\\Shell
 constexpr std::u16string_view kRecycleBinHandlers =
     u"Software\\Classes\\CLSID\\{645FF040-5081-101B-9F08-00AA002F954E}\\ShellEx\\ContextMenuHandlers\\";
 
-struct Handler {
-    std::u16string_view path;
-    std::u16string_view classId;
-};
-constexpr Handler kHandlers[] = {{kFileSystemHandlers, kFileSystemClassId},
-                                 {kDriveHandlers, kDriveClassId},
-                                 {kRecycleBinHandlers, kRecycleBinClassId}};
+// In the order of kClassIds.
+constexpr std::u16string_view kHandlerPaths[] = {kFileSystemHandlers, kDriveHandlers, kRecycleBinHandlers};
 
 std::u16string join(std::u16string_view first, std::u16string_view second, std::u16string_view third = {}) {
     std::u16string text(first);
@@ -85,22 +80,39 @@ bool approveClasses() {
     return true;
 }
 
+// Everything but the approvals. Entries of one key follow each other, and the key is made once.
 bool writeHandlersAndServers(const std::u16string& modulePath) {
-    for (const Handler& handler : kHandlers)
-        if (!RegistryKey::writeString(RegistryRoot::LocalMachine, join(handler.path, kHandlerName), u"",
-                                      std::u16string(handler.classId)))
+    RegistryKey key;
+    for (const RegistrationEntry& entry : registrationEntries(modulePath)) {
+        if (entry.path == kApprovalPath)
+            continue;
+        if (key.path() != entry.path && !key.create(RegistryRoot::LocalMachine, entry.path))
             return false;
-    for (const std::u16string_view classId : kClassIds) {
-        RegistryKey key;
-        if (!key.create(RegistryRoot::LocalMachine, join(kClassPath, classId, kServerKey)))
-            return false;
-        key.writeString(u"", modulePath);
-        key.writeString(u"ThreadingModel", u"Apartment");
+        key.writeString(entry.name, entry.text);
     }
     return true;
 }
 
 }  // namespace
+
+bool RegistrationEntry::isServer() const {
+    return name.empty() && std::u16string_view(path).ends_with(kServerKey);
+}
+
+std::vector<RegistrationEntry> registrationEntries(const std::u16string& modulePath) {
+    std::vector<RegistrationEntry> entries;
+    for (const std::u16string_view classId : kClassIds)
+        entries.push_back(
+            {std::u16string(kApprovalPath), std::u16string(classId), std::u16string(kHandlerName)});
+    for (std::size_t i = 0; i < std::size(kClassIds); ++i)
+        entries.push_back({join(kHandlerPaths[i], kHandlerName), {}, std::u16string(kClassIds[i])});
+    for (const std::u16string_view classId : kClassIds) {
+        const std::u16string server = join(kClassPath, classId, kServerKey);
+        entries.push_back({server, {}, modulePath});
+        entries.push_back({server, u"ThreadingModel", u"Apartment"});
+    }
+    return entries;
+}
 
 bool RegisterExtension() {
     std::u16string modulePath;
@@ -119,8 +131,8 @@ bool RegisterExtension() {
 }
 
 void UnregisterExtension() {
-    for (const Handler& handler : kHandlers)
-        deleteKey(RegistryRoot::LocalMachine, handler.path, kHandlerName);
+    for (const std::u16string_view path : kHandlerPaths)
+        deleteKey(RegistryRoot::LocalMachine, path, kHandlerName);
     RegistryKey approvals;
     if (openApprovals(approvals))
         for (const std::u16string_view classId : kClassIds)

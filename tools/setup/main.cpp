@@ -38,7 +38,8 @@ std::u16string modulePath() {
 
 bool exists(const std::u16string& file) {
     const std::uint32_t attributes = platform::fileAttributes(file);
-    return attributes != platform::kInvalidFileAttributes && !(attributes & platform::kFileAttributeDirectory);
+    return attributes != platform::kInvalidFileAttributes &&
+           !(attributes & platform::kFileAttributeDirectory);
 }
 
 bool mayChangeTheMachine() {
@@ -47,9 +48,10 @@ bool mayChangeTheMachine() {
 }
 
 int refuseWithoutRights() {
-    std::fprintf(stderr,
-                 "nmshell-setup: administrator rights are needed to change HKEY_LOCAL_MACHINE. Nothing was changed.\n"
-                 "Run it again from a prompt that was started as administrator.\n");
+    std::fprintf(
+        stderr,
+        "nmshell-setup: administrator rights are needed to change HKEY_LOCAL_MACHINE. Nothing was changed.\n"
+        "Run it again from a prompt that was started as administrator.\n");
     return kNotElevated;
 }
 
@@ -62,7 +64,8 @@ int registerExtension() {
     if (!mayChangeTheMachine())
         return refuseWithoutRights();
     if (!nmshell::RegisterExtension()) {
-        std::fprintf(stderr, "nmshell-setup: the registry could not be written. What had been written was removed.\n");
+        std::fprintf(
+            stderr, "nmshell-setup: the registry could not be written. What had been written was removed.\n");
         return kFailed;
     }
     platform::notifyAssociationsChanged();
@@ -91,8 +94,8 @@ bool printEntry(const EntryStatus& status) {
                         : status.state == EntryState::Missing ? "missing  "
                                                               : "different";
     const std::string name = status.entry.name.empty() ? "(default)" : utf8(status.entry.name);
-    std::printf("%s  HKEY_LOCAL_MACHINE\\%s : %s = %s\n", state, utf8(status.entry.path).c_str(), name.c_str(),
-                utf8(status.entry.text).c_str());
+    std::printf("%s  HKEY_LOCAL_MACHINE\\%s : %s = %s\n", state, utf8(status.entry.path).c_str(),
+                name.c_str(), utf8(status.entry.text).c_str());
     if (status.state == EntryState::Different)
         std::printf("           found: %s\n", utf8(status.found).c_str());
     return status.state == EntryState::Present;
@@ -126,9 +129,11 @@ int main(int argc, char** argv) {
         ->callback([&] { result = registerExtension(); });
     app.add_subcommand("unregister", "remove every key and value of the extension, and this user's settings")
         ->callback([&] { result = unregisterExtension(); });
-    app.add_subcommand("status", "show each key as present, missing or different, and whether the module loads")
+    app.add_subcommand("status",
+                       "show each key as present, missing or different, and whether the module loads")
         ->callback([&] { result = printStatus(); });
-    app.footer("Exit codes: 0 done, 1 incomplete (status), 3 no administrator rights, 4 no nmshell.dll, 5 failed.");
+    app.footer(
+        "Exit codes: 0 done, 1 incomplete (status), 3 no administrator rights, 4 no nmshell.dll, 5 failed.");
     CLI11_PARSE(app, argc, argv);
     return result;
 }

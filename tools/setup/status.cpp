@@ -14,7 +14,8 @@ std::vector<EntryStatus> registrationStatus(const std::u16string& modulePath) {
         RegistryKey key;
         if (key.open(RegistryRoot::LocalMachine, entry.path, owlkit::RegistryMode::ReadOnly) &&
             key.valueExists(entry.name)) {
-            status.found = RegistryKey::readRawStringOr(RegistryRoot::LocalMachine, entry.path, entry.name, {});
+            status.found =
+                RegistryKey::readRawStringOr(RegistryRoot::LocalMachine, entry.path, entry.name, {});
             status.state = status.found == entry.text ? EntryState::Present : EntryState::Different;
         }
         status.entry = std::move(entry);

@@ -16,8 +16,8 @@ struct EntryStatus {
     std::u16string found;  // the text that is there instead, when different
 };
 
-// Every key and value that registering writes, compared with the machine's registry. `modulePath` is where the module is
-// expected to be registered.
+// Every key and value that registering writes, compared with the machine's registry. `modulePath` is where
+// the module is expected to be registered.
 std::vector<EntryStatus> registrationStatus(const std::u16string& modulePath);
 
 // The server that the file-system class is registered with; empty when it has none.

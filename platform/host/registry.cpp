@@ -1,0 +1,195 @@
+#include "platform/registry.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "platform/host/fault.h"
+#include "platform/host/registry_hive.h"
+#include "platform/host/utf8.h"
+
+namespace platform {
+namespace {
+
+using namespace registry_hive;
+
+// How every call on an open key begins.
+ErrorCode begin(std::string_view function, void* key, std::uint32_t rights, OpenKey& open) {
+    const ErrorCode error = fault::next(function);
+    return error != kSuccess ? error : find(key, rights, open);
+}
+
+ErrorCode giveName(std::u16string_view source, char16_t* name, std::uint32_t& length) {
+    if (source.size() >= length)
+        return kErrorMoreData;
+    *std::ranges::copy(source, name).out = u'\0';
+    length = static_cast<std::uint32_t>(source.size());
+    return kSuccess;
+}
+
+bool environmentVariable(std::u16string_view name, std::u16string& value) {
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        const std::string_view text = *entry;
+        const std::size_t end = text.find('=');
+        if (end == text.npos || upper(fromHostName(text.substr(0, end))) != upper(name))
+            continue;
+        value = fromHostName(text.substr(end + 1));
+        return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+void RegistryTraits::close(Type key) noexcept {
+    hive().handles.erase(key);
+}
+
+ErrorCode openKey(void* parent, const std::u16string& path, std::uint32_t, std::uint32_t access,
+                  RegistryHandle& key) {
+    hive().lastAccessMask = access;
+    if (const ErrorCode error = fault::next("RegOpenKeyExW"); error != kSuccess)
+        return error;
+    Place place;
+    if (const ErrorCode error = locate(parent, path, access, place); error != kSuccess)
+        return error;
+    return place.missing.empty() ? grant(place, access, key) : kErrorFileNotFound;
+}
+
+ErrorCode createKey(void* parent, const std::u16string& path, std::uint32_t, std::uint32_t access,
+                    RegistryHandle& key) {
+    hive().lastAccessMask = access;
+    if (const ErrorCode error = fault::next("RegCreateKeyExW"); error != kSuccess)
+        return error;
+    Place place;
+    if (const ErrorCode error = locate(parent, path, access, place); error != kSuccess)
+        return error;
+    const Names above(place.whole.begin(), place.whole.end() - 1);
+    if (!place.missing.empty() && (denied(above, kKeyCreateSubKey) || denied(place.whole, access)))
+        return kErrorAccessDenied;
+    for (const std::u16string& name : place.missing)
+        place.node = child(*place.node, name, true);
+    return grant(place, access, key);
+}
+
+ErrorCode deleteKey(void* parent, const std::u16string& path) {
+    const ErrorCode error = fault::next("RegDeleteKeyW");
+    return error != kSuccess ? error : removeKey(parent, path, 0);
+}
+
+std::optional<ErrorCode> deleteKeyEx(void* parent, const std::u16string& path, std::uint32_t viewFlag) {
+    if (!hive().exportsDeleteKeyEx)
+        return std::nullopt;
+    const ErrorCode error = fault::next("RegDeleteKeyExW");
+    return error != kSuccess ? error : removeKey(parent, path, viewFlag);
+}
+
+ErrorCode queryValue(void* key, const std::u16string& name, std::uint32_t* type, void* data,
+                     std::uint32_t* size) {
+    OpenKey open;
+    if (const ErrorCode error = begin("RegQueryValueExW", key, kKeyQueryValue, open); error != kSuccess)
+        return error;
+    if (data != nullptr && size == nullptr)
+        return kErrorInvalidParameter;
+    const auto value = findValue(*open.node, name.c_str());
+    if (value == open.node->values.end())
+        return kErrorFileNotFound;
+    if (type != nullptr)
+        *type = value->type;
+    if (size == nullptr)
+        return kSuccess;
+    const std::uint32_t room = *size;
+    *size = static_cast<std::uint32_t>(value->data.size());
+    if (data == nullptr) {
+        if (auto change = std::exchange(hive().afterSizeQuery, nullptr))
+            change();
+        return kSuccess;
+    }
+    if (room < value->data.size())
+        return kErrorMoreData;
+    if (!value->data.empty())
+        std::memcpy(data, value->data.data(), value->data.size());
+    return kSuccess;
+}
+
+ErrorCode setValue(void* key, const std::u16string& name, std::uint32_t type, const void* data,
+                   std::uint32_t size) {
+    OpenKey open;
+    if (const ErrorCode error = begin("RegSetValueExW", key, kKeySetValue, open); error != kSuccess)
+        return error;
+    store(*open.node, name, type,
+          size == 0 ? std::string() : std::string(static_cast<const char*>(data), size));
+    return kSuccess;
+}
+
+ErrorCode deleteValue(void* key, const std::u16string& name) {
+    OpenKey open;
+    if (const ErrorCode error = begin("RegDeleteValueW", key, kKeySetValue, open); error != kSuccess)
+        return error;
+    const auto value = findValue(*open.node, name.c_str());
+    if (value == open.node->values.end())
+        return kErrorFileNotFound;
+    open.node->values.erase(value);
+    return kSuccess;
+}
+
+ErrorCode flushKey(void* key) {
+    OpenKey open;
+    return begin("RegFlushKey", key, 0, open);
+}
+
+ErrorCode queryInfoKey(void* key, std::uint32_t* subkeys, std::uint32_t* values) {
+    OpenKey open;
+    if (const ErrorCode error = begin("RegQueryInfoKeyW", key, kKeyQueryValue, open); error != kSuccess)
+        return error;
+    if (subkeys != nullptr)
+        *subkeys = static_cast<std::uint32_t>(open.node->children.size());
+    if (values != nullptr)
+        *values = static_cast<std::uint32_t>(open.node->values.size());
+    return kSuccess;
+}
+
+ErrorCode enumKey(void* key, std::uint32_t index, char16_t* name, std::uint32_t& length) {
+    OpenKey open;
+    if (const ErrorCode error = begin("RegEnumKeyExW", key, kKeyEnumerateSubKeys, open); error != kSuccess)
+        return error;
+    if (index >= open.node->children.size())
+        return kErrorNoMoreItems;
+    return giveName(std::next(open.node->children.begin(), index)->second->name, name, length);
+}
+
+ErrorCode enumValue(void* key, std::uint32_t index, char16_t* name, std::uint32_t& length) {
+    OpenKey open;
+    if (const ErrorCode error = begin("RegEnumValueW", key, kKeyQueryValue, open); error != kSuccess)
+        return error;
+    if (index >= open.node->values.size())
+        return kErrorNoMoreItems;
+    return giveName(open.node->values[index].name, name, length);
+}
+
+std::uint32_t expandEnvironmentStrings(const std::u16string& source, char16_t* buffer, std::uint32_t size) {
+    if (fault::next("ExpandEnvironmentStringsW") != kSuccess)
+        return 0;
+    std::u16string_view rest = source.c_str();
+    std::u16string result;
+    std::u16string value;
+    while (!rest.empty()) {
+        const std::size_t end = rest.front() == u'%' ? rest.find(u'%', 1) : rest.npos;
+        if (end != rest.npos && environmentVariable(rest.substr(1, end - 1), value)) {
+            result += value;
+            rest.remove_prefix(end + 1);
+        } else {
+            // An unknown name stays, and the percent sign after it may begin another one.
+            const std::size_t plain = std::min(rest.find(u'%', 1), rest.size());
+            result += rest.substr(0, plain);
+            rest.remove_prefix(plain);
+        }
+    }
+    if (result.size() < size)
+        *std::ranges::copy(result, buffer).out = u'\0';
+    return static_cast<std::uint32_t>(result.size() + 1);
+}
+
+}  // namespace platform

@@ -26,7 +26,7 @@ class WineTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.home = pathlib.Path(tempfile.mkdtemp(prefix="nmshell-wine-"))
-        cls.environment = dict(os.environ, WINEPREFIX=str(cls.home / "prefix"))
+        cls.environment = dict(os.environ, WINEPREFIX=str(cls.home / "prefix"), LC_ALL="C.UTF-8")
         cls.environment.pop("DISPLAY", None)
 
     @classmethod

@@ -1,0 +1,34 @@
+// The standard alphabet held against the system's own base64 program.
+#include <cstdio>
+#include <memory>
+
+#include "foundation/codec/base64.h"
+#include "foundation/stream/test_stream.h"
+
+namespace owlkit {
+namespace {
+
+TEST(Base64Host, AgreesWithTheSystemsProgram) {
+    std::mt19937 random(2);
+    for (const std::size_t size :
+         {0u, 1u, 2u, 3u, 56u, 57u, 58u, 113u, 114u, 12287u, 12288u, 12289u, 50000u}) {
+        std::string bytes(size, '\0');
+        for (char& byte : bytes)
+            byte = static_cast<char>(random());
+        const TempFile file(bytes);
+        const std::string command = "base64 -w 76 '" + file.path().string() + "'";
+        const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), &pclose);
+        std::string expected(100000, '\0');
+        expected.resize(std::fread(expected.data(), 1, expected.size(), pipe.get()));
+        MemoryStream source(bytes.data(), bytes.size());
+        std::string text;
+        Base64Codec(76).encodeToString(source, text);
+        // The program also ends a last line that is not full.
+        if (!text.empty() && text.back() != '\n')
+            text += '\n';
+        EXPECT_EQ(text, expected);
+    }
+}
+
+}  // namespace
+}  // namespace owlkit

@@ -1,0 +1,35 @@
+#include "foundation/codec/hex.h"
+
+#include <stdexcept>
+
+#include "foundation/stream/test_stream.h"
+
+namespace owlkit {
+namespace {
+
+using namespace std::string_view_literals;
+
+TEST(Hex, EscapesBytes) {
+    std::string text = "old";
+    hexEscape(text, "A\x01", 2, true);
+    EXPECT_EQ(text, "A01");
+    hexEscape(text, "A\x1F\x20\x7F\x80\xFF", 6, true, "<", ">");
+    EXPECT_EQ(text, "A<1F> \x7F<80><FF>");
+    std::u16string wide = u"old";
+    hexEscape(wide, "a\xE9", 2, true, u"\u2039", u"\u203A");
+    EXPECT_EQ(wide, u"a\u2039E9\u203A");
+    hexEscape(wide, nullptr, 0, true, u"x");
+    EXPECT_EQ(wide, u"");
+    expectError<std::invalid_argument>("invalid pointer", [&] { hexEscape(text, nullptr, 1, true); });
+}
+
+TEST(Hex, EscapesText) {
+    EXPECT_EQ(hexEscapeText("\0\a\b\t\n\v\f\r\x01\x0E~\x7F\x80\\\""sv, true), R"(\0\a\b\t\n\v\f\r\x01\x0E~)"
+                                                                              "\x7F\\x80\\\"");
+    EXPECT_EQ(hexEscapeText("A \n"sv, false), R"(\x41\x20\n)");
+    EXPECT_EQ(hexEscapeText(u"A\u00FF\u0100\U0001F600"sv, true), u"A\\xFF\\u0100\\uD83D\\uDE00");
+    EXPECT_EQ(hexEscapeText(u"A"sv, false), uR"(\x41)");
+}
+
+}  // namespace
+}  // namespace owlkit

@@ -1,0 +1,173 @@
+#include "foundation/stream/byte_stream.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "foundation/stream/test_stream.h"
+
+namespace owlkit {
+namespace {
+
+using namespace std::string_literals;
+
+class ByteStreamTest : public StreamTest {};
+
+INSTANTIATE_TEST_SUITE_P(Kinds, ByteStreamTest, testing::Values(StreamKind::Memory, StreamKind::File),
+                         kindName);
+
+// Both streams against a string with a position, in steps that cross the blocks read ahead.
+TEST_P(ByteStreamTest, BehavesLikeAStringWithAPosition) {
+    std::mt19937 random(7);
+    const auto below = [&](std::size_t limit) { return static_cast<std::size_t>(random()) % (limit + 1); };
+    TestStream stream(GetParam());
+    std::string model;
+    std::size_t at = 0;
+    for (int step = 0; step < 3000; ++step) {
+        SCOPED_TRACE(step);
+        const std::size_t count = below(below(1) != 0 ? 40000 : 50);
+        switch (below(6)) {
+            case 0: {
+                const std::string bytes(count, static_cast<char>('a' + below(25)));
+                ASSERT_EQ(stream->write(bytes.data(), count), count);
+                model.replace(at, count, bytes);
+                at += count;
+                break;
+            }
+            case 1: {
+                const auto target = static_cast<std::int64_t>(below(model.size() + 2)) - 1;
+                const std::uint32_t origin = static_cast<std::uint32_t>(below(2));
+                const std::int64_t base[] = {0, static_cast<std::int64_t>(at),
+                                             static_cast<std::int64_t>(model.size())};
+                const bool inside = target >= 0 && target <= base[2];
+                ASSERT_EQ(stream->seek(target - base[origin], origin), inside);
+                at = inside ? static_cast<std::size_t>(target) : at;
+                break;
+            }
+            case 2:
+                if (below(9) == 0) {
+                    ASSERT_TRUE(stream->setSize(static_cast<std::int64_t>(count)));
+                    model.resize(count, '\0');
+                    at = std::min(at, count);
+                }
+                break;
+            default: {
+                std::string bytes(count, '\0');
+                const std::size_t got = stream->read(bytes.data(), count);
+                ASSERT_EQ(got, std::min(count, model.size() - at));
+                ASSERT_EQ(bytes.substr(0, got), model.substr(at, got));
+                at += got;
+            }
+        }
+        ASSERT_EQ(stream->position(), static_cast<std::int64_t>(at));
+        ASSERT_EQ(stream->size(), static_cast<std::int64_t>(model.size()));
+        ASSERT_EQ(stream->remaining(), static_cast<std::int64_t>(model.size() - at));
+        ASSERT_EQ(stream->atEnd(), at == model.size());
+    }
+    EXPECT_EQ(stream.content(), model);
+}
+
+TEST_P(ByteStreamTest, RefusesBadArguments) {
+    TestStream stream(GetParam(), "abc");
+    expectError<std::invalid_argument>("invalid pointer", [&] { stream->read(nullptr, 1); });
+    expectError<std::invalid_argument>("invalid pointer", [&] { stream->write(nullptr, 1); });
+    expectError<std::length_error>("invalid size", [&] { stream->write("", 0xFFFFFFFF); });
+    expectError<std::length_error>("invalid size", [&] { stream->setSize(-1); });
+    EXPECT_EQ(stream->write(nullptr, 0), 0u);
+    EXPECT_EQ(stream->read(nullptr, 0), 0u);
+    EXPECT_FALSE(stream->seek(0, 3));
+    EXPECT_FALSE(stream->seek(INT64_MAX, kFromEnd));
+    EXPECT_FALSE(stream->seek(INT64_MIN, kFromPosition));
+    EXPECT_TRUE(stream->seek(0, kFromEnd));
+    EXPECT_EQ(stream->read(nullptr, 100), 0u);  // cut to nothing before the pointer matters
+    EXPECT_EQ(stream.content(), "abc");
+}
+
+TEST_P(ByteStreamTest, CopiesInBlocks) {
+    for (const std::size_t size : {0u, 1u, 65535u, 65536u, 65537u, 200000u}) {
+        std::string bytes(size + 3, '\0');
+        std::generate(bytes.begin(), bytes.end(), [n = 0]() mutable { return static_cast<char>(n++ * 7); });
+        TestStream source(GetParam(), bytes);
+        TestStream target(GetParam());
+        EXPECT_EQ(target->copyFrom(*source, static_cast<std::int64_t>(size)),
+                  static_cast<std::int64_t>(size));
+        EXPECT_EQ(source->readInto(*target, -1), 3);
+        EXPECT_EQ(source->readInto(*target, 10), 0);
+        EXPECT_EQ(target.content(), bytes);
+    }
+}
+
+TEST_P(ByteStreamTest, SkipsAndKeepsACheckValue) {
+    TestStream stream(GetParam(), "123456789" + std::string(100000, 'x'));
+    EXPECT_EQ(stream->skip(4) + stream->skip(5), 9);
+    EXPECT_EQ(~stream->skipCheck(), 0xCBF43926u);  // the published check value of CRC-32
+    EXPECT_EQ(stream->skip(70000), 70000);
+    EXPECT_EQ(stream->skip(-1), 30000);
+    EXPECT_EQ(stream->skip(5), 0);
+}
+
+TEST_P(ByteStreamTest, DetectsTheEncoding) {
+    const struct {
+        const char* name;
+        std::string bytes;
+        std::size_t sample;
+        std::uint32_t encoding, order;
+        std::int64_t markSize;
+    } cases[] = {{"UTF-8 mark", "\xEF\xBB\xBFx", 99, kEncodingUtf8, kNativeOrder, 3},
+                 {"UTF-16 big mark", "\xFE\xFF", 99, kEncodingUtf16, kBigEndian, 2},
+                 {"UTF-16 little mark", "\xFF\xFEx\0"s, 99, kEncodingUtf16, kLittleEndian, 2},
+                 {"UTF-32 big mark", "\0\0\xFE\xFF"s, 99, kEncodingUtf32, kBigEndian, 4},
+                 {"UTF-32 little mark", "\xFF\xFE\0\0"s, 99, kEncodingUtf16, kLittleEndian, 2},
+                 {"no mark", "\xEF\xBBx", 99, kEncodingCharset, kBigEndian, 0},
+                 {"empty", "", 99, kEncodingUtf8, kBigEndian, 0},
+                 {"UTF-8", "\xC3\xA9\xF0\x9F\x98\x80", 99, kEncodingUtf8, kBigEndian, 0},
+                 {"cut by the sample", "ab\xF0\x9F\x98\x80", 5, kEncodingUtf8, kBigEndian, 0},
+                 {"cut after the lead", "ab\xE2\x82\xAC", 3, kEncodingUtf8, kBigEndian, 0},
+                 {"cut by the end", "ab\xE2\x82", 4, kEncodingCharset, kBigEndian, 0},
+                 {"cut, overlong", "a\xE0\x80\x80", 3, kEncodingCharset, kBigEndian, 0},
+                 {"cut, above 10FFFF", "a\xF4\x90\x80\x80", 3, kEncodingCharset, kBigEndian, 0},
+                 {"stray bytes at the cut", "a\x80\x80\x80\x80", 4, kEncodingCharset, kBigEndian, 0},
+                 {"bad behind the sample", "abc\xFF", 3, kEncodingUtf8, kBigEndian, 0},
+                 {"Latin letters", "caf\xE9 x", 99, kEncodingCharset, kBigEndian, 0}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        TestStream stream(GetParam(), kEncodingNone, kBigEndian, kLf, kCharsetDos850, "@" + c.bytes);
+        ASSERT_TRUE(stream->seek(1, kFromStart));
+        EXPECT_EQ(stream->detectByteOrderMark(), c.markSize != 0);
+        EXPECT_EQ(stream->position(), c.markSize + 1);
+        EXPECT_EQ(stream->textEncoding(), c.markSize != 0 ? c.encoding : std::uint32_t{kEncodingNone});
+        EXPECT_EQ(stream->byteOrder(), c.order);
+        ASSERT_TRUE(stream->seek(1, kFromStart));
+        EXPECT_TRUE(stream->detectTextEncoding(c.sample));
+        EXPECT_EQ(stream->position(), c.markSize + 1);
+        EXPECT_EQ(stream->textEncoding(), c.encoding);
+        EXPECT_EQ(stream->charset(), c.encoding == kEncodingCharset ? systemCharset() : kCharsetDos850);
+    }
+}
+
+TEST_P(ByteStreamTest, WritesTheMark) {
+    const char* const marks[][2] = {
+        {"", ""}, {"EFBBBF", "EFBBBF"}, {"FFFE", "FEFF"}, {"FFFE0000", "0000FEFF"}, {"", ""}};
+    for (std::uint32_t encoding = 0; encoding < 5; ++encoding)
+        for (std::uint32_t order = 0; order < 3; ++order) {
+            TestStream stream(GetParam(), encoding, order, kNul, kCharsetSystem);
+            const char* const mark = marks[encoding][order == kBigEndian];
+            EXPECT_EQ(stream->writeByteOrderMark(), *mark != '\0');
+            EXPECT_EQ(hex(stream.content()), mark);
+        }
+}
+
+TEST(MemoryStream, HasItsOwnLimits) {
+    MemoryStream stream;
+    expectError<std::length_error>("invalid size", [&] { stream.setSize(0x80000000); });
+    expectError<std::length_error>("invalid size", [&] { stream.write("", 0x80000000); });
+    expectError<std::length_error>("invalid size", [] { MemoryStream("", 0x80000000); });
+    expectError<std::invalid_argument>("invalid pointer", [] { MemoryStream(nullptr, 1); });
+    MemoryStream fixed("ab", 2, false);
+    EXPECT_EQ(fixed.at(1), 'b');
+    expectError<std::out_of_range>("invalid index", [&] { fixed.at(2); });
+    expectError<std::logic_error>("stream is not open for writing", [&] { fixed.write("c", 1); });
+    expectError<std::logic_error>("stream is not open for writing", [&] { fixed.setSize(1); });
+}
+
+}  // namespace
+}  // namespace owlkit

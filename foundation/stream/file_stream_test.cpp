@@ -1,0 +1,103 @@
+#include "foundation/stream/file_stream.h"
+
+#include <stdexcept>
+#include <utility>
+
+#include "foundation/stream/test_stream.h"
+
+namespace owlkit {
+namespace {
+
+TEST(FileStream, OpensByMode) {
+    const struct {
+        std::uint32_t mode;
+        bool readable, writable, opensMissing;
+        const char* after;  // what "old" becomes when "XY" is written
+    } cases[] = {{kOpenRead, true, false, false, "old"},     {kOpenReadWrite, true, true, false, "XYd"},
+                 {kCreateWrite, false, true, true, "XY"},    {kCreateReadWrite, true, true, true, "XY"},
+                 {kAppendWrite, false, true, true, "oldXY"}, {kAppendReadWrite, true, true, true, "oldXY"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.mode);
+        const TempFile missing;
+        const TempFile file("old");
+        FileStream stream;
+        EXPECT_EQ(stream.open(missing.name(), c.mode), c.opensMissing);
+        EXPECT_EQ(stream.isOpen(), c.opensMissing);
+        ASSERT_TRUE(stream.open(file.name(), c.mode, kEncodingUtf8));
+        EXPECT_EQ(stream.isReadable(), c.readable);
+        EXPECT_EQ(stream.isWritable(), c.writable);
+        EXPECT_EQ(stream.textEncoding(), kEncodingUtf8);
+        EXPECT_EQ(stream.path(), file.name());
+        char byte = 0;
+        if (c.writable) {
+            EXPECT_EQ(stream.write("XY", 2), 2u);
+            EXPECT_TRUE(stream.flush());
+        } else {
+            expectError<std::logic_error>("stream is not open for writing", [&] { stream.write("XY", 2); });
+            expectError<std::logic_error>("file is not open for writing", [&] { stream.flush(); });
+            expectError<std::logic_error>("file is not open for writing", [&] { stream.setSize(0); });
+        }
+        if (!c.readable)
+            expectError<std::logic_error>("stream is not open for reading", [&] { stream.read(&byte, 1); });
+        stream.close();
+        EXPECT_EQ(file.content(), c.after);
+        expectError<std::logic_error>("stream is closed", [&] { stream.seek(0, kFromStart); });
+        EXPECT_FALSE(stream.atEnd());
+        EXPECT_FALSE(stream.detectTextEncoding(10));
+    }
+}
+
+TEST(FileStream, RefusesWithoutAndWithClosing) {
+    const TempFile file("old");
+    FileStream stream;
+    ASSERT_TRUE(stream.open(file.name(), kOpenRead));
+    EXPECT_FALSE(stream.open(std::u16string(), kOpenRead));
+    EXPECT_FALSE(stream.open(std::string(), kOpenRead));
+    EXPECT_TRUE(stream.isOpen());
+    for (std::uint32_t mode = 6; mode < 16; ++mode)
+        expectError<std::invalid_argument>("invalid argument", [&] { stream.open(file.name(), mode); });
+    EXPECT_FALSE(stream.isOpen());
+}
+
+TEST(FileStream, NarrowPathsAndWriteThrough) {
+    const TempFile file;
+    const std::u16string wide =
+        file.path().parent_path().u16string() + platform::kPathSeparator + u"owlkit_narrow.tmp";
+    FileStream stream;
+    ASSERT_TRUE(stream.open(std::string(wide.begin(), wide.end()), kCreateWrite | kWriteThrough));
+    EXPECT_EQ(stream.path(), wide);
+    EXPECT_EQ(stream.narrowPath(), std::string(wide.begin(), wide.end()));
+    EXPECT_EQ(stream.openFlags(), 0x40000102u);
+    EXPECT_EQ(stream.write("a", 1), 1u);
+    EXPECT_FALSE(stream.flush());
+    stream.close();
+    EXPECT_TRUE(platform::deleteFile(wide));
+}
+
+TEST(FileStream, MovesAndSwaps) {
+    const TempFile first("first"), second("second");
+    FileStream a, b;
+    ASSERT_TRUE(a.open(first.name(), kOpenReadWrite, kEncodingUtf8));
+    ASSERT_TRUE(b.open(second.name(), kOpenRead));
+    char byte = 0;
+    EXPECT_EQ(b.read(&byte, 1), 1u);
+    swap(a, b);
+    EXPECT_EQ(a.position(), 1);
+    EXPECT_EQ(a.read(&byte, 1), 1u);
+    EXPECT_EQ(byte, 'e');
+    a = std::move(b);
+    EXPECT_FALSE(b.isOpen());
+    EXPECT_EQ(b.size(), 0);
+    EXPECT_EQ(a.path(), first.name());
+    EXPECT_EQ(a.textEncoding(), kEncodingUtf8);
+    FileStream& self = a;
+    a = std::move(self);
+    FileStream c(std::move(a));
+    EXPECT_EQ(c.read(&byte, 1), 1u);
+    EXPECT_EQ(byte, 'f');
+    FileStream again;
+    EXPECT_TRUE(again.open(second.name(), kCreateWrite));  // nothing holds the other file any more
+}
+
+}  // namespace
+}  // namespace owlkit

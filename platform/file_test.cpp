@@ -1,0 +1,61 @@
+#include "platform/file.h"
+
+#include <algorithm>
+
+#include "foundation/stream/test_stream.h"
+
+namespace platform {
+namespace {
+
+using owlkit::TempFile;
+
+TEST(PlatformFile, ListsTheFilesOfAFolder) {
+    const TempFile unique;  // only for its name
+    const std::filesystem::path folder = unique.path();
+    std::filesystem::create_directories(folder / "sub");
+    for (const char16_t* name : {u"b.txt", u"\u00E9\u4E2D.lang.txt"})
+        std::ofstream(folder / name) << "x";
+    std::vector<std::u16string> names = {u"old"};
+    for (const std::u16string& spelling : {folder.u16string(), folder.u16string() + kPathSeparator}) {
+        EXPECT_TRUE(listFolder(spelling, names));
+        std::sort(names.begin(), names.end());
+        EXPECT_EQ(names, (std::vector<std::u16string>{u"b.txt", u"\u00E9\u4E2D.lang.txt"}));
+    }
+    EXPECT_EQ(fileAttributes(folder.u16string()) & kFileAttributeDirectory, kFileAttributeDirectory);
+    EXPECT_FALSE(deleteFile(folder.u16string()));
+    FileHandle file;
+    EXPECT_EQ(createFile(folder.u16string(), kGenericRead, 0, kOpenExisting, 0, file), kErrorAccessDenied);
+    const std::u16string path = (folder / "b.txt").u16string();
+    EXPECT_TRUE(deleteFile(path));
+    EXPECT_EQ(fileAttributes(path), kInvalidFileAttributes);
+    EXPECT_EQ(createFile(path, kGenericRead, 0, kOpenExisting, 0, file), kErrorFileNotFound);
+    std::filesystem::remove_all(folder);
+    EXPECT_FALSE(listFolder(folder.u16string(), names));
+    EXPECT_TRUE(names.empty());
+}
+
+TEST(PlatformFile, ReadOnlyFilesStay) {
+    const TempFile target;
+    FileHandle file;
+    std::uint32_t moved = 0;
+    ASSERT_EQ(createFile(target.name(), kGenericWrite, 0, kCreateAlways, kFileAttributeReadOnly, file),
+              kSuccess);
+    EXPECT_EQ(writeFile(file, "abc", 3, moved), kSuccess);
+    EXPECT_EQ(readFile(file, &moved, 1, moved), kErrorAccessDenied);
+    file.reset();
+    EXPECT_FALSE(deleteFile(target.name()));
+    std::filesystem::permissions(target.path(), std::filesystem::perms::all);
+    EXPECT_TRUE(deleteFile(target.name()));
+}
+
+TEST(PlatformFile, FoldersMustFitTheBuffer) {
+    for (const auto call : {tempPath, currentDirectory}) {
+        const std::u16string folder = call(4096).value_or(u"");
+        ASSERT_FALSE(folder.empty());
+        EXPECT_EQ(call(folder.size() + 1), folder);
+        EXPECT_FALSE(call(folder.size()).has_value());
+    }
+}
+
+}  // namespace
+}  // namespace platform

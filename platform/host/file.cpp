@@ -1,0 +1,278 @@
+#include "platform/file.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+
+#include "platform/host/fault.h"
+#include "platform/host/file_record.h"
+#include "platform/host/utf8.h"
+
+namespace platform {
+namespace {
+
+struct HostFile {
+    int descriptor;
+};
+
+CreateFileArguments& lastArguments() {
+    static CreateFileArguments arguments;
+    return arguments;
+}
+
+int& openFiles() {
+    static int count = 0;
+    return count;
+}
+
+ErrorCode errorOf(int number) {
+    switch (number) {
+        case 0:
+            return kSuccess;
+        case ENOENT:
+            return kErrorFileNotFound;
+        case ENOTDIR:
+            return kErrorPathNotFound;
+        case EEXIST:
+            return kErrorFileExists;
+        case ENOSPC:
+        case EDQUOT:
+            return kErrorDiskFull;
+        case ENOMEM:
+            return kErrorNotEnoughMemory;
+        case EINVAL:
+        case EFBIG:
+            return kErrorInvalidParameter;
+        default:  // EACCES, EPERM, EROFS, EISDIR; EBADF for a transfer that the handle was not opened for
+            return kErrorAccessDenied;
+    }
+}
+
+ErrorCode outcome(bool succeeded) {
+    return succeeded ? kSuccess : errorOf(errno);
+}
+
+int descriptorOf(const FileHandle& file) {
+    return file ? static_cast<const HostFile*>(file.get())->descriptor : -1;
+}
+
+// The fault for `operation`, or the error of a handle that holds no file.
+ErrorCode enter(const char* operation, const FileHandle& file) {
+    const ErrorCode error = fault::next(operation);
+    return error != kSuccess ? error : file ? kSuccess : kErrorInvalidHandle;
+}
+
+// Asked for by mode, not by access(2): that one refuses root nothing.
+bool isReadOnly(const struct stat& status) {
+    return (status.st_mode & S_IWUSR) == 0;
+}
+
+int openMode(std::uint32_t access, std::uint32_t creation) {
+    const bool reads = (access & kGenericRead) != 0;
+    const bool writes = (access & kGenericWrite) != 0;
+    int mode = O_CLOEXEC | (writes ? reads ? O_RDWR : O_WRONLY : O_RDONLY);
+    if (creation == kCreateNew)
+        mode |= O_CREAT | O_EXCL;
+    else if (creation == kCreateAlways)
+        mode |= O_CREAT | O_TRUNC;
+    else if (creation == kOpenAlways)
+        mode |= O_CREAT;
+    else if (creation == kTruncateExisting)
+        mode |= O_TRUNC;
+    return mode;
+}
+
+// Transfers with `step` (read or write over the rest) until `count` bytes moved or it moves none.
+template <class Step>
+ErrorCode transfer(std::uint32_t count, std::uint32_t& transferred, Step step) {
+    while (transferred < count) {
+        const ssize_t moved = step(transferred, count - transferred);
+        if (moved < 0 && errno == EINTR)
+            continue;
+        if (moved < 0)
+            return errorOf(errno);
+        if (moved == 0)
+            break;
+        transferred += static_cast<std::uint32_t>(moved);
+    }
+    return kSuccess;
+}
+
+std::optional<std::u16string> fitted(std::u16string text, std::size_t bufferSize) {
+    if (text.size() >= bufferSize)
+        return std::nullopt;
+    return text;
+}
+
+}  // namespace
+
+const CreateFileArguments& lastCreateFile() {
+    return lastArguments();
+}
+
+int openFileCount() {
+    return openFiles();
+}
+
+void FileTraits::close(Type file) noexcept {
+    const std::unique_ptr<HostFile> owned(static_cast<HostFile*>(file));
+    ::close(owned->descriptor);
+    --openFiles();
+}
+
+ErrorCode createFile(const std::u16string& path, std::uint32_t access, std::uint32_t share,
+                     std::uint32_t creation, std::uint32_t attributes, FileHandle& file) {
+    lastArguments() = {path, access, share, creation, attributes};
+    if (const ErrorCode error = fault::next("CreateFileW"))
+        return error;
+    const std::string name = toHostName(path);
+    struct stat status = {};
+    if (::stat(name.c_str(), &status) == 0) {
+        const bool changes = (access & kGenericWrite) != 0 || creation == kCreateAlways;
+        if (S_ISDIR(status.st_mode) || (changes && isReadOnly(status)))
+            return kErrorAccessDenied;
+    }
+    const mode_t permissions = (attributes & kFileAttributeReadOnly) != 0 ? 0444 : 0644;
+    const int descriptor = ::open(name.c_str(), openMode(access, creation), permissions);
+    if (descriptor < 0)
+        return errorOf(errno);
+    file.reset(new HostFile{descriptor});
+    ++openFiles();
+    return kSuccess;
+}
+
+ErrorCode readFile(const FileHandle& file, void* buffer, std::uint32_t count, std::uint32_t& transferred) {
+    transferred = 0;
+    if (const ErrorCode error = enter("ReadFile", file))
+        return error;
+    const ErrorCode error = transfer(count, transferred, [&](std::uint32_t done, std::uint32_t left) {
+        return ::read(descriptorOf(file), static_cast<char*>(buffer) + done, left);
+    });
+    if (error != kSuccess)
+        transferred = 0;
+    return error;
+}
+
+ErrorCode writeFile(const FileHandle& file, const void* buffer, std::uint32_t count,
+                    std::uint32_t& transferred) {
+    transferred = 0;
+    if (const ErrorCode error = enter("WriteFile", file))
+        return error;
+    const ErrorCode error = transfer(count, transferred, [&](std::uint32_t done, std::uint32_t left) {
+        return ::write(descriptorOf(file), static_cast<const char*>(buffer) + done, left);
+    });
+    if (error != kSuccess && transferred != 0) {
+        // A failed write moves the file pointer by nothing.
+        ::lseek(descriptorOf(file), -static_cast<off_t>(transferred), SEEK_CUR);
+        transferred = 0;
+    }
+    return error;
+}
+
+ErrorCode setFilePointer(const FileHandle& file, std::int64_t position) {
+    if (const ErrorCode error = enter("SetFilePointerEx", file))
+        return error;
+    return outcome(::lseek(descriptorOf(file), position, SEEK_SET) >= 0);
+}
+
+ErrorCode setEndOfFile(const FileHandle& file) {
+    if (const ErrorCode error = enter("SetEndOfFile", file))
+        return error;
+    const off_t end = ::lseek(descriptorOf(file), 0, SEEK_CUR);
+    return outcome(end >= 0 && ::ftruncate(descriptorOf(file), end) == 0);
+}
+
+ErrorCode flushFileBuffers(const FileHandle& file) {
+    if (const ErrorCode error = enter("FlushFileBuffers", file))
+        return error;
+    return outcome(::fsync(descriptorOf(file)) == 0);
+}
+
+ErrorCode fileSize(const FileHandle& file, std::int64_t& size) {
+    if (const ErrorCode error = enter("GetFileSizeEx", file))
+        return error;
+    struct stat status = {};
+    if (::fstat(descriptorOf(file), &status) != 0)
+        return errorOf(errno);
+    size = status.st_size;
+    return kSuccess;
+}
+
+ErrorCode diskLength(const FileHandle& file, std::int64_t& size) {
+    if (const ErrorCode error = enter("DeviceIoControl", file))
+        return error;
+    struct stat status = {};
+    if (::fstat(descriptorOf(file), &status) != 0)
+        return errorOf(errno);
+    std::uint64_t length = static_cast<std::uint64_t>(status.st_size);
+    if (S_ISBLK(status.st_mode) && ::ioctl(descriptorOf(file), BLKGETSIZE64, &length) != 0)
+        return errorOf(errno);
+    size = static_cast<std::int64_t>(length);
+    return kSuccess;
+}
+
+std::uint32_t fileAttributes(const std::u16string& path) {
+    struct stat status = {};
+    if (fault::next("GetFileAttributesW") != kSuccess || ::stat(toHostName(path).c_str(), &status) != 0)
+        return kInvalidFileAttributes;
+    const std::uint32_t readOnly = isReadOnly(status) ? kFileAttributeReadOnly : 0;
+    if (S_ISDIR(status.st_mode))
+        return kFileAttributeDirectory | readOnly;
+    return readOnly != 0 ? readOnly : kFileAttributeNormal;
+}
+
+bool deleteFile(const std::u16string& path) {
+    if (fault::next("DeleteFileW") != kSuccess)
+        return false;
+    const std::string name = toHostName(path);
+    struct stat status = {};
+    return ::stat(name.c_str(), &status) == 0 && !isReadOnly(status) && ::unlink(name.c_str()) == 0;
+}
+
+bool listFolder(const std::u16string& folder, std::vector<std::u16string>& names) {
+    names.clear();
+    if (fault::next("FindFirstFileW") != kSuccess)
+        return false;
+    const std::string name = folder.empty() ? "." : toHostName(folder);
+    const std::unique_ptr<DIR, int (*)(DIR*)> search(::opendir(name.c_str()), &::closedir);
+    if (!search)
+        return false;
+    while (const dirent* entry = ::readdir(search.get())) {
+        if (fault::next("FindNextFileW") != kSuccess) {
+            names.clear();
+            return false;
+        }
+        struct stat status = {};
+        if (::fstatat(::dirfd(search.get()), entry->d_name, &status, 0) == 0 && !S_ISDIR(status.st_mode))
+            names.push_back(fromHostName(entry->d_name));
+    }
+    return true;
+}
+
+std::optional<std::u16string> tempPath(std::size_t bufferSize) {
+    if (fault::next("GetTempPathW") != kSuccess)
+        return std::nullopt;
+    const char* set = std::getenv("TMPDIR");
+    std::u16string folder = fromHostName(set != nullptr && *set != '\0' ? set : "/tmp");
+    if (folder.back() != kPathSeparator)
+        folder += kPathSeparator;
+    return fitted(std::move(folder), bufferSize);
+}
+
+std::optional<std::u16string> currentDirectory(std::size_t bufferSize) {
+    if (fault::next("GetCurrentDirectoryW") != kSuccess)
+        return std::nullopt;
+    const std::unique_ptr<char, void (*)(void*)> folder(::getcwd(nullptr, 0), &std::free);
+    if (!folder)
+        return std::nullopt;
+    return fitted(fromHostName(folder.get()), bufferSize);
+}
+
+}  // namespace platform

@@ -4,6 +4,7 @@
 #include "foundation/stream/memory_stream.h"
 #include "foundation/text/number.h"
 #include "foundation/text/text.h"
+#include "lang/loading_scope.h"
 #include "platform/file.h"
 
 namespace owlkit {
@@ -13,18 +14,6 @@ constexpr std::u16string_view kFileEnding = u".lang.txt";
 // The misspelling is deliberate and stays.
 constexpr std::u16string_view kNoFilesText = u"Languange File Error\nFailed to load language files.";
 constexpr std::uint32_t kNoLine = 0xFFFFFFFF;
-
-// The table is loading as long as this lives.
-class Loading {
-  public:
-    explicit Loading(interlang& table) : table_(table) { table_.BeginLoad(); }
-    ~Loading() { table_.EndLoad(); }
-    Loading(const Loading&) = delete;
-    Loading& operator=(const Loading&) = delete;
-
-  private:
-    interlang& table_;
-};
 
 // `line` is the line number of the failure; kNoLine shows as -1.
 std::u16string failureText(const std::u16string& path, std::uint32_t line) {
@@ -52,7 +41,7 @@ bool ListLanguageFiles(const std::u16string& folder, std::vector<std::u16string>
 }
 
 std::u16string LoadLanguageFile(const std::u16string& path, interlang& table) {
-    const Loading loading(table);
+    const LoadingScope loading(table);
     std::uint32_t line = kNoLine;
     MemoryStream content;
     if (readWhole(path, content) && table.Parse(content, line))

@@ -2,6 +2,7 @@
 
 #include "foundation/process/folders.h"
 #include "lang/language_loader.h"
+#include "lang/loading_scope.h"
 #include "platform/file.h"
 #include "platform/module.h"
 #include "shellext/settings.h"
@@ -27,12 +28,7 @@ void Module::detach() {
 }
 
 void Module::applyLanguage(const std::u16string& active, const std::u16string& primary) {
-    texts.BeginLoad();
-    // Whatever happens in between, the table must not stay closed to lookups.
-    struct Loading {
-        owlkit::interlang& table;
-        ~Loading() { table.EndLoad(); }
-    } loading{texts};
+    const owlkit::LoadingScope loading(texts);
     texts.SetLanguages(active, primary);
 }
 

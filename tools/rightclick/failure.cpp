@@ -1,0 +1,16 @@
+#include "tools/rightclick/failure.h"
+
+#include "foundation/text/number.h"
+
+namespace rightclick {
+
+std::string hexadecimal(HRESULT result) {
+    return "0x" + owlkit::formatNumber<char>(static_cast<std::uint32_t>(result), owlkit::kUpperHex, 8);
+}
+
+void require(HRESULT result, const char* message) {
+    if (FAILED(result))
+        throw Failure(kPlatformFailure, std::string(message) + " (" + hexadecimal(result) + ")");
+}
+
+}  // namespace rightclick

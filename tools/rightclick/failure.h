@@ -1,0 +1,35 @@
+// How the client ends when something goes wrong.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "platform/com.h"
+
+namespace rightclick {
+
+enum ExitCode : int {
+    kDone = 0,
+    kWrongUsage = 2,
+    kMissingObject = 3,         // a file, folder, drive or DLL that was named is not there
+    kExtensionUnavailable = 4,  // not registered, not approved or switched off
+    kPlatformFailure = 5,
+};
+
+// Ends the program with an exit code and one line of text (UTF-8).
+class Failure : public std::runtime_error {
+  public:
+    Failure(ExitCode code, const std::string& message) : std::runtime_error(message), code_(code) {}
+    ExitCode code() const { return code_; }
+
+  private:
+    ExitCode code_;
+};
+
+// "0x80004005"
+std::string hexadecimal(HRESULT result);
+
+// A platform failure "MESSAGE (0x80004005)" unless `result` is a success.
+void require(HRESULT result, const char* message);
+
+}  // namespace rightclick

@@ -1,0 +1,155 @@
+// rightclick: does what the shell does on a right-click, with the extension alone, and shows what comes of
+// it: the entries with their texts, identifiers, states and icons, what choosing one starts, its help text, a
+// picture of the menu.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/command_line.h"
+#include "tools/rightclick/client.h"
+#include "tools/rightclick/failure.h"
+#include "tools/rightclick/report.h"
+#include "tools/rightclick/right_click.h"
+#include "tools/rightclick/text.h"
+
+namespace rightclick {
+namespace {
+
+constexpr const char* kExitCodes =
+    "Exit codes: 0 done, 2 wrong usage, 3 a named object is missing, 4 the extension is not registered, not "
+    "approved or\n"
+    "switched off, 5 another failure of the platform.";
+
+struct Arguments {
+    std::vector<std::string> files;
+    std::vector<std::string> drives;
+    bool bin = false;
+    std::string dll;
+    bool noShell = false;
+    std::uint32_t flags = CMF_NORMAL;
+    bool all = false;
+    bool json = false;
+    std::optional<std::uint16_t> pick;
+    std::optional<std::uint16_t> helpText;
+    std::string picture;
+    std::string open = "nullmark";
+};
+
+void addOptions(CLI::App& app, Arguments& arguments) {
+    app.add_option("PATH", arguments.files, "files and folders to right-click");
+    app.add_option("--drive", arguments.drives, "drives to right-click, such as D:\\")->type_name("PATH");
+    app.add_flag("--bin", arguments.bin, "right-click the Recycle Bin");
+    app.add_option("--dll", arguments.dll, "the extension in this file instead of the registered one")
+        ->type_name("FILE");
+    app.add_flag(
+        "--no-shell", arguments.noShell,
+        "leave out the shell's own entries, which on Windows hold those of the registered extension too");
+    app.add_option("--flags", arguments.flags, "CMF flags for QueryContextMenu")->type_name("N");
+    app.add_flag("--all", arguments.all, "show the shell's own entries too");
+    app.add_flag("--json", arguments.json, "print JSON");
+    app.add_option("--pick", arguments.pick, "choose the entry with this offset (0 to 14)")
+        ->type_name("OFFSET");
+    app.add_option("--help-text", arguments.helpText, "print the help text of this offset")
+        ->type_name("OFFSET");
+    app.add_option("--shot", arguments.picture, "show the menu and write a picture of it (PNG)")
+        ->type_name("FILE");
+    app.add_option(
+           "--open", arguments.open,
+           "the submenu that --shot opens: nullmark (default), trash, none, or the offset of an entry in it")
+        ->type_name("NAME");
+    app.footer(kExitCodes);
+}
+
+Request requestFrom(const Arguments& arguments) {
+    using enum nmshell::SelectionKind;
+    if (!arguments.files.empty() + !arguments.drives.empty() + arguments.bin != 1)
+        throw Failure(kWrongUsage, "name files and folders, or --drive PATH, or --bin: exactly one of them");
+    Request request;
+    request.kind = arguments.bin ? RecycleBin : arguments.drives.empty() ? Files : Drives;
+    for (const std::string& path : arguments.drives.empty() ? arguments.files : arguments.drives)
+        request.paths.push_back(wide(path));
+    request.dll = wide(arguments.dll);
+    request.shellEntries = !arguments.noShell;
+    request.flags = arguments.flags;
+    return request;
+}
+
+void act(const Arguments& arguments, Client& client, RightClick& click, Report& report) {
+    if (arguments.helpText) {
+        report.helpText.emplace().offset = *arguments.helpText;
+        report.helpText->result = click.helpText(*arguments.helpText, report.helpText->text);
+    }
+    if (!arguments.picture.empty()) {
+        report.picture = wide(arguments.picture);
+        client.takePicture(*report.picture, click.submenuPosition(arguments.open));
+    }
+    if (arguments.pick) {
+        report.pick.emplace().offset = *arguments.pick;
+        report.pick->starts =
+            client.run([&] { report.pick->result = click.pick(*arguments.pick); }, arguments.json);
+    }
+}
+
+Report rightClick(const Arguments& arguments, Client& client) {
+    Report report;
+    const Request request = requestFrom(arguments);
+    RightClick click(client);
+    click.open(request);
+    report.kind = request.kind;
+    report.paths = client.paths();
+    report.dataObject = client.dataObjectSource();
+    report.result = click.result();
+    report.identifiers = click.identifiers();
+    report.entries = click.entries(arguments.all);
+    act(arguments, client, click, report);
+    return report;
+}
+
+int fail(ExitCode code, const char* message) {
+    std::fprintf(stderr, "rightclick: %s\n", message);
+    return code;
+}
+
+int run() {
+    CLI::App app(
+        "Right-clicks files, drives or the Recycle Bin and shows what the extension adds to the menu.",
+        "rightclick");
+    Arguments arguments;
+    Client client;
+    addOptions(app, arguments);
+    client.addOptions(app);
+
+    std::vector<std::string> items;
+    for (const std::u16string& item : platform::commandLineItems())
+        items.push_back(utf8(item));
+    std::reverse(items.begin(), items.end());  // the parser takes them off the end
+    try {
+        app.parse(items);
+    } catch (const CLI::CallForHelp&) {
+        std::fputs(app.help().c_str(), stdout);
+        return kDone;
+    } catch (const CLI::ParseError& error) {
+        return fail(kWrongUsage, error.what());
+    }
+    const Report report = rightClick(arguments, client);
+    const std::string text = arguments.json ? toJson(report) : toText(report);
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    return kDone;
+}
+
+}  // namespace
+}  // namespace rightclick
+
+int main() {
+    using namespace rightclick;
+    try {
+        return run();
+    } catch (const Failure& failure) {
+        return fail(failure.code(), failure.what());
+    } catch (const std::exception& error) {
+        return fail(kPlatformFailure, error.what());
+    }
+}

@@ -1,0 +1,114 @@
+#include "tools/rightclick/right_click.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "contextmenu/commands.h"
+#include "foundation/text/number.h"
+#include "foundation/text/text.h"
+#include "shellext/identifiers.h"
+#include "tools/rightclick/diagnosis.h"
+#include "tools/rightclick/failure.h"
+#include "tools/rightclick/text.h"
+
+namespace rightclick {
+namespace {
+
+constexpr std::size_t kHelpTextRoom = 1024;  // characters
+
+// "{00000000-0000-0000-0000-000000000000}" in binary form.
+CLSID classIdFrom(std::u16string_view text) {
+    std::array<unsigned, 11> parts{};
+    std::sscanf(utf8(text).c_str(), "{%8x-%4x-%4x-%2x%2x-%2x%2x%2x%2x%2x%2x}", &parts[0], &parts[1],
+                &parts[2], &parts[3], &parts[4], &parts[5], &parts[6], &parts[7], &parts[8], &parts[9],
+                &parts[10]);
+    CLSID id{};
+    id.Data1 = parts[0];
+    id.Data2 = static_cast<std::uint16_t>(parts[1]);
+    id.Data3 = static_cast<std::uint16_t>(parts[2]);
+    for (std::size_t i = 0; i < std::size(id.Data4); ++i)
+        id.Data4[i] = static_cast<std::uint8_t>(parts[i + 3]);
+    return id;
+}
+
+bool holds(const MenuEntry& submenu, std::uint32_t offset) {
+    return std::any_of(submenu.children.begin(), submenu.children.end(),
+                       [&](const MenuEntry& entry) { return entry.id == kFirstId + offset; });
+}
+
+bool isSubmenuNamed(const MenuEntry& entry, const std::string& name) {
+    if (!entry.submenu)
+        return false;
+    if (name == "nullmark")
+        return holds(entry, nmshell::kAbout);
+    if (name == "trash")
+        return holds(entry, nmshell::kUserTrashDrive) || holds(entry, nmshell::kUserTrashAll);
+    const std::int32_t offset = owlkit::parseInt32Or(std::string_view(name), -1);
+    return offset >= 0 && holds(entry, static_cast<std::uint32_t>(offset));
+}
+
+}  // namespace
+
+void RightClick::open(const Request& request) {
+    client_.select(request);
+    initialize(request);
+    const platform::MenuRef menu = client_.openMenu(position_);
+    result_ =
+        menu_.get()->QueryContextMenu(static_cast<HMENU>(menu), position_, kFirstId, kLastId, request.flags);
+}
+
+void RightClick::initialize(const Request& request) {
+    const CLSID classId = classIdFrom(nmshell::kClassIds[static_cast<std::size_t>(request.kind)]);
+    const HRESULT created = client_.createExtension(classId, receive(extension_));
+    if (FAILED(created)) {
+        const std::string reason = whyUnavailable(request.kind, client_.usesRegistration());
+        if (!reason.empty())
+            throw Failure(kExtensionUnavailable, reason);
+        require(created, "the extension's object cannot be made");
+    }
+    require(extension_.get()->QueryInterface(IID_IContextMenu, receive(menu_)),
+            "the object has no context menu");
+    require(extension_.get()->Initialize(nullptr, client_.dataObject(), nullptr),
+            "the extension refuses the selection; are its language files in \"langs\" beside it?");
+}
+
+std::uint32_t RightClick::identifiers() const {
+    return FAILED(result_) ? 0 : static_cast<std::uint32_t>(result_) & 0xFFFF;
+}
+
+std::vector<MenuEntry> RightClick::entries(bool all) {
+    return client_.readMenu(all ? 0 : position_);
+}
+
+HRESULT RightClick::pick(std::uint32_t offset) {
+    CMINVOKECOMMANDINFO info{};
+    info.cbSize = sizeof info;
+    info.lpVerb = reinterpret_cast<LPCSTR>(static_cast<UINT_PTR>(offset));
+    info.nShow = 1;
+    return menu_.get()->InvokeCommand(&info);
+}
+
+HRESULT RightClick::helpText(std::uint32_t offset, std::u16string& text) {
+    text.assign(kHelpTextRoom, u'\0');
+    const HRESULT result = menu_.get()->GetCommandString(offset, GCS_HELPTEXTW, nullptr,
+                                                         reinterpret_cast<CHAR*>(text.data()), kHelpTextRoom);
+    text.resize(FAILED(result) ? 0 : std::min(text.find(u'\0'), text.size()));
+    return result;
+}
+
+int RightClick::submenuPosition(const std::string& name) {
+    const std::string wanted = owlkit::toLowerAscii(name);
+    const std::vector<MenuEntry> own = entries(false);
+    if (wanted == "none" || own.empty())
+        return -1;
+    const auto found = std::find_if(own.begin(), own.end(),
+                                    [&](const MenuEntry& entry) { return isSubmenuNamed(entry, wanted); });
+    if (found == own.end())
+        throw Failure(kWrongUsage, "--open: the menu has no such submenu: " + name);
+    if (found->grayed)
+        throw Failure(kPlatformFailure, "--open: the submenu is grayed: " + utf8(found->text));
+    return static_cast<int>(position_) + static_cast<int>(found - own.begin());
+}
+
+}  // namespace rightclick

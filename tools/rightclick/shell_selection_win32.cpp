@@ -1,0 +1,106 @@
+#include "tools/rightclick/shell_selection_win32.h"
+
+#include <algorithm>
+
+#include "platform/file.h"
+#include "platform/shell.h"
+
+namespace rightclick {
+namespace {
+
+using nmshell::SelectionKind;
+
+// Both are file-system objects, the drives too: what they need is to be in one folder.
+bool inSameFolder(PCIDLIST_ABSOLUTE first, PCIDLIST_ABSOLUTE second) {
+    const ItemList a(ILClone(first));
+    const ItemList b(ILClone(second));
+    return a && b && ILRemoveLastID(a.get()) && ILRemoveLastID(b.get()) && ILIsEqual(a.get(), b.get());
+}
+
+bool findItems(SelectionKind kind, const std::vector<std::u16string>& paths, std::vector<ItemList>& items) {
+    PIDLIST_ABSOLUTE found = nullptr;
+    if (kind == SelectionKind::RecycleBin) {
+        const bool known = SUCCEEDED(SHGetSpecialFolderLocation(nullptr, CSIDL_BITBUCKET, &found));
+        items.emplace_back(found);
+        return known;
+    }
+    for (const std::u16string& path : paths) {
+        if (FAILED(SHParseDisplayName(platform::wide(path), nullptr, &found, 0, nullptr)))
+            return false;
+        items.emplace_back(found);
+    }
+    return true;
+}
+
+struct Medium {
+    STGMEDIUM medium = {};
+    bool held = false;
+
+    Medium() = default;
+    Medium(const Medium&) = delete;
+    Medium& operator=(const Medium&) = delete;
+    ~Medium() {
+        if (held)
+            ReleaseStgMedium(&medium);
+    }
+};
+
+bool isThere(SelectionKind kind, const std::u16string& path) {
+    if (kind == SelectionKind::Drives)
+        return platform::driveNumber(path) >= 0;
+    return platform::fileAttributes(path) != platform::kInvalidFileAttributes;
+}
+
+}  // namespace
+
+ShellSelection ShellSelection::find(SelectionKind kind, const std::vector<std::u16string>& paths) {
+    ShellSelection selection;
+    if (!findItems(kind, paths, selection.items_) || selection.items_.empty())
+        return {};
+    const PCIDLIST_ABSOLUTE first = selection.items_.front().get();
+    for (const ItemList& item : selection.items_) {
+        if (!inSameFolder(first, item.get()))
+            return {};
+        selection.children_.push_back(ILFindLastID(item.get()));
+    }
+    if (FAILED(SHBindToParent(first, IID_IShellFolder, receive(selection.folder_), nullptr)))
+        return {};
+    return selection;
+}
+
+void* ShellSelection::uiObject(REFIID iid) const {
+    void* object = nullptr;
+    if (!folder_ || FAILED(folder_.get()->GetUIObjectOf(nullptr, static_cast<UINT>(children_.size()),
+                                                        const_cast<PCUITEMID_CHILD*>(children_.data()), iid,
+                                                        nullptr, &object)))
+        return nullptr;
+    return object;
+}
+
+ComPointer<IDataObject> ShellSelection::dataObject() const {
+    return ComPointer<IDataObject>(static_cast<IDataObject*>(uiObject(IID_IDataObject)));
+}
+
+ComPointer<IContextMenu> ShellSelection::contextMenu() const {
+    return ComPointer<IContextMenu>(static_cast<IContextMenu*>(uiObject(IID_IContextMenu)));
+}
+
+bool dropsObjects(IDataObject& data, SelectionKind kind, std::size_t count) {
+    FORMATETC format = {CF_HDROP, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
+    Medium medium;
+    medium.held = SUCCEEDED(data.GetData(&format, &medium.medium));
+    if (!medium.held)
+        return false;
+    const platform::DropList list = platform::DropList::open(medium.medium.hGlobal);
+    if (list.count() != count)
+        return false;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        std::u16string path(list.itemLength(i) + 1, u'\0');
+        path.resize(list.copyItem(i, path.data(), static_cast<std::uint32_t>(path.size())));
+        if (!isThere(kind, path))
+            return false;
+    }
+    return true;
+}
+
+}  // namespace rightclick

@@ -46,26 +46,42 @@ for line in open(sys.argv[1], encoding="utf-8"):
   rm -f "$demo/report.json"
 }
 
+# Menus in a font of 15 pixels, smoothed: with Wine's own small one icons and texts touch.
+look='HKCU\Control Panel\Desktop'
+font=$(python3 -c 'import struct
+print(struct.pack("<5i8x64s", -15, 0, 0, 0, 400, "Liberation Sans".encode("utf-16-le")).hex())')  # LOGFONTW
+run reg add "$look\WindowMetrics" /v MenuFont /t REG_BINARY /d "$font" /f >/dev/null
+run reg add "$look" /v FontSmoothing /d 2 /f >/dev/null
+run reg add "$look" /v FontSmoothingType /t REG_DWORD /d 1 /f >/dev/null
+/usr/lib/wine/wineserver64 -k
+
 echo "== Registering the extension in a fresh Wine prefix"
 run "$bin/nmshell-setup.exe" register
 
 export NMARK_REPORT
 NMARK_REPORT=$(windows "$demo/report.json")
+# Prints the menu and takes its picture.
+rightclick() {
+  local name=$1
+  shift
+  run "$bin/rightclick.exe" "$@"
+  run "$bin/rightclick.exe" --shot "$(windows "$demo/$name.png")" "$@" >/dev/null
+}
 files=("$(windows "$demo/My documents/Übersicht – Entwurf.txt")" "$(windows "$demo/My documents/表計算 2026.ods")"
   "$(windows "$demo/My documents/Старые письма")")
 
 echo; echo "== Right-click on two files and a folder; choosing the wipe entry"
-run "$bin/rightclick.exe" --shot "$(windows "$demo/files.png")" "${files[@]}"
+rightclick files "${files[@]}"
 run "$bin/rightclick.exe" --pick 0 "${files[@]}" >/dev/null
 received
 
 echo; echo "== Right-click on a drive; choosing to clean it"
-run "$bin/rightclick.exe" --shot "$(windows "$demo/drive.png")" --drive 'C:\'
+rightclick drive --drive 'C:\'
 run "$bin/rightclick.exe" --pick 2 --drive 'C:\' >/dev/null
 received
 
 echo; echo "== Right-click on the Recycle Bin; choosing the user's own, then about"
-run "$bin/rightclick.exe" --shot "$(windows "$demo/bin.png")" --bin
+rightclick bin --bin
 for offset in 4 14; do
   run "$bin/rightclick.exe" --pick "$offset" --bin >/dev/null
   received

@@ -17,6 +17,11 @@ export WINEPREFIX=$demo/prefix
 printf 'draft\n' >"$demo/My documents/Übersicht – Entwurf.txt"
 printf 'numbers\n' >"$demo/My documents/表計算 2026.ods"
 mkdir "$demo/My documents/Старые письма"
+# Something in the Recycle Bin: Wine shows the desktop's trash as it.
+export XDG_DATA_HOME=$demo/xdg
+mkdir -p "$XDG_DATA_HOME/Trash/info" "$XDG_DATA_HOME/Trash/files"
+printf 'old\n' >"$XDG_DATA_HOME/Trash/files/old.txt"
+printf '[Trash Info]\nPath=/old.txt\nDeletionDate=2026-01-01T00:00:00\n' >"$XDG_DATA_HOME/Trash/info/old.txt.trashinfo"
 
 display=99
 while [ -e "/tmp/.X11-unix/X$display" ]; do display=$((display + 1)); done
@@ -81,7 +86,7 @@ run "$bin/rightclick.exe" --pick 2 --drive 'C:\' >/dev/null
 received
 
 echo; echo "== Right-click on the Recycle Bin; choosing the user's own, then about"
-rightclick bin --bin
+rightclick bin --open trash --bin
 for offset in 4 14; do
   run "$bin/rightclick.exe" --pick "$offset" --bin >/dev/null
   received

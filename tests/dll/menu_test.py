@@ -90,26 +90,23 @@ class MenuTest(WineTest):
                 entry("&All users (as administrator)", admin, 235, grayed=elevation == 0)]
 
     def test_menu_of_drives(self):
-        several = ["--drive", "C:\\", "D:\\"]
-        for name, selection, wipe_grayed in (("system", several[:2], True), ("several", several, True),
-                                             ("data", ["--drive", "D:\\"], False)):
+        bins = "Wipe &Recycle Bin of this drive"
+        for name, drives, full, wipe_grayed, text in (
+                ("system drive", ["C:\\"], True, True, bins), ("several drives", ["C:\\", "D:\\"], True, True, bins),
+                ("data drive", ["D:\\"], True, False, bins), ("empty bin", ["D:\\"], False, False, bins + " (empty)")):
             with self.subTest(name):
-                first, wipe, clean, bins, product, last = self.entries(*selection)
-                self.assertEqual((first, last, product), (SEPARATOR, SEPARATOR, PRODUCT))
-                self.assertEqual(wipe, entry("&Wipe entire drive", 1, 231, wipe_grayed))
-                self.assertEqual(clean, entry("&Clean drive (free space and traces)", 2, 232))
-                # Whether a drive's bin holds items is the host's business; what the entry says must agree with it.
-                text = "Wipe &Recycle Bin of this drive"
-                allowed = {text: False, text + " (empty)": True, text + " (not available)": True}
-                if name == "several":
-                    allowed = {text: True}
-                self.assertIn(bins[0], allowed)
-                self.assertEqual(bins, submenu(bins[0], 233, self.trash(3, 5), grayed=allowed[bins[0]]))
+                self.fill_recycle_bin(full)
+                self.assertEqual(self.entries("--drive", *drives), [
+                    SEPARATOR, entry("&Wipe entire drive", 1, 231, wipe_grayed),
+                    entry("&Clean drive (free space and traces)", 2, 232),
+                    submenu(text, 233, self.trash(3, 5), grayed=not full or len(drives) > 1), PRODUCT, SEPARATOR])
 
     def test_menu_of_the_recycle_bin(self):
-        first, bins, product, last = self.entries("--bin")
-        self.assertEqual((first, product, last), (SEPARATOR, PRODUCT, SEPARATOR))
-        self.assertEqual(bins, submenu("Wipe &Recycle Bins of all drives", 233, self.trash(4, 6), grayed=bins[3]))
+        for full in (True, False):
+            self.fill_recycle_bin(full)
+            self.assertEqual(self.entries("--bin"), [
+                SEPARATOR, submenu("Wipe &Recycle Bins of all drives", 233, self.trash(4, 6), grayed=not full), PRODUCT,
+                SEPARATOR])
 
     def test_each_entry_starts_the_application_with_its_command(self):
         files, drive, nothing = [self.file, self.other], ["--drive", "D:\\"], []

@@ -26,7 +26,8 @@ class WineTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.home = pathlib.Path(tempfile.mkdtemp(prefix="nmshell-wine-"))
-        cls.environment = dict(os.environ, WINEPREFIX=str(cls.home / "prefix"), LC_ALL="C.UTF-8")
+        cls.environment = dict(os.environ, WINEPREFIX=str(cls.home / "prefix"), LC_ALL="C.UTF-8",
+                               XDG_DATA_HOME=str(cls.home / "xdg"))
         cls.environment.pop("DISPLAY", None)
 
     @classmethod
@@ -39,6 +40,15 @@ class WineTest(unittest.TestCase):
         self.work = self.home / "work"
         shutil.rmtree(self.work, ignore_errors=True)
         self.work.mkdir()
+
+    def fill_recycle_bin(self, full):
+        """Puts one deleted file into what Wine takes for the Recycle Bin of every drive, or nothing."""
+        trash = self.home / "xdg/Trash"
+        shutil.rmtree(trash, ignore_errors=True)
+        for name, text in (("info/old.txt.trashinfo", "[Trash Info]\nPath=/old.txt\n"
+                            "DeletionDate=2026-01-01T00:00:00\n"), ("files/old.txt", "old")) if full else ():
+            (trash / name).parent.mkdir(parents=True)
+            (trash / name).write_text(text, encoding="utf-8")
 
     @classmethod
     def wine(cls, program, *arguments, **environment):

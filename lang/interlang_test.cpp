@@ -41,9 +41,13 @@ TEST(Interlang, EveryOperationKeepsItsState) {
     std::vector<std::u16string> list;
     const std::function<void()> addText = [&] { table.AddText(u"t"); };
     const std::function<void()> loading[] = {
-        [&] { table.Clear(); },      [&] { table.SetLanguages(u"a", u"b"); },
-        [&] { table.SetKey(u"k"); }, [&] { table.SetLanguage(u"en"); },
-        [&] { table.EndLoad(); },    [&] { table.Parse(stream, line); },
+        [&] { table.Clear(); },
+        [&] { table.SetLanguages(u"a", u"b"); },
+        [&] { table.SetKey(u"k"); },
+        [&] { table.SetLanguage(u"en"); },
+        [&] { table.EndLoad(); },
+        [&] { table.Parse(stream, line); },
+        addText,
     };
     const std::function<void()> built[] = {
         [&] { EXPECT_FALSE(table.Write(stream)); },
@@ -64,6 +68,10 @@ TEST(Interlang, EveryOperationKeepsItsState) {
     table.SetKey(u"k");
     table.SetLanguage(u" \t");
     EXPECT_EQ(errorOf(addText), "invalid state") << "no language";
+    table.EndLoad();
+    for (const auto& call : loading)
+        EXPECT_EQ(errorOf(call), "invalid state") << "built " << &call - loading;
+    EXPECT_FALSE(table.Write(stream)) << "built, without languages";
 }
 
 TEST(Interlang, FindAndItsModes) {

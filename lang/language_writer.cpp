@@ -1,9 +1,9 @@
 #include <algorithm>
 
 #include "foundation/errors.h"
+#include "foundation/stream/memory_stream.h"
 #include "lang/escapes.h"
 #include "lang/interlang.h"
-#include "lang/kept_settings.h"
 
 namespace owlkit {
 namespace {
@@ -26,34 +26,35 @@ class interlang::Writer {
     Writer(const interlang& table, ByteStream& out, std::u16string_view reference)
         : table_(table), out_(out), reference_(reference) {}
 
-    // False when a line could not be written.
-    bool language(std::u16string_view name) {
-        if (!line(kRule) || !line(u"LANG: ", name) || !line(kRule) || !line({}))
-            return false;
+    void language(std::u16string_view name) {
+        line(kRule);
+        line(u"LANG: ", name);
+        line(kRule);
+        line({});
         if (table_.translations_.contains(kLanguageKey)) {
-            if (!reference_.empty() && !line(u"# Localized language name"))
-                return false;
-            if (!entry(kLanguageKey, name))
-                return false;
+            if (!reference_.empty())
+                line(u"# Localized language name");
+            entry(kLanguageKey, name);
         }
-        return pass(name, true) && pass(name, false);
+        pass(name, true);
+        pass(name, false);
     }
 
   private:
-    bool pass(std::u16string_view name, bool identifiers) {
+    void pass(std::u16string_view name, bool identifiers) {
         for (const auto& [key, texts] : table_.translations_) {
             if (key == kLanguageKey || isIdentifier(key) != identifiers)
                 continue;
-            if (!reference_.empty() && !line(u"# ", encodedText(reference_, key)))
-                return false;
-            if (!entry(key, name))
-                return false;
+            if (!reference_.empty())
+                line(u"# ", encodedText(reference_, key));
+            entry(key, name);
         }
-        return true;
     }
 
-    bool entry(std::u16string_view key, std::u16string_view name) {
-        return line(u"KEY: ", key) && line(u"TEXT: ", encodedText(name, key)) && line({});
+    void entry(std::u16string_view key, std::u16string_view name) {
+        line(u"KEY: ", key);
+        line(u"TEXT: ", encodedText(name, key));
+        line({});
     }
 
     std::u16string encodedText(std::u16string_view name, std::u16string_view key) const {
@@ -61,10 +62,9 @@ class interlang::Writer {
         return text == nullptr ? std::u16string() : encodeEscapes(*text);
     }
 
-    // Every line has at least its terminator, so 0 bytes written is a failure.
-    bool line(std::u16string_view start, std::u16string_view rest = {}) {
+    void line(std::u16string_view start, std::u16string_view rest = {}) {
         buffer_.assign(start).append(rest);
-        return out_.writeText(buffer_) != 0;
+        out_.writeText(buffer_);
     }
 
     const interlang& table_;
@@ -79,16 +79,21 @@ bool interlang::Write(ByteStream& out, std::u16string_view language, std::u16str
         return false;
     if (!language.empty() && !knowsLanguage(language))
         throwInvalidState();
-    const KeptSettings kept(out);
-    if (out.stringTerminator() == kNoTerminator)
-        out.setStringTerminator(kLf);
-    if (out.textEncoding() == kEncodingNone)
-        out.setTextEncoding(kEncodingUtf8);
-    Writer writer(*this, out, knowsLanguage(reference) ? reference : std::u16string_view());
+    MemoryStream text;
+    text.copySettings(out);
+    if (text.stringTerminator() == kNoTerminator)
+        text.setStringTerminator(kLf);
+    if (text.textEncoding() == kEncodingNone)
+        text.setTextEncoding(kEncodingUtf8);
+    Writer writer(*this, text, knowsLanguage(reference) ? reference : std::u16string_view());
     if (!language.empty())
-        return writer.language(language);
-    return std::all_of(languages_.begin(), languages_.end(),
-                       [&](const auto& name) { return writer.language(name); });
+        writer.language(language);
+    else
+        for (const std::u16string& name : languages_)
+            writer.language(name);
+    // In one piece, so that a write that falls short is seen.
+    const auto size = static_cast<std::size_t>(text.size());
+    return out.write(text.data(), size) == size;
 }
 
 }  // namespace owlkit

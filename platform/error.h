@@ -22,6 +22,7 @@ inline constexpr ErrorCode kErrorBrokenPipe = 109;
 inline constexpr ErrorCode kErrorDiskFull = 112;
 inline constexpr ErrorCode kErrorCallNotImplemented = 120;
 inline constexpr ErrorCode kErrorInsufficientBuffer = 122;
+inline constexpr ErrorCode kErrorInvalidName = 123;
 inline constexpr ErrorCode kErrorMoreData = 234;
 inline constexpr ErrorCode kErrorNoMoreItems = 259;
 inline constexpr ErrorCode kErrorPrivilegeNotHeld = 1314;

@@ -51,6 +51,12 @@ inline constexpr std::uint32_t kFileFlagNoBuffering = 0x20000000;
 inline constexpr std::uint32_t kFileFlagOverlapped = 0x40000000;
 inline constexpr std::uint32_t kFileFlagWriteThrough = 0x80000000;
 
+// Whether `path` is one name to the platform: it ends paths at their first zero character, and the first path
+// of a list must not be taken for the list. All functions below refuse what is not.
+inline bool isOneName(const std::u16string& path) {
+    return path.find(u'\0') == std::u16string::npos;
+}
+
 struct FileTraits {
     using Type = void*;
     static constexpr Type none() { return nullptr; }

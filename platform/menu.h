@@ -1,5 +1,5 @@
-// Menus, menu bitmaps, and the few user-interface facts that menus need. Each function is the platform call named beside
-// it, with its real arguments.
+// Menus, menu bitmaps, and the few user-interface facts that menus need. Each function is the platform call
+// named beside it, with its real arguments.
 #pragma once
 
 #include <cstdint>
@@ -28,11 +28,11 @@ struct BitmapTraits {
 using BitmapHandle = UniqueHandle<BitmapTraits>;
 
 // MENUITEMINFOW masks, types and states.
-inline constexpr std::uint32_t kItemState = 0x1;    // MIIM_STATE
-inline constexpr std::uint32_t kItemId = 0x2;       // MIIM_ID
-inline constexpr std::uint32_t kItemSubmenu = 0x4;  // MIIM_SUBMENU
-inline constexpr std::uint32_t kItemString = 0x40;  // MIIM_STRING
-inline constexpr std::uint32_t kItemBitmap = 0x80;  // MIIM_BITMAP
+inline constexpr std::uint32_t kItemState = 0x1;        // MIIM_STATE
+inline constexpr std::uint32_t kItemId = 0x2;           // MIIM_ID
+inline constexpr std::uint32_t kItemSubmenu = 0x4;      // MIIM_SUBMENU
+inline constexpr std::uint32_t kItemString = 0x40;      // MIIM_STRING
+inline constexpr std::uint32_t kItemBitmap = 0x80;      // MIIM_BITMAP
 inline constexpr std::uint32_t kTypeString = 0x0;       // MFT_STRING
 inline constexpr std::uint32_t kTypeSeparator = 0x800;  // MFT_SEPARATOR
 inline constexpr std::uint32_t kStateEnabled = 0x0;     // MFS_ENABLED
@@ -53,8 +53,8 @@ struct MenuItem {
 // CreateMenu: an empty menu, or none when the system has no more of them.
 MenuHandle createMenu();
 
-// InsertMenuItemW by position; a position behind the last item appends. The menu takes a submenu over when this
-// succeeds; a bitmap stays the caller's.
+// InsertMenuItemW by position; a position behind the last item appends. The menu takes a submenu over when
+// this succeeds; a bitmap stays the caller's.
 bool insertMenuItem(MenuRef menu, std::uint32_t position, const MenuItem& item);
 
 // LoadImageW(IMAGE_BITMAP) of a resource of `module`, `width` × `height` pixels; none on failure.

@@ -5,10 +5,6 @@
 
 namespace platform {
 
-// GetModuleHandleW: the loaded module of that file name, nullptr when there is none. A null `name` means the
-// running program. The module is not kept loaded.
-void* moduleHandle(const char16_t* name);
-
 // GetModuleFileNameW: the full path of the file that `module` was loaded from; nullptr means the running
 // program. However long the path is, it comes whole; empty on failure.
 std::u16string moduleFileName(void* module);

@@ -16,7 +16,8 @@ void Module::attach(void* instance) {
     bitmaps.setModule(instance);
     folder = folderOf(platform::moduleFileName(instance));
     owlkit::recordApplicationFolder(folder);
-    languageLoaded = owlkit::LoadLanguageFolder(folder + u"langs", texts).empty();
+    // Without its own folder the module must not take files from wherever the process happens to be.
+    languageLoaded = !folder.empty() && owlkit::LoadLanguageFolder(folder + u"langs", texts).empty();
     applyLanguage(settings.language(), u"en");
 }
 

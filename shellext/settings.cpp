@@ -1,7 +1,7 @@
 #include "shellext/settings.h"
 
-#include <new>
 #include <stdexcept>
+#include <utility>
 
 #include "shellext/identifiers.h"
 
@@ -22,8 +22,6 @@ template <class Answer, class Question>
 Answer answerOr(Answer fallback, Question question) {
     try {
         return question();
-    } catch (const std::bad_alloc&) {
-        throw;
     } catch (const std::exception&) {
         return fallback;
     }
@@ -44,14 +42,12 @@ bool writeFlag(const char16_t* name, bool flag) {
 }  // namespace
 
 bool ShellSettings::opens() {
-    if (!tried_) {
-        tried_ = true;
+    if (!std::exchange(tried_, true))
         key_.open(RegistryRoot::CurrentUser, std::u16string(kSettingsPath), RegistryMode::ReadOnly);
-    }
     return key_.state() != owlkit::KeyAccessState::Closed;
 }
 
-bool ShellSettings::holdsZero(const std::u16string& name) {
+bool ShellSettings::holdsZero(const char16_t* name) {
     return answerOr(false, [&] {
         return opens() && key_.valueExists(name) && key_.valueType(name) == RegistryValueType::Dword &&
                key_.readDword(name) == 0;
@@ -75,8 +71,10 @@ std::u16string ShellSettings::language() {
 }
 
 bool IsApproved() {
-    return RegistryKey::readRawStringOr(RegistryRoot::LocalMachine, std::u16string(kApprovalPath),
-                                        std::u16string(kFileSystemClassId), {}) == kHandlerName;
+    return answerOr(false, [] {
+        return RegistryKey::readRawStringOr(RegistryRoot::LocalMachine, std::u16string(kApprovalPath),
+                                            std::u16string(kFileSystemClassId), {}) == kHandlerName;
+    });
 }
 
 bool IsEnabled() {

@@ -1,6 +1,6 @@
 // The user's settings, under HKEY_CURRENT_USER\Software\NMark Shell, and the approval without which the
-// extension stays off. No function here throws anything but std::bad_alloc: a setting that is missing, of
-// another type or unreadable has its default, and a writer that fails answers false.
+// extension stays off. No function here throws: a setting that is missing, of another type or
+// unreadable has its default, and a writer that fails answers false.
 #pragma once
 
 #include <string>
@@ -22,7 +22,7 @@ class ShellSettings {
 
   private:
     bool opens();
-    bool holdsZero(const std::u16string& name);
+    bool holdsZero(const char16_t* name);
 
     owlkit::RegistryKey key_;
     bool tried_ = false;

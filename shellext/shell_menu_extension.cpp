@@ -68,7 +68,8 @@ HRESULT ShellMenuExtension::Initialize(PCIDLIST_ABSOLUTE, IDataObject* data, HKE
 
 HRESULT ShellMenuExtension::QueryContextMenu(HMENU menu, UINT index, UINT idFirst, UINT idLast, UINT flags) {
     // Deliberate: whether all identifiers fit between the two bounds is not checked.
-    if (refused_ || module().recycleBinMenuLive || (flags & kFlagsWithoutEntries) != 0 || idLast <= idFirst)
+    if (refused_ || !module().languageLoaded || module().recycleBinMenuLive ||
+        (flags & kFlagsWithoutEntries) != 0 || idLast <= idFirst)
         return identifiersUsed(0);
     return guard(E_FAIL, [&] { return addEntries(menu, index, idFirst); });
 }

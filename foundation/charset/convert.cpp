@@ -14,6 +14,7 @@ namespace owlkit {
 namespace {
 
 constexpr std::uint32_t kUtf8CodePage = 65001;
+constexpr std::uint32_t kGb18030CodePage = 54936;
 constexpr std::size_t kReserveDoubleAbove = 10;  // code units of UTF-8 output's source
 
 bool isHigh(char32_t c) {
@@ -144,6 +145,8 @@ void decodeAll(Output<char16_t>& out, std::string_view text, CharsetCode charset
 }
 
 void decodeByPlatform(Output<char16_t>& out, std::string_view text, ErrorPolicy policy) {
+    if (text.size() > std::numeric_limits<std::int32_t>::max())
+        throwStringTooLong();  // the platform counts in 32 bits
     std::optional<std::u16string> wide =
         platform::multiByteToWide(text, platform::kMultiByteErrorInvalidCharacters);
     if (!wide) {
@@ -194,8 +197,9 @@ bool encodeByTable(Output<char>& out, char32_t c, std::u16string_view, CharsetCo
 
 // WideCharToMultiByte such that it fails where a character has no exact counterpart.
 std::optional<std::string> strictByPlatform(std::u16string_view units) {
-    // In UTF-8 the call takes neither the best-fit flag nor the question about the default character.
-    if (platform::ansiCodePage() == kUtf8CodePage)
+    // In these two the call takes neither the best-fit flag nor the question about the default character.
+    const std::optional<std::uint32_t> codePage = platform::ansiCodePage();
+    if (codePage == kUtf8CodePage || codePage == kGb18030CodePage)
         return platform::wideToMultiByte(units, platform::kWideErrorInvalidCharacters, nullptr);
     bool usedDefault = false;
     std::optional<std::string> narrow =

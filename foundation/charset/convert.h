@@ -33,9 +33,9 @@ std::u16string ToWide(std::string_view text, CharsetCode charset, ErrorPolicy po
 
 // The mirror of ToWide. In UTF-8 nothing fails: a lone surrogate becomes its three bytes, so that all wide
 // text comes back unit for unit; only under policy KeepByte a lone 0xDC80 to 0xDCFF, ToWide's form of a bad
-// byte, fails and becomes that byte. In a single-byte charset the code unit 0 fails. The platform's
-// conversion is WideCharToMultiByte without best-fit characters; there policy Hex writes "xFFFD" for every
-// unit that fails.
+// byte, fails and becomes that byte; beside encoded surrogates even that does not bring all bytes back. In a
+// single-byte charset the code unit 0 fails. The platform's conversion is WideCharToMultiByte without
+// best-fit characters; there policy Hex writes "xFFFD" for every unit that fails.
 std::string ToNarrow(std::u16string_view text, CharsetCode charset, ErrorPolicy policy = ErrorPolicy::Replace,
                      char replacement = '?', bool* failed = nullptr);
 

@@ -31,6 +31,7 @@ class Base64Codec {
         : lineLength_(lineLength), alphabet_(alphabet), strayPolicy_(strayPolicy) {}
     virtual ~Base64Codec() = default;
 
+    // Streams are moved in blocks: after a write that fell short the source may be a block further.
     // Encodes `count` bytes of `source` (negative: all that come) and gives the characters written, line
     // feeds included.
     virtual std::int64_t encode(ByteStream& source, ByteStream& target, std::int64_t count);

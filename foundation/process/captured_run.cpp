@@ -34,8 +34,7 @@ bool runToEnd(const std::u16string& program, const std::u16string& arguments,
     if (!platform::createProcess(program, makeCommandLine(program, arguments), true, 0, output, process,
                                  thread))
         return false;
-    platform::waitForProcess(process, platform::kWaitForever);
-    return true;
+    return platform::waitForProcess(process, platform::kWaitForever) == platform::kWaitSignaled;
 }
 
 // What the pipe holds. Its write end is still open here, so a plain read would wait at the end: hence the

@@ -45,6 +45,8 @@ TEST_F(ShellRunOnHost, StartsAndWaits) {
         platform::setShellProcess(c.exitCode);
         platform::fault::arm(c.fault, 1, platform::kErrorAccessDenied);
         EXPECT_EQ(runShell(c.file, u"-x \"y z\"", c.wait), c.result);
+        const bool reached = *c.file != u'\0' && std::string_view(c.fault) != "ShellExecuteExW";
+        EXPECT_EQ(platform::shellStarts().size(), reached ? 1u : 0u);
         for (const platform::ShellStart& start : platform::shellStarts()) {
             EXPECT_TRUE(start.extended);
             EXPECT_EQ(start.verb, u"open");

@@ -1,5 +1,4 @@
 // The one-call helpers of RegistryKey.
-#include <new>
 #include <stdexcept>
 
 #include "foundation/registry/registry_key.h"
@@ -18,8 +17,6 @@ Result readOr(RegistryRoot root, const std::u16string& path, const std::u16strin
         RegistryKey key;
         if (key.open(root, path, RegistryMode::ReadOnly) && key.valueExists(name))
             return read(key);
-    } catch (const std::bad_alloc&) {
-        throw;
     } catch (const std::exception&) {
         return fallback;
     }

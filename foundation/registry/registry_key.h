@@ -97,8 +97,8 @@ class RegistryKey {
     static std::u16string rootName(RegistryRoot root);
 
     // One-call helpers on a key of their own, in the default view.
-    // These answer `fallback` when the key does not open, the value is missing or the read throws
-    // (std::bad_alloc apart). readStringOr reads as readExpandedString does, and in the first two cases
+    // These answer `fallback` when the key does not open, the value is missing or the read throws.
+    // readStringOr reads as readExpandedString does, and in the first two cases
     // expands `fallback` in the same way if it is shorter than 16384 code units.
     static std::u16string readStringOr(RegistryRoot root, const std::u16string& path,
                                        const std::u16string& name, const std::u16string& fallback);

@@ -162,10 +162,9 @@ std::size_t FileStream::read(void* buffer, std::size_t count) {
     if (count >= kTransferLimit)
         throwInvalidSize();
     if (count > aheadCount()) {
-        if (count > kReadAhead || !readsAhead(openFlags_))
+        // A block that cannot be read may fail behind the bytes that are wanted.
+        if (count > kReadAhead || !readsAhead(openFlags_) || !readMoreAhead())
             return readThrough(static_cast<std::uint8_t*>(buffer), count);
-        if (!readMoreAhead())
-            return 0;
     }
     count = std::min(count, aheadCount());
     std::memcpy(buffer, ahead_, count);

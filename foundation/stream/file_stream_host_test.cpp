@@ -59,7 +59,16 @@ TEST(FileStreamHost, ReadsLinesWithFewPlatformCalls) {
     while (content.size() < 10240)
         content += "TEXT: line " + std::to_string(content.size()) + "\r\n";
     const TempFile file(content);
-    for (const auto& [flags, most] : {std::pair{0u, 4u}, std::pair{kRawDevice, 20000u}}) {
+    const auto bytes = static_cast<std::uint32_t>(content.size());
+    const struct {
+        std::uint32_t flags, least, most;  // calls
+    } kCases[] = {{0, 1, 4},
+                  {kRawDevice, bytes, 2 * bytes},
+                  {kShareReadWrite, bytes, 2 * bytes},
+                  {kFlagNoBuffering, bytes, 2 * bytes},
+                  {kFlagOverlapped, bytes, 2 * bytes}};
+    for (const auto& [flags, least, most] : kCases) {
+        SCOPED_TRACE(flags);
         FileStream stream;
         ASSERT_TRUE(stream.open(file.name(), flags));
         fault::resetCounts();
@@ -74,6 +83,7 @@ TEST(FileStreamHost, ReadsLinesWithFewPlatformCalls) {
             all += line + u"\r\n";
         }
         EXPECT_TRUE(std::equal(all.begin(), all.end(), content.begin(), content.end()));
+        EXPECT_GE(fault::calls("ReadFile"), least);
         EXPECT_LE(fault::calls("ReadFile"), most);
     }
 }
@@ -139,7 +149,7 @@ TEST(FileStreamHost, TellsDiskFullApart) {
     char byte = 0;
     ASSERT_TRUE(stream.open(file.name(), kOpenReadWrite));
     const auto fail = [&](const char* operation, std::uint32_t error, auto call) {
-        fault::arm(operation, 1, error);
+        fault::arm(operation, 1, error, true);
         EXPECT_FALSE(call()) << operation;
         fault::disarm();
         return stream.isDiskFull();
@@ -176,7 +186,7 @@ TEST(FileStreamHost, AFailedReadMovesNothing) {
         EXPECT_EQ(stream.read(bytes.data(), 1), 1u);
         std::string first(16382, '\0');
         EXPECT_EQ(stream.read(first.data(), first.size()), first.size());
-        fault::arm("ReadFile", 1, 5);
+        fault::arm("ReadFile", 1, 5, true);
         EXPECT_EQ(stream.read(bytes.data(), count), 0u);
         EXPECT_TRUE(fault::fired());
         fault::disarm();
@@ -185,6 +195,16 @@ TEST(FileStreamHost, AFailedReadMovesNothing) {
         EXPECT_EQ(stream.read(bytes.data(), count), std::min<std::size_t>(count, 50000 - 16383));
         EXPECT_EQ(bytes.substr(0, 2), "ba");
     }
+    // A block that fails behind the bytes that are wanted does not keep them away.
+    FileStream stream;
+    ASSERT_TRUE(stream.open(file.name(), kOpenRead));
+    fault::arm("ReadFile", 1, 5);
+    char byte = 0;
+    EXPECT_EQ(stream.read(&byte, 1), 1u);
+    EXPECT_TRUE(fault::fired());
+    fault::disarm();
+    EXPECT_EQ(byte, 'a');
+    EXPECT_EQ(stream.position(), 1);
 }
 
 }  // namespace

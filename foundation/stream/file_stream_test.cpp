@@ -61,8 +61,8 @@ TEST(FileStream, RefusesWithoutAndWithClosing) {
 
 TEST(FileStream, NarrowPathsAndWriteThrough) {
     const TempFile file;
-    const std::u16string wide =
-        file.path().parent_path().u16string() + platform::kPathSeparator + u"owlkit_narrow.tmp";
+    const std::u16string wide = file.path().parent_path().u16string() + platform::kPathSeparator +
+                                u"owlkit_narrow" + TempFile::number();
     FileStream stream;
     ASSERT_TRUE(stream.open(std::string(wide.begin(), wide.end()), kCreateWrite | kWriteThrough));
     EXPECT_EQ(stream.path(), wide);

@@ -39,11 +39,13 @@ class TempFile {
         return {std::istreambuf_iterator<char>(in), {}};
     }
 
-  private:
+    // Digits that make a name of its own.
     static std::u16string number() {
         const std::string digits = std::to_string(std::random_device{}());
         return {digits.begin(), digits.end()};
     }
+
+  private:
     std::filesystem::path path_;
 };
 

@@ -1,5 +1,5 @@
-// The host's declarations of the COM interfaces that the extension implements or calls. Names, slot order, layouts and
-// numbers are those of the SDK; only what the extension uses is here.
+// The host's declarations of the COM interfaces that the extension implements or calls. Names, slot order,
+// layouts and numbers are those of the SDK; only what the extension uses is here.
 #pragma once
 
 #include <cstddef>
@@ -8,6 +8,7 @@
 
 #define STDMETHODCALLTYPE
 #define WINAPI
+#define STDAPI extern "C" HRESULT
 
 using HRESULT = std::int32_t;
 using ULONG = std::uint32_t;

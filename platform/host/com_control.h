@@ -10,9 +10,9 @@ namespace platform::host {
 // How many media ReleaseStgMedium has released so far; tests may set it back.
 std::uint32_t& releasedMedia();
 
-// A data object with one drop list (made by the host's shell stand-in and owned by the caller, who keeps it alive), or
-// with none (nullptr). GetData hands out CF_HDROP in global memory, or fails with `result` when that is a failure.
-// Lives on the caller's stack: Release only counts.
+// A data object with one drop list (made by the host's shell stand-in and owned by the caller, who keeps it
+// alive), or with none (nullptr). GetData hands out CF_HDROP in global memory, or fails with `result` when
+// that is a failure. Lives on the caller's stack: Release only counts.
 class DataObject final : public IDataObject {
   public:
     explicit DataObject(HGLOBAL dropList, HRESULT result = S_OK);

@@ -17,8 +17,8 @@ std::vector<std::u16string> allItems() {
         std::fclose(file);
     }
     std::vector<std::u16string> items;
-    for (std::size_t at = 0; at < bytes.size(); at = bytes.find('\0', at) + 1)
-        items.push_back(fromHostName(bytes.c_str() + at));
+    for (std::size_t end = 0; (end = bytes.find('\0')) != std::string::npos; bytes.erase(0, end + 1))
+        items.push_back(fromHostName(bytes.substr(0, end)));
     return items;
 }
 

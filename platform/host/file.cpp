@@ -132,6 +132,8 @@ ErrorCode createFile(const std::u16string& path, std::uint32_t access, std::uint
     lastArguments() = {path, access, share, creation, attributes};
     if (const ErrorCode error = fault::next("CreateFileW"))
         return error;
+    if (!isOneName(path))
+        return kErrorInvalidName;
     const std::string name = toHostName(path);
     struct stat status = {};
     if (::stat(name.c_str(), &status) == 0) {
@@ -220,7 +222,8 @@ ErrorCode diskLength(const FileHandle& file, std::int64_t& size) {
 
 std::uint32_t fileAttributes(const std::u16string& path) {
     struct stat status = {};
-    if (fault::next("GetFileAttributesW") != kSuccess || ::stat(toHostName(path).c_str(), &status) != 0)
+    if (fault::next("GetFileAttributesW") != kSuccess || !isOneName(path) ||
+        ::stat(toHostName(path).c_str(), &status) != 0)
         return kInvalidFileAttributes;
     const std::uint32_t readOnly = isReadOnly(status) ? kFileAttributeReadOnly : 0;
     if (S_ISDIR(status.st_mode))
@@ -229,7 +232,7 @@ std::uint32_t fileAttributes(const std::u16string& path) {
 }
 
 bool deleteFile(const std::u16string& path) {
-    if (fault::next("DeleteFileW") != kSuccess)
+    if (fault::next("DeleteFileW") != kSuccess || !isOneName(path))
         return false;
     const std::string name = toHostName(path);
     struct stat status = {};
@@ -238,22 +241,23 @@ bool deleteFile(const std::u16string& path) {
 
 bool listFolder(const std::u16string& folder, std::vector<std::u16string>& names) {
     names.clear();
-    if (fault::next("FindFirstFileW") != kSuccess)
+    if (fault::next("FindFirstFileW") != kSuccess || !isOneName(folder))
         return false;
     const std::string name = folder.empty() ? "." : toHostName(folder);
     const std::unique_ptr<DIR, int (*)(DIR*)> search(::opendir(name.c_str()), &::closedir);
     if (!search)
         return false;
-    while (const dirent* entry = ::readdir(search.get())) {
-        if (fault::next("FindNextFileW") != kSuccess) {
+    for (;;) {
+        errno = fault::next("FindNextFileW") != kSuccess ? EIO : 0;
+        const dirent* entry = errno == 0 ? ::readdir(search.get()) : nullptr;
+        if (!entry && errno != 0)
             names.clear();
-            return false;
-        }
+        if (!entry)
+            return errno == 0;
         struct stat status = {};
         if (::fstatat(::dirfd(search.get()), entry->d_name, &status, 0) == 0 && !S_ISDIR(status.st_mode))
             names.push_back(fromHostName(entry->d_name));
     }
-    return true;
 }
 
 std::optional<std::u16string> tempPath(std::size_t bufferSize) {

@@ -13,7 +13,6 @@ namespace {
 
 struct Modules {
     std::map<void*, std::u16string> files;
-    std::map<std::u16string, void*, std::less<>> handles;
 };
 
 Modules& modules() {
@@ -22,13 +21,6 @@ Modules& modules() {
 }
 
 }  // namespace
-
-void* moduleHandle(const char16_t* name) {
-    if (fault::next("GetModuleHandleW") != kSuccess || name == nullptr)
-        return nullptr;
-    const auto found = modules().handles.find(name);
-    return found != modules().handles.end() ? found->second : nullptr;
-}
 
 std::u16string moduleFileName(void* module) {
     if (fault::next("GetModuleFileNameW") != kSuccess)
@@ -43,15 +35,12 @@ std::u16string moduleFileName(void* module) {
 
 bool canLoadModule(const std::u16string& file) {
     std::error_code error;
-    return fault::next("LoadLibraryW") == kSuccess && std::filesystem::is_regular_file(toHostName(file), error);
+    return fault::next("LoadLibraryW") == kSuccess &&
+           std::filesystem::is_regular_file(toHostName(file), error);
 }
 
 void setModuleFileName(void* module, const std::u16string& path) {
     modules().files[module] = path;
-}
-
-void setModuleHandle(const std::u16string& name, void* module) {
-    modules().handles[name] = module;
 }
 
 void resetModules() {

@@ -9,9 +9,6 @@ namespace platform {
 // has its real path. Every other module has none.
 void setModuleFileName(void* module, const std::u16string& path);
 
-// moduleHandle(name) answers `module` from now on; without this every name but the null one is unknown.
-void setModuleHandle(const std::u16string& name, void* module);
-
 // Forgets what was set.
 void resetModules();
 

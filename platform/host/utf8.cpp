@@ -24,11 +24,16 @@ void append(std::string& out, char32_t c) {
     }
 }
 
-// The number of bytes of the well-formed sequence at the start of `bytes` and its character; 0 when there is none.
+// The number of bytes of the well-formed sequence at the start of `bytes` and its character; 0 when there is
+// none.
 std::size_t decode(std::string_view bytes, char32_t& c) {
     const auto at = [&](std::size_t i) { return static_cast<std::uint8_t>(bytes[i]); };
     const std::uint8_t lead = at(0);
-    const std::size_t length = lead < 0x80 ? 1 : lead >> 5 == 6 ? 2 : lead >> 4 == 14 ? 3 : lead >> 3 == 30 ? 4 : 0;
+    const std::size_t length = lead < 0x80       ? 1
+                               : lead >> 5 == 6  ? 2
+                               : lead >> 4 == 14 ? 3
+                               : lead >> 3 == 30 ? 4
+                                                 : 0;
     if (length == 0 || length > bytes.size())
         return 0;
     c = length == 1 ? lead : lead & (0x7Fu >> length);

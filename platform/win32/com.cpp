@@ -1,5 +1,5 @@
-// Everything platform/com.h promises comes from the SDK and the system's libraries; this file keeps the two sides
-// alike and checks what the host side assumes about the structures.
+// Everything platform/com.h promises comes from the SDK and the system's libraries; this file keeps the two
+// sides alike and checks what the host side assumes about the structures.
 #include "platform/com.h"
 
 namespace platform {

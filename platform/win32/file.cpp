@@ -36,6 +36,8 @@ void FileTraits::close(Type file) noexcept {
 
 ErrorCode createFile(const std::u16string& path, std::uint32_t access, std::uint32_t share,
                      std::uint32_t creation, std::uint32_t attributes, FileHandle& file) {
+    if (!isOneName(path))
+        return kErrorInvalidName;
     const HANDLE handle = CreateFileW(wide(path), access, share, nullptr, creation, attributes, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
         return GetLastError();
@@ -91,15 +93,17 @@ ErrorCode diskLength(const FileHandle& file, std::int64_t& size) {
 }
 
 std::uint32_t fileAttributes(const std::u16string& path) {
-    return GetFileAttributesW(wide(path));
+    return isOneName(path) ? GetFileAttributesW(wide(path)) : kInvalidFileAttributes;
 }
 
 bool deleteFile(const std::u16string& path) {
-    return DeleteFileW(wide(path)) != 0;
+    return isOneName(path) && DeleteFileW(wide(path)) != 0;
 }
 
 bool listFolder(const std::u16string& folder, std::vector<std::u16string>& names) {
     names.clear();
+    if (!isOneName(folder))
+        return false;
     std::u16string pattern = folder;
     if (!pattern.empty() && pattern.back() != u'\\' && pattern.back() != u'/')
         pattern += kPathSeparator;

@@ -4,10 +4,6 @@
 
 namespace platform {
 
-void* moduleHandle(const char16_t* name) {
-    return GetModuleHandleW(wide(name));
-}
-
 std::u16string moduleFileName(void* module) {
     std::u16string path(MAX_PATH, u'\0');
     for (;;) {

@@ -8,7 +8,7 @@ import unittest
 from wine_session import APPROVED, BIN, FILES_CLASS, SETTINGS, WineTest, windows_path
 
 SEPARATOR = "--"
-HOST = "https://www.nullmark.example"
+HOST = os.environ.get("NMSHELL_WEB_HOST", "https://www.nullmark.example")
 
 
 def entry(text, offset, bitmap=None, grayed=False):
@@ -120,8 +120,8 @@ class MenuTest(WineTest):
                 request = self.pick(offset, *selection)
                 expected = ["-cmd", command] if command else []
                 cursor = request["cursor"]
-                if cursor:
-                    expected += ["-cent", base64.b64encode(struct.pack("<ii", cursor["x"], cursor["y"])).decode()]
+                self.assertIsNotNone(cursor)
+                expected += ["-cent", base64.b64encode(struct.pack("<ii", cursor["x"], cursor["y"])).decode()]
                 if data:
                     expected += ["-data", base64.b64encode(data).decode()]
                 self.assertEqual(request["arguments"], expected)

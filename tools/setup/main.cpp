@@ -9,7 +9,6 @@
 #include "platform/file.h"
 #include "platform/module.h"
 #include "platform/shell.h"
-#include "shellext/identifiers.h"
 #include "shellext/registration.h"
 #include "tools/setup/status.h"
 
@@ -29,7 +28,7 @@ std::string utf8(std::u16string_view text) {
     return owlkit::ToNarrow(text, owlkit::kCharsetUtf8);
 }
 
-// Where registering expects the module: beside this program.
+// Where registering expects the module: beside this program. Just its name when that folder cannot be had.
 std::u16string modulePath() {
     std::u16string folder;
     owlkit::getFolder(owlkit::kFolderApplication, folder);
@@ -42,9 +41,9 @@ bool exists(const std::u16string& file) {
            !(attributes & platform::kFileAttributeDirectory);
 }
 
+// Asks at a key that every machine has; the list of approved extensions may be missing.
 bool mayChangeTheMachine() {
-    return owlkit::RegistryKey().isWritable(owlkit::RegistryRoot::LocalMachine,
-                                            std::u16string(nmshell::kApprovalPath));
+    return owlkit::RegistryKey().isWritable(owlkit::RegistryRoot::LocalMachine, u"SOFTWARE");
 }
 
 int refuseWithoutRights() {
@@ -78,15 +77,14 @@ int unregisterExtension() {
         return refuseWithoutRights();
     nmshell::UnregisterExtension();
     platform::notifyAssociationsChanged();
-    for (const EntryStatus& status : nmshell::registrationStatus(modulePath())) {
-        if (status.state == EntryState::Missing)
-            continue;
-        std::fprintf(stderr, "nmshell-setup: could not remove HKEY_LOCAL_MACHINE\\%s\n",
-                     utf8(status.entry.path).c_str());
-        return kFailed;
+    int result = kDone;
+    for (const std::u16string& left : nmshell::remainingKeys()) {
+        std::fprintf(stderr, "nmshell-setup: could not remove %s\n", utf8(left).c_str());
+        result = kFailed;
     }
-    std::printf("Unregistered, and the settings of this user removed.\n");
-    return kDone;
+    if (result == kDone)
+        std::printf("Unregistered, and the settings of the current user removed.\n");
+    return result;
 }
 
 bool printEntry(const EntryStatus& status) {

@@ -1,6 +1,7 @@
 #include "tools/setup/status.h"
 
 #include "foundation/registry/registry_key.h"
+#include "shellext/identifiers.h"
 
 namespace nmshell {
 
@@ -22,6 +23,23 @@ std::vector<EntryStatus> registrationStatus(const std::u16string& modulePath) {
         result.push_back(std::move(status));
     }
     return result;
+}
+
+std::vector<std::u16string> remainingKeys() {
+    std::vector<std::u16string> left;
+    RegistryKey key;
+    for (const RegistrationEntry& entry : registrationEntries({})) {
+        // The list of approvals is the system's; everything else is a key of ours.
+        const bool there = entry.path == kApprovalPath ? key.open(RegistryRoot::LocalMachine, entry.path,
+                                                                  owlkit::RegistryMode::ReadOnly) &&
+                                                             key.valueExists(entry.name)
+                                                       : key.exists(RegistryRoot::LocalMachine, entry.path);
+        if (there)
+            left.push_back(u"HKEY_LOCAL_MACHINE\\" + entry.path);
+    }
+    if (key.exists(RegistryRoot::CurrentUser, std::u16string(kSettingsPath)))
+        left.push_back(u"HKEY_CURRENT_USER\\" + std::u16string(kSettingsPath));
+    return left;
 }
 
 std::u16string registeredModule() {

@@ -20,6 +20,10 @@ struct EntryStatus {
 // the module is expected to be registered.
 std::vector<EntryStatus> registrationStatus(const std::u16string& modulePath);
 
+// What of the registration and of the current user's settings is still there, whatever it holds; empty after
+// a complete removal.
+std::vector<std::u16string> remainingKeys();
+
 // The server that the file-system class is registered with; empty when it has none.
 std::u16string registeredModule();
 

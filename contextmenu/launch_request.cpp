@@ -38,6 +38,12 @@ bool fromBase64(std::u16string_view text, owlkit::MemoryStream& bytes) {
     return bytes.seek(0, 0);
 }
 
+// Texts in `bytes` are the bare code units, least significant byte first.
+void useUtf16(owlkit::MemoryStream& bytes) {
+    bytes.setByteOrder(owlkit::kLittleEndian);
+    bytes.setTextEncoding(owlkit::kEncodingUtf16);
+}
+
 std::uint32_t parseCommand(std::u16string_view text) {
     std::int32_t value = 0;
     const std::uint32_t consumed = owlkit::parseInt32(text, value, kHexadecimal);
@@ -67,11 +73,8 @@ bool decodeCursor(std::u16string_view text, CursorPoint& point) {
 
 std::u16string encodeInlineData(std::u16string_view data) {
     owlkit::MemoryStream bytes;
-    for (const char16_t unit : data) {
-        const std::uint8_t pair[] = {static_cast<std::uint8_t>(unit & 0xFF),
-                                     static_cast<std::uint8_t>(unit >> 8)};
-        bytes.write(pair, sizeof pair);
-    }
+    useUtf16(bytes);
+    bytes.writeText(data);
     return toBase64(bytes);
 }
 
@@ -80,12 +83,8 @@ std::u16string decodeData(std::u16string_view text) {
     owlkit::MemoryStream bytes;
     if (!fromBase64(text, bytes))
         return data;
-    data.resize(static_cast<std::size_t>(bytes.size() / 2));
-    for (char16_t& unit : data) {
-        std::uint8_t pair[2];
-        bytes.read(pair, sizeof pair);
-        unit = static_cast<char16_t>(pair[0] | pair[1] << 8);
-    }
+    useUtf16(bytes);
+    bytes.readText(data);
     return data;
 }
 

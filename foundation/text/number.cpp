@@ -56,7 +56,8 @@ std::string formatNarrow(std::int64_t value, std::uint32_t format, std::int32_t 
     const std::size_t sign = minus ? 1 : 0;
     if (width >= 1 && width <= kMaximumWidth && text.size() + sign < static_cast<std::size_t>(width))
         text.insert(0, static_cast<std::size_t>(width) - sign - text.size(), '0');
-    return minus ? "-" + text : text;
+    text.insert(0, sign, '-');
+    return text;
 }
 
 // The walk over one text. Results are kept here and handed out only when the parse succeeded.

@@ -16,101 +16,89 @@ class DispatchTest : public HostTest {
     std::uint32_t counter_ = 0;
     ApplicationLauncher launcher_{counter_};
     Selection selection_{SelectionKind::Drives, 1, u"D:\\\0"s};
-    int window_ = 0;
 };
 
 TEST_F(DispatchTest, DoesWhatEachEntryStandsFor) {
-    const std::u16string host = u"" NMSHELL_WEB_HOST;
-    const std::u16string cursor = u"-cent ZAAAAMgAAAA=";
-    const std::u16string data = u" -data RAA6AFwAAAA=";
-    const struct {
-        std::u16string verb;
-        std::u16string parameters;  // or the address of a page
-    } kCases[kCommandCount] = {
-        {u"open", u"-cmd 101 " + cursor + data}, {u"runas", u"-cmd 102 " + cursor + data},
-        {u"open", u"-cmd 104 " + cursor + data}, {u"open", u"-cmd 105 " + cursor + data},
-        {u"open", u"-cmd 105 " + cursor},        {u"runas", u"-cmd 105 " + cursor + data},
-        {u"runas", u"-cmd 105 " + cursor},       {u"open", cursor},
-        {u"open", u"-cmd 106 " + cursor},        {u"open", u"-cmd 107 " + cursor},
-        {u"", host + u"/user_guide.html"},       {u"", host + u"/updates/nmark_403.html"},
-        {u"", host + u"/upgrade.html"},          {u"open", u"-cmd 108 " + cursor},
-        {u"open", u"-cmd 109 " + cursor},
+    const std::u16string cursor = u"-cent ZAAAAMgAAAA=", data = u" -data RAA6AFwAAAA=";
+    const std::u16string site = u"open|" NMSHELL_WEB_HOST;
+    const std::u16string open = u"open|C:\\App\\nmark.exe|", runas = u"runas|C:\\App\\nmark.exe|";
+    const std::u16string kStarts[kCommandCount] = {
+        open + u"-cmd 101 " + cursor + data,
+        runas + u"-cmd 102 " + cursor + data,
+        open + u"-cmd 104 " + cursor + data,
+        open + u"-cmd 105 " + cursor + data,
+        open + u"-cmd 105 " + cursor,
+        runas + u"-cmd 105 " + cursor + data,
+        runas + u"-cmd 105 " + cursor,
+        open + cursor,
+        open + u"-cmd 106 " + cursor,
+        open + u"-cmd 107 " + cursor,
+        site + u"/user_guide.html|",
+        site + u"/updates/nmark_403.html|",
+        site + u"/upgrade.html|",
+        open + u"-cmd 108 " + cursor,
+        open + u"-cmd 109 " + cursor,
     };
-    for (const std::int64_t result : {42, 5}) {  // whether the start succeeds is not reported
-        platform::setShellExecuteResult(result);
-        for (std::uint32_t offset = 0; offset < kCommandCount; ++offset) {
-            SCOPED_TRACE(offset);
-            const auto& c = kCases[offset];
-            const bool page = c.verb.empty();
-            platform::shellStarts().clear();
-            EXPECT_TRUE(dispatch(offset, &window_, selection_, launcher_));
-            ASSERT_EQ(platform::shellStarts().size(), 1u);
-            const platform::ShellStart& start = platform::shellStarts()[0];
-            EXPECT_EQ(start.extended, page);
-            EXPECT_EQ(start.verb, page ? u"open" : c.verb);
-            EXPECT_EQ(start.file, page ? c.parameters : u"C:\\App\\nmark.exe");
-            EXPECT_EQ(start.parameters, page ? u"" : c.parameters);
-            EXPECT_EQ(start.owner, page ? nullptr : &window_);
-            EXPECT_EQ(start.show, 1);
-        }
+    for (std::uint32_t offset = 0; offset < kCommandCount; ++offset) {
+        platform::setShellExecuteResult(offset % 2 * 42);  // success is not reported
+        EXPECT_TRUE(dispatch(offset, this, selection_, launcher_));
+        ASSERT_EQ(platform::shellStarts().size(), offset + 1);
+        EXPECT_EQ(lastStart(), kStarts[offset]);
+        EXPECT_EQ(platform::shellStarts().back().owner, kStarts[offset].starts_with(site) ? nullptr : this);
     }
-}
-
-TEST_F(DispatchTest, RefusesOtherOffsets) {
     for (const std::uint32_t offset : {15u, 0xFFFFu, 0xFFFFFFFFu})
-        EXPECT_FALSE(dispatch(offset, nullptr, selection_, launcher_));
-    EXPECT_TRUE(platform::shellStarts().empty());
-}
-
-TEST_F(DispatchTest, GoesWithoutACursor) {
-    fault::arm("GetCursorPos", 1, platform::kErrorAccessDenied, true);
-    EXPECT_TRUE(dispatch(kStandalone, nullptr, selection_, launcher_));
+        EXPECT_TRUE(!dispatch(offset, this, selection_, launcher_) && platform::shellStarts().size() == 15);
+    fault::arm("GetCursorPos", 1, platform::kErrorAccessDenied);
     EXPECT_TRUE(dispatch(kAdminTrashAll, nullptr, selection_, launcher_));
-    EXPECT_EQ(platform::shellStarts().at(0).parameters, u"");
-    EXPECT_EQ(platform::shellStarts().at(1).parameters, u"-cmd 105");
+    EXPECT_EQ(lastStart(), runas + u"-cmd 105");
+    launcher_.setModuleFolder(u"");
+    for (const std::int64_t result : {33, 32}) {
+        owlkit::recordApplicationFolder(result == 33 ? folder() : u"/");  // asked for once
+        platform::setShellExecuteResult(result);
+        EXPECT_EQ(launcher_.launch(nullptr, u"a.exe", 0, false, {}), result > 32);
+        EXPECT_EQ(lastStart(), u"open|" + folder() + u"a.exe|");
+    }
 }
 
 TEST_F(DispatchTest, ElevatesForAVolumeThatIsClosed) {
     makeFile("\\\\.\\D:", "volume");
-    const struct {
-        const char* name;
-        std::u16string paths;
-        const char* fault;
-        bool closed;
-    } kCases[] = {
-        {"open", u"D:\\\0"s, "", false},
-        {"the first path counts", u"d:\\x\0E:\\\0"s, "", false},
-        {"not there", u"E:\\\0D:\\\0"s, "", true},
-        {"denied", u"D:\\\0"s, "CreateFileW", true},
-        {"no length", u"D:\\\0"s, "DeviceIoControl", true},
-        {"no drive", u"\\\\server\\share\0D:\\\0"s, "", true},
-        {"nothing read", u"", "", true},
+    const std::tuple<std::u16string, const char*, const char16_t*> kCases[] = {
+        {u"d:\\x\0E:\\\0"s, "none", u"open"},
+        {u"E:\\\0D:\\\0"s, "none", u"runas"},
+        {u"D:\\\0"s, "CreateFileW", u"runas"},
+        {u"D:\\\0"s, "DeviceIoControl", u"runas"},
+        {u"\\\\server\\share\0D:\\\0"s, "none", u"runas"},
+        {u"", "none", u"runas"},
+        {u"D:\\\0"s, "none", u"open"},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.name);
-        selection_.paths = c.paths;
-        fault::arm(c.fault, 1, platform::kErrorAccessDenied);
+    for (const auto& [paths, operation, verb] : kCases) {
+        selection_.paths = paths;
+        fault::arm(operation, 1, platform::kErrorAccessDenied);
         EXPECT_TRUE(dispatch(kWipeDrive, nullptr, selection_, launcher_));
-        EXPECT_EQ(platform::shellStarts().back().verb, c.closed ? u"runas" : u"open");
-        EXPECT_EQ(platform::openFileCount(), 0);
+        EXPECT_EQ(platform::shellStarts().back().verb, verb) << testing::PrintToString(paths) << operation;
     }
-    EXPECT_FALSE(volumeIsClosed(u"D:\\"));
     const platform::CreateFileArguments& asked = platform::lastCreateFile();
-    EXPECT_EQ(asked.path, u"\\\\.\\D:");
-    EXPECT_EQ(asked.access, platform::kGenericRead);
-    EXPECT_EQ(asked.share, platform::kFileShareRead | platform::kFileShareWrite);
-    EXPECT_EQ(asked.creation, platform::kOpenExisting);
-    EXPECT_EQ(asked.attributes, 0u);
+    EXPECT_TRUE(asked.path == u"\\\\.\\D:" && asked.access == platform::kGenericRead && asked.share == 3);
+    EXPECT_TRUE(asked.creation == platform::kOpenExisting && asked.attributes == 0);
 }
 
-TEST(Version, IsItsFirstThreeNumbers) {
-    const struct {
-        const char16_t* text;
-        const char16_t* identifier;
-    } kCases[] = {{u"4.0.3", u"403"}, {u"4.0.3.77", u"403"}, {u"10.02", u"102"}, {u"7", u"7"},
-                  {u"", u""},         {u"1.x.2", u"102"}};
-    for (const auto& c : kCases)
-        EXPECT_EQ(versionIdentifier(c.text), c.identifier);
+TEST_F(DispatchTest, GoesAheadWithoutDataThatCannotBeWritten) {
+    LaunchRequest request{0x101, std::u16string(513, u'd'), {}, {}, false};
+    std::u16string escaped = folder();
+    escaped.replace(escaped.find(u' '), 1, u"%20");
+    const std::tuple<const char*, std::u16string, std::u16string> kCases[] = {
+        {"none", u"", u"-cmd 101 -tfn " + escaped + u"tfn_db710640.tmp"},
+        {"CreateFileW", u"", u"-cmd 101 "},
+        {"WriteFile", u"", u"-cmd 101 "},
+        {"CreateFileW", u"a b", u"-cmd 101  -p a%20b"},
+        {"GetTempPathW", u"", u"-cmd 101 -tfn tfn_925312c0.tmp"},        // no folder at all
+        {"GetFileAttributesW", u"", u"-cmd 101 -tfn tfn_800b95e0.tmp"},  // one that does not exist
+    };
+    for (const auto& [operation, path, parameters] : kCases) {
+        request.path = path;
+        fault::arm(operation, 1, platform::kErrorAccessDenied);
+        EXPECT_EQ(launcher_.buildArguments(0x101, request), parameters) << operation;
+    }
 }
 
 }  // namespace

@@ -3,61 +3,46 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <random>
 
 #include "contextmenu/application_launcher.h"
-#include "platform/file.h"
+#include "contextmenu/handover_file.h"
 
 namespace nmshell {
 namespace {
 
 using namespace std::string_literals;
 
-std::vector<std::u16string> items(const std::u16string& parameters) {
-    std::vector<std::u16string> result;
-    for (std::size_t at = 0; (at = parameters.find_first_not_of(u' ', at)) != std::u16string::npos;) {
-        const std::size_t end = std::min(parameters.find(u' ', at), parameters.size());
-        result.push_back(parameters.substr(at, end - at));
-        at = end;
-    }
-    return result;
+std::vector<std::u16string> itemsOf(const std::u16string& parameters) {
+    std::vector<std::u16string> items(1);
+    for (const char16_t unit : parameters)
+        unit == u' ' ? items.emplace_back() : items.back() += unit;
+    return items;
 }
 
 TEST(LaunchRequest, IsWrittenAsFixedParameters) {
-    const struct {
-        const char* name;
-        LaunchRequest request;
-        std::u16string parameters;
-    } kCases[] = {
-        {"nothing", {}, u""},
-        {"command", {.command = 0x101}, u"-cmd 101"},
-        {"widest command", {.command = 0xDEADBEEF}, u"-cmd deadbeef"},
-        {"cursor", {.cursor = {100, 200}, .cursorValid = true}, u"-cent ZAAAAMgAAAA="},
-        {"left of the main screen", {.cursor = {-1, INT32_MIN}, .cursorValid = true}, u"-cent /////wAAAIA="},
-        {"cursor that was not read", {.command = 0x109, .cursor = {1, 2}}, u"-cmd 109"},
-        {"data with its zeros", {.data = u"D:\\\0"s}, u"-data RAA6AFwAAAA="},
-        {"path", {.path = u"C:\\My Files\\a b.txt"}, u"-p C:\\My%20Files\\a%20b.txt"},
-        {"nothing but blanks is escaped", {.path = u"\"\t%+"}, u"-p \"\t%+"},
-        {"everything",
-         {.command = 0x102, .data = u"x", .path = u"p", .cursor = {1, 256}, .cursorValid = true},
-         u"-cmd 102 -cent AQAAAAABAAA= -data eAA= -p p"},
+    const std::pair<LaunchRequest, std::u16string> kCases[] = {
+        {{.command = 0xDEADBEEF, .cursor = {1, 2}}, u"-cmd deadbeef"},
+        {{.cursor = {-1, INT32_MIN}, .cursorValid = true}, u"-cent /////wAAAIA="},
+        {{.data = u"D:\\\0"s}, u"-data RAA6AFwAAAA="},
+        {{.path = u"C:\\My Files\\a b\"\t%+.txt"}, u"-p C:\\My%20Files\\a%20b\"\t%+.txt"},
+        {{0x101, u"x", u"p", {1, 256}, true}, u"-cmd 101 -cent AQAAAAABAAA= -data eAA= -p p"},
     };
     std::uint32_t counter = 0;
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(ApplicationLauncher(counter).buildArguments(c.request.command, c.request), c.parameters);
-    }
-    EXPECT_EQ(counter, 0u);
+    for (const auto& [request, parameters] : kCases)
+        EXPECT_EQ(ApplicationLauncher(counter).buildArguments(request.command, request), parameters);
 }
 
 // Any code units at all, and lengths on both sides of the limit for inline data.
 TEST(LaunchRequest, ComesBackFromItsParameters) {
     std::mt19937 random(1);
-    const auto below = [&](std::uint32_t limit) { return static_cast<std::uint32_t>(random()) % limit; };
-    const auto text = [&](std::size_t length, const char16_t* alphabet, std::uint32_t letters) {
+    const auto any = [&] { return static_cast<std::uint32_t>(random()); };
+    const auto text = [&](std::size_t length, std::u16string_view alphabet) {
         std::u16string result(length, u'\0');
         for (char16_t& unit : result)
-            unit = below(3) == 0 ? static_cast<char16_t>(random()) : alphabet[below(letters)];
+            unit = any() % 3 == 0 ? static_cast<char16_t>(any()) : alphabet[any() % alphabet.size()];
         return result;
     };
     const std::size_t kLengths[] = {0, 1, 2, 511, 512, 513, 514, 3000};
@@ -65,85 +50,79 @@ TEST(LaunchRequest, ComesBackFromItsParameters) {
     ApplicationLauncher launcher(counter);
     launcher.setTempExtension(u".roundtrip");
     for (int i = 0; i < 200; ++i) {
-        SCOPED_TRACE(i);
-        LaunchRequest request;
-        request.command = below(2) ? static_cast<std::uint32_t>(random()) : 0;
-        request.cursorValid = below(2) != 0;
+        LaunchRequest request{.command = any() % 2 * any(), .cursorValid = any() % 2 != 0};
         if (request.cursorValid)
-            request.cursor = {static_cast<std::int32_t>(random()), static_cast<std::int32_t>(random())};
-        request.data = text(kLengths[below(std::size(kLengths))], u"a\0 \xD800\xDC00\xFEFF?", 7);
-        request.path = text(below(40), u"C:\\ .%2", 7);
-        // What looks like an escaped blank, or like a keyword, does not come back.
-        std::replace(request.path.begin(), request.path.end(), u'0', u'1');
-        const std::uint32_t files = counter;
-        const std::vector<std::u16string> arguments =
-            items(launcher.buildArguments(request.command, request));
-        EXPECT_EQ(counter - files, request.data.size() > 512 ? 1u : 0u);
+            request.cursor = {static_cast<std::int32_t>(any()), static_cast<std::int32_t>(any())};
+        request.data = text(kLengths[any() % 8], u"a\0 \xD800\xDC00\xFEFF?"s);
+        request.path = text(any() % 40, u"C:\\ .%2");
+        std::ranges::replace(request.path, u'0', u'1');  // "%20" would come back as a blank
+        const std::vector<std::u16string> items = itemsOf(launcher.buildArguments(request.command, request));
+        EXPECT_EQ(std::ranges::count(items, u"-tfn"), request.data.size() > 512 ? 1 : 0);
         LaunchRequest back;
-        EXPECT_EQ(parseArguments(arguments, back), request.command);
-        EXPECT_EQ(back, request);
-        const auto file = std::find(arguments.begin(), arguments.end(), u"-tfn");
-        if (file != arguments.end()) {
-            EXPECT_EQ(platform::fileAttributes(unescapeSpaces(file[1])), platform::kInvalidFileAttributes);
-        }
+        EXPECT_EQ(parseArguments(items, back), request.command);
+        EXPECT_EQ(back, request) << i;
     }
 }
 
 TEST(LaunchRequest, IsReadFromAnyArguments) {
-    const struct {
-        const char* name;
-        std::u16string arguments;
-        LaunchRequest request;
-    } kCases[] = {
-        {"keyword without a value", u"-cmd", {}},
-        {"not hexadecimal", u"-cmd zz", {}},
-        {"not read to its end", u"-cmd 10zz", {.command = 0x10}},
-        {"prefix", u"-cmd 0x1F", {.command = 0x1F}},
-        {"minus", u"-cmd -1", {.command = 0xFFFFFFFF}},
-        {"largest", u"-cmd ffffffff", {.command = 0xFFFFFFFF}},
-        {"too large", u"-cmd 100000000", {}},
-        {"the first command counts", u"-cmd 101 -cmd 102", {.command = 0x101}},
-        {"until there is one", u"-cmd 0 -cmd zz -cmd 102 -cmd 103", {.command = 0x102}},
-        {"value like a keyword is consumed", u"-cmd -tfn -p a", {.path = u"a"}},
-        {"keywords are case-sensitive", u"-CMD 101 -cmd 102", {.command = 0x102}},
-        {"unknown items", u"x -y -cmd 5 z", {.command = 5}},
-        {"cursor", u"-cent ZAAAAMgAAAA=", {.cursor = {100, 200}, .cursorValid = true}},
-        {"short cursor", u"-cent Z", {}},
-        {"cursor of one coordinate", u"-cent ZAAAAA==", {.cursor = {100, 0}, .cursorValid = true}},
-        {"cursor with strays", u"-cent ZAAA*AMgAAAA=", {}},
-        {"a bad cursor after a good one", u"-cent ZAAAAMgAAAA= -cent !!", {}},
-        {"cursor value is looked at again", u"-cent -p a", {.path = u"a"}},
-        {"path value is looked at again", u"-p -cmd 5", {.command = 5, .path = u"-cmd"}},
-        {"escaped blank in the path itself", u"-p a%20b%2520", {.path = u"a b%2520"}},
-        {"data", u"-data eAB5AA==", {.data = u"xy"}},
-        {"odd last byte", u"-data eAB5", {.data = u"x"}},
-        {"short data", u"-data eAB5AA== -data e", {}},
-        {"data with strays", u"-data eAB5AA== -data eAB5*A==", {}},
-        {"data with a letter beyond ASCII", u"-data eAB5AA\u0100=", {}},
-        {"the later data counts", u"-data eAA= -data eQA=", {.data = u"y"}},
-        {"hand-over file that is not there", u"-data eAA= -tfn no%20such/file", {}},
+    const std::pair<LaunchRequest, std::vector<std::u16string>> kCases[] = {
+        {{},
+         {u"", u"-cmd", u"-cmd zz", u"-cmd 100000000", u"-CMD 101", u"-cent Z", u"-data eAB5AA== -data e"}},
+        {{}, {u"-cent ZAAAAMgAAAA= -cent ZAAA*AMgAAAA=", u"-data eAB5AA== -data eAB5*A=="}},
+        {{}, {u"-data eAB5AA\u0100=", u"-data eAA= -tfn no%20such/file"}},
+        {{.command = 0x10}, {u"-cmd 10zz", u"-cmd 0x10 -cmd 20", u"-cmd 0 -cmd zz -cmd \t10 z -cmd"}},
+        {{.command = 0xFFFFFFFF}, {u"-cmd ffffffff", u"-cmd -1"}},
+        {{.cursor = {100, 200}, .cursorValid = true}, {u"-cent !! -cent ZAAAAMgAAAA= x"}},
+        {{.cursor = {100, 0}, .cursorValid = true}, {u"-cent ZAAAAA=="}},
+        {{.data = u"xy"}, {u"-data eAA= -data eAB5AA==", u"-data eAB5AHo="}},
+        {{.path = u"a"}, {u"-p b -p a", u"-cmd -tfn -p a", u"-cent -p a", u"-data -cmd -p a"}},
+        {{.path = u"a b%2520"}, {u"-p a%20b%2520"}},
+        {{.command = 5, .path = u"-cmd"}, {u"-p -cmd 5"}},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.name);
-        LaunchRequest request{
-            .command = 1, .data = u"old", .path = u"old", .cursor = {1, 1}, .cursorValid = true};
-        EXPECT_EQ(parseArguments(items(c.arguments), request), c.request.command);
-        EXPECT_EQ(request, c.request);
+    for (const auto& [expected, allParameters] : kCases) {
+        for (const std::u16string& parameters : allParameters) {
+            LaunchRequest request{1, u"old", u"old", {1, 1}, true};
+            EXPECT_EQ(parseArguments(itemsOf(parameters), request), expected.command);
+            EXPECT_EQ(request, expected) << testing::PrintToString(parameters);
+        }
     }
-    LaunchRequest request;
-    parseArguments({u"-cmd", u" \t101", u"-p", u"a b"}, request);
-    EXPECT_EQ(request, (LaunchRequest{.command = 0x101, .path = u"a b"}));
 }
 
-TEST(PathList, GivesOnlyWholePaths) {
-    const std::u16string list = u"C:\\a\0\0C:\\a\\bc\0D:\\\0"s;
-    const std::vector<std::u16string> paths = {u"C:\\a", u"", u"C:\\a\\bc", u"D:\\"};
-    EXPECT_EQ(splitPathList(list), paths);
-    for (std::size_t length = 0; length <= list.size(); ++length) {
-        const std::vector<std::u16string> found = splitPathList(std::u16string_view(list).substr(0, length));
-        EXPECT_TRUE(std::equal(found.begin(), found.end(), paths.begin())) << length;
-        EXPECT_EQ(found.size(),
-                  static_cast<std::size_t>(std::count(list.begin(), list.begin() + length, u'\0')));
+TEST(HandoverFile, HasANameFromACycleOfHundred) {
+    std::uint32_t counter = 0;
+    ApplicationLauncher launcher(counter);
+    EXPECT_TRUE(launcher.makeHandoverFileName().ends_with(u"tfn_db710640.tmp"));
+    launcher.setTempExtension(u".nmark");
+    EXPECT_TRUE(ApplicationLauncher(counter).makeHandoverFileName().ends_with(u"tfn_c9298960.tmp"));
+    counter = 99;
+    EXPECT_TRUE(launcher.makeHandoverFileName().ends_with(u"tfn_edb88320.nmark"));
+    EXPECT_TRUE(launcher.makeHandoverFileName().ends_with(u"tfn_db710640.nmark"));
+}
+
+TEST(HandoverFile, IsReadOnceAndHoldsOnlyTheLastText) {
+    const std::u16string name = handoverFileName(1, u".once");
+    const std::u16string text = u"\uFEFFC:\\\u00E4\0\xDC00\xD800 \U0001F4A5\r\n\0"s;
+    EXPECT_TRUE(writeHandoverFile(name, std::u16string(2000, u'x')) && writeHandoverFile(name, text));
+    EXPECT_EQ(readHandoverFile(name), text);
+    EXPECT_FALSE(std::filesystem::exists(name));
+    EXPECT_EQ(readHandoverFile(name), u"");
+}
+
+// Every zero character of the list ends a path that is whole, so the application never gets a shortened one.
+TEST(HandoverFile, IsCutAtItsLimitWithoutShorteningAPath) {
+    const std::u16string name = handoverFileName(1, u".limit");
+    const std::string bytes = "C:\\" + std::string(1012, 'x') + "\xF0\x9F\x92\xA5.txt\0"s;
+    const std::u16string path = u"C:\\" + std::u16string(1012, u'x') + u"\U0001F4A5.txt";
+    for (const std::size_t length :
+         {6, 1023}) {  // the limit falls into the four bytes, and between two paths
+        std::string list = std::string(length, 'f') + '\0';
+        for (int i = 0; i < 10300; ++i)
+            list += bytes;
+        std::ofstream(std::filesystem::path(name), std::ios::binary) << list;
+        const std::u16string text = readHandoverFile(name);
+        EXPECT_EQ(text.back(), length == 6 ? u'\xFFFD' : u'\0');
+        const std::vector<std::u16string> paths = splitPathList(text);
+        EXPECT_TRUE(paths.size() == 10240 && std::ranges::count(paths, path) == 10239);
     }
 }
 

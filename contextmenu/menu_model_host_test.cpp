@@ -1,25 +1,45 @@
 #include "contextmenu/menu_model.h"
 
-#include <optional>
+#include <algorithm>
 
-#include "platform/process.h"
+#include "contextmenu/menu_insertion.h"
+#include "foundation/text/number.h"
+#include "foundation/text/text.h"
 #include "tests/host_fixture.h"
 
 namespace nmshell {
 namespace {
 
 using namespace std::string_literals;
+using enum SelectionKind;
 
-class MenuModelTest : public HostTest {};
+class MenuTest : public HostTest {
+  protected:
+    void insert(const platform::MenuHandle& menu, std::uint32_t position, SelectionKind kind,
+                bool icons = true) {
+        owlkit::interlang texts;
+        texts.BeginLoad();
+        texts.SetLanguage(u"en");
+        texts.SetKey(u"CXT_MENU_PARENT");
+        texts.AddText(u"%1+");
+        texts.SetKey(u"CXT_MENU_ABOUT");
+        texts.AddText(u"%1? %1!");
+        texts.EndLoad();
+        const MenuFacts facts{PathType::File, true, RecycleBinState::Empty, owlkit::kElevationFull};
+        const std::vector<MenuEntry> entries = buildMenu({kind, 1, {}}, facts, texts);
+        MenuInserter(1000, icons, bitmaps_).insert(menu.get(), position, entries);
+    }
 
-// The texts in order, which are their keys without "CXT_MENU_"; "!" marks what is grayed, brackets hold a
-// submenu.
+    BitmapCache bitmaps_;
+};
+
+// The keys in order, shortened; "!" marks what is grayed, brackets hold a submenu.
 std::string sketch(const std::vector<MenuEntry>& entries) {
     std::string result;
     for (const MenuEntry& entry : entries) {
         std::string text = platform::toHostName(entry.text);
-        for (std::size_t at; (at = text.find("CXT_MENU_")) != std::string::npos;)
-            text.erase(at, 9);
+        for (const char* const common : {"CXT_MENU_", "WIPE_", "_TRASH"})
+            text = owlkit::replaceAll(text, common, "");
         result += (result.empty() ? "" : " ") + text + (entry.grayed ? "!" : "");
         if (entry.submenu)
             result += "[" + sketch(entry.children) + "]";
@@ -27,101 +47,137 @@ std::string sketch(const std::vector<MenuEntry>& entries) {
     return result;
 }
 
-TEST_F(MenuModelTest, OffersWhatTheSelectionAllows) {
-    constexpr SelectionKind kFiles = SelectionKind::Files;
-    constexpr SelectionKind kDrives = SelectionKind::Drives;
-    constexpr SelectionKind kBin = SelectionKind::RecycleBin;
-    constexpr std::uint32_t kUnsplit = platform::kElevationTypeDefault;
-    constexpr std::uint32_t kFull = platform::kElevationTypeFull;
-    constexpr std::uint32_t kLimited = platform::kElevationTypeLimited;
+TEST_F(MenuTest, OffersWhatTheSelectionAllows) {
     makeFile("file");
     std::filesystem::create_directory("sub");
+    const std::u16string d = u"D:\\\0"s;
     const struct {
         const char* name;
         SelectionKind kind;
         std::uint32_t count;
         std::u16string paths;
-        std::optional<std::int64_t> bin;  // items in the recycle bin of D: (drives) or of all drives
-        std::uint32_t elevation;
-        std::string own;  // before the product submenu; empty when there is no menu at all
+        int bin;  // items in the recycle bin of D:, or of all drives; -1 when it cannot be asked
+        std::uint32_t elevationType;  // 1 not split, 2 full, 3 limited
+        std::string own;              // before the product submenu; empty when there is no menu at all
     } kCases[] = {
-        {"file", kFiles, 1, u"file\0"s, {}, kUnsplit, "-- WIPE_FILE"},
-        {"folder", kFiles, 1, u"sub\0"s, {}, kUnsplit, "-- WIPE_FOLDER"},
-        {"vanished", kFiles, 1, u"gone\0"s, {}, kUnsplit, "-- "},
-        {"one that could not be read", kFiles, 1, u"", {}, kUnsplit, "-- "},
-        {"two files", kFiles, 2, u"file\0file\0"s, {}, kUnsplit, "-- WIPE_DATA"},
-        {"two, one of them read", kFiles, 2, u"file\0"s, {}, kUnsplit, "-- WIPE_DATA"},
-        {"no file", kFiles, 0, u"", {}, kUnsplit, ""},
-        {"drive, bin holds items", kDrives, 1, u"D:\\\0"s, 1, kLimited,
-         "-- WIPE_DRIVE CLEAN_DRIVE WIPE_DRIVE_TRASH[USER_TRASH ADMIN_TRASH]"},
-        {"elevated", kDrives, 1, u"D:\\\0"s, 9, kFull,
-         "-- WIPE_DRIVE CLEAN_DRIVE WIPE_DRIVE_TRASH[USER_TRASH! ADMIN_TRASH]"},
-        {"token not split", kDrives, 1, u"D:\\\0"s, 9, kUnsplit,
-         "-- WIPE_DRIVE CLEAN_DRIVE WIPE_DRIVE_TRASH[USER_TRASH ADMIN_TRASH!]"},
-        {"bin empty", kDrives, 1, u"D:\\\0"s, 0, kLimited,
-         "-- WIPE_DRIVE CLEAN_DRIVE WIPE_DRIVE_TRASH EMPTY_POSTFIX![USER_TRASH ADMIN_TRASH]"},
-        {"no bin",
-         kDrives,
-         1,
-         u"D:\\\0"s,
-         {},
-         kLimited,
-         "-- WIPE_DRIVE CLEAN_DRIVE WIPE_DRIVE_TRASH NONE_POSTFIX![USER_TRASH ADMIN_TRASH]"},
-        {"system drive", kDrives, 1, u"c:\\\0"s, 1, kLimited,
-         "-- WIPE_DRIVE! CLEAN_DRIVE WIPE_DRIVE_TRASH NONE_POSTFIX![USER_TRASH ADMIN_TRASH]"},
-        {"no drive", kDrives, 1, u"\\\\server\\share\0"s, 1, kLimited,
-         "-- WIPE_DRIVE! CLEAN_DRIVE WIPE_DRIVE_TRASH NONE_POSTFIX![USER_TRASH ADMIN_TRASH]"},
-        {"two drives", kDrives, 2, u"D:\\\0E:\\\0"s, 1, kLimited,
-         "-- WIPE_DRIVE! CLEAN_DRIVE WIPE_DRIVE_TRASH![USER_TRASH ADMIN_TRASH]"},
-        {"two drives, none read", kDrives, 2, u"", 1, kFull,
-         "-- WIPE_DRIVE! CLEAN_DRIVE WIPE_DRIVE_TRASH![USER_TRASH! ADMIN_TRASH]"},
-        {"no drives", kDrives, 0, u"", 1, kLimited, ""},
-        {"recycle bin", kBin, 0, u"", 3, kLimited, "-- WIPE_ALL_TRASH[USER_TRASH ADMIN_TRASH]"},
-        {"recycle bin, not split", kBin, 0, u"", 3, kUnsplit, "-- WIPE_ALL_TRASH[USER_TRASH ADMIN_TRASH!]"},
-        {"recycle bin, elevated", kBin, 1, u"x\0"s, 3, kFull, "-- WIPE_ALL_TRASH[USER_TRASH! ADMIN_TRASH]"},
-        {"recycle bin empty", kBin, 0, u"", 0, kLimited, "-- WIPE_ALL_TRASH![USER_TRASH ADMIN_TRASH]"},
-        {"recycle bin unknown", kBin, 0, u"", {}, kLimited, "-- WIPE_ALL_TRASH![USER_TRASH ADMIN_TRASH]"},
-        {"unknown kind", SelectionKind{3}, 1, u"file\0"s, 3, kLimited, ""},
+        {"file", Files, 1, u"file\0"s, -1, 1, "-- FILE"},
+        {"folder", Files, 1, u"sub\0"s, -1, 1, "-- FOLDER"},
+        {"vanished", Files, 1, u"gone\0"s, -1, 1, "-- "},
+        {"two, one of them read", Files, 2, u"file\0"s, -1, 1, "-- DATA"},
+        {"no file", Files, 0, u"", -1, 1, ""},
+        {"drive", Drives, 1, d, 1, 3, "-- DRIVE CLEAN_DRIVE DRIVE[USER ADMIN]"},
+        {"elevated", Drives, 1, d, 9, 2, "-- DRIVE CLEAN_DRIVE DRIVE[USER! ADMIN]"},
+        {"not split", Drives, 1, d, 9, 1, "-- DRIVE CLEAN_DRIVE DRIVE[USER ADMIN!]"},
+        {"empty bin", Drives, 1, d, 0, 3, "-- DRIVE CLEAN_DRIVE DRIVE EMPTY_POSTFIX![USER ADMIN]"},
+        {"no bin", Drives, 1, d, -1, 3, "-- DRIVE CLEAN_DRIVE DRIVE NONE_POSTFIX![USER ADMIN]"},
+        {"system", Drives, 1, u"c:\\\0"s, 1, 3, "-- DRIVE! CLEAN_DRIVE DRIVE NONE_POSTFIX![USER ADMIN]"},
+        {"no drive", Drives, 1, u"\\\\s\0"s, 1, 3, "-- DRIVE! CLEAN_DRIVE DRIVE NONE_POSTFIX![USER ADMIN]"},
+        {"two drives", Drives, 2, d, 1, 3, "-- DRIVE! CLEAN_DRIVE DRIVE![USER ADMIN]"},
+        {"no drives", Drives, 0, u"", 1, 3, ""},
+        {"all bins", RecycleBin, 0, u"", 3, 1, "-- ALL[USER ADMIN!]"},
+        {"all, elevated", RecycleBin, 1, d, 3, 2, "-- ALL[USER! ADMIN]"},
+        {"all unknown", RecycleBin, 0, u"", -1, 3, "-- ALL![USER ADMIN]"},
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.name);
         platform::resetShell();
-        platform::tokenRecord() = {.elevationType = c.elevation};
+        platform::tokenRecord() = {.elevationType = c.elevationType};
         owlkit::forgetElevation();
-        if (c.bin)
-            platform::setRecycleBin(c.kind == kBin ? u"" : u"D:\\", platform::RecycleBin{0, *c.bin});
+        if (c.bin >= 0)
+            platform::setRecycleBin(c.kind == RecycleBin ? u"" : u"D:\\", platform::RecycleBin{0, c.bin});
         SystemDrive systemDrive;
         const Selection selection{c.kind, c.count, c.paths};
-        const std::vector<MenuEntry> menu = buildMenu(selection, gatherFacts(selection, systemDrive), {});
-        EXPECT_EQ(sketch(menu),
-                  c.own.empty()
-                      ? ""
-                      : c.own + " PARENT[OPTIONS STANDALONE -- UPDATE REGISTER UPGRADE -- HELP ABOUT] --");
+        const std::string menu = sketch(buildMenu(selection, gatherFacts(selection, systemDrive), {}));
+        EXPECT_EQ(menu.substr(0, menu.find(" PARENT[")), c.own);
     }
 }
 
-TEST_F(MenuModelTest, AsksTheSystemOnlyWhatTheSelectionNeeds) {
-    SystemDrive systemDrive;
-    const char* const kQuestions[] = {"GetFileAttributesW", "GetWindowsDirectoryW", "SHQueryRecycleBinW",
-                                      "OpenProcessToken"};
-    const struct {
-        Selection selection;
-        std::uint32_t calls[4];
-    } kCases[] = {
-        {{SelectionKind::Files, 1, u"a\0"s}, {1, 0, 0, 0}},
-        {{SelectionKind::Files, 2, u"a\0b\0"s}, {0, 0, 0, 0}},
-        {{SelectionKind::Drives, 0, u""}, {0, 0, 0, 0}},
-        {{SelectionKind::Drives, 1, u"D:\\\0"s}, {0, 1, 1, 1}},
-        {{SelectionKind::Drives, 2, u"D:\\\0E:\\\0"s},
-         {0, 0, 0, 0}},  // the drive and the token are known by now
-        {{SelectionKind::RecycleBin, 0, u""}, {0, 0, 1, 0}},
-    };
-    for (const auto& c : kCases) {
-        fault::resetCounts();
-        gatherFacts(c.selection, systemDrive);
-        for (std::size_t i = 0; i < std::size(kQuestions); ++i)
-            EXPECT_EQ(fault::calls(kQuestions[i]), c.calls[i]) << kQuestions[i] << " for " << &c - kCases;
+// One line an item: mask, type, state, identifier, text, resource of the bitmap; submenus are indented.
+std::string dump(const host::Menu& menu, const std::string& indent = "") {
+    std::string lines;
+    for (const host::RecordedItem& item : menu.items) {
+        lines += indent;
+        for (const std::uint32_t number : {item.request.mask, item.request.type, item.request.state})
+            lines += owlkit::formatNumber<char>(number, owlkit::kLowerHex) + " ";
+        lines += std::to_string(item.request.id) + " " +
+                 (item.request.hasText ? platform::toHostName(item.text) : "(none)");
+        if (item.request.mask & platform::kItemBitmap)
+            lines += " #" + std::to_string(host::bitmapId(item.request.bitmap));
+        lines += "\n" + (item.submenu ? dump(*item.submenu, indent + " ") : "");
     }
+    return lines;
+}
+
+const std::string kProduct = R"(c7 0 0 0 Nullmark+ #236
+ c3 0 0 1009 CXT_MENU_OPTIONS #237
+ c3 0 0 1007 CXT_MENU_STANDALONE #238
+ 43 800 0 0 (none)
+ 43 0 0 1011 CXT_MENU_UPDATE
+ 43 0 0 1012 CXT_MENU_REGISTER
+ 43 0 0 1013 CXT_MENU_UPGRADE
+ 43 800 0 0 (none)
+ c3 0 0 1010 CXT_MENU_HELP #239
+ c3 0 0 1014 Nullmark? Nullmark! #240
+43 800 0 0 (none)
+)";
+
+TEST_F(MenuTest, InsertsTheWholeTreeAtItsPosition) {
+    const std::pair<SelectionKind, std::string> kCases[] = {
+        {Files, "c3 0 0 1000 CXT_MENU_WIPE_FILE #230\n"},
+        {Drives, R"(43 0 3 1001 CXT_MENU_WIPE_DRIVE
+c3 0 0 1002 CXT_MENU_CLEAN_DRIVE #232
+47 0 3 0 CXT_MENU_WIPE_DRIVE_TRASH CXT_MENU_EMPTY_POSTFIX
+ 43 0 3 1003 CXT_MENU_USER_TRASH
+ c3 0 0 1005 CXT_MENU_ADMIN_TRASH #235
+)"},
+        {RecycleBin, R"(47 0 3 0 CXT_MENU_WIPE_ALL_TRASH
+ 43 0 3 1004 CXT_MENU_USER_TRASH
+ c3 0 0 1006 CXT_MENU_ADMIN_TRASH #235
+)"},
+    };
+    for (const auto& [kind, own] : kCases) {
+        const platform::MenuHandle menu = platform::createMenu(), plain = platform::createMenu();
+        for (const std::u16string_view text : {u"before", u"behind"})
+            platform::insertMenuItem(menu.get(), 9, {.hasText = true, .text = text});
+        insert(menu, 1, kind);
+        EXPECT_EQ(dump(host::menu(menu.get())),
+                  "0 0 0 0 before\n43 800 0 0 (none)\n" + own + kProduct + "0 0 0 0 behind\n");
+        insert(plain, 0, kind, false);
+        EXPECT_EQ(dump(host::menu(plain.get())).find_first_of("c#"), std::string::npos);
+    }
+}
+
+TEST_F(MenuTest, GoesOnAfterFailures) {
+    std::string whole;
+    for (const char* const operation : {"nothing", "CreateMenu", "InsertMenuItemW", "LoadImageW"}) {
+        for (std::uint32_t n = 1; n == 1 || fault::fired(); ++n) {
+            fault::disarm();
+            const platform::MenuHandle menu = platform::createMenu();
+            bitmaps_.clear();
+            fault::arm(operation, n, platform::kErrorNotEnoughMemory);
+            insert(menu, 0, Drives);
+            const std::string text = dump(host::menu(menu.get()));
+            if (whole.empty())
+                whole = text;
+            EXPECT_EQ(text == whole, !fault::fired()) << operation << n;
+            const auto lost = std::ranges::count(whole, '\n') - std::ranges::count(text, '\n');
+            EXPECT_LE(lost, *operation == 'L' ? 0 : 10) << operation << n;  // the product submenu at most
+        }
+    }
+}
+
+TEST_F(MenuTest, LoadsEachBitmapOnce) {
+    host::UserInterface& ui = host::userInterface();
+    ui.smallIconHeight = 20;
+    fault::arm("LoadImageW", 1, platform::kErrorNotEnoughMemory);
+    for (const int id : {-1, 229, 230, 241})
+        EXPECT_EQ(bitmaps_.GetMenuBitmap(id), nullptr);
+    ui.menuColor = ui.windowColor;
+    for (std::uint32_t i = 0; i < 22; ++i)
+        EXPECT_EQ(host::bitmapId(bitmaps_.GetMenuBitmap(230 + static_cast<int>(i) % 11)), 230 + i % 11);
+    ASSERT_EQ(ui.loads.size(), 12u);
+    EXPECT_TRUE(ui.loads[0].flags == 0x1060 && ui.loads[0].width == 20 && ui.loads[0].height == 20);
+    EXPECT_EQ(ui.loads[11].flags, 0x60u);
 }
 
 }  // namespace

@@ -1,9 +1,8 @@
 if(WIN32)
-  nmshell_tests(contextmenu_tests SOURCES handover_file_test.cpp launch_request_test.cpp DEPENDS contextmenu)
+  nmshell_tests(contextmenu_tests SOURCES launch_request_test.cpp DEPENDS contextmenu)
 else()
   nmshell_tests(contextmenu_tests
-    SOURCES application_launcher_host_test.cpp dispatch_host_test.cpp handover_file_test.cpp launch_request_test.cpp
-      menu_insertion_host_test.cpp menu_model_host_test.cpp selection_host_test.cpp
+    SOURCES dispatch_host_test.cpp launch_request_test.cpp menu_model_host_test.cpp selection_host_test.cpp
     DEPENDS contextmenu platform_module platform_registry)
   set_source_files_properties(dispatch_host_test.cpp PROPERTIES COMPILE_DEFINITIONS
     "NMSHELL_WEB_HOST=\"${NMSHELL_WEB_HOST}\"")

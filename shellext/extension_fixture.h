@@ -1,11 +1,8 @@
-// For tests of the COM server: a module of the test's own, the registry it reads, and objects as the shell
-// gets them.
+// For tests of the COM server: a module of the test's own, and objects as the shell gets them.
 #pragma once
 
-#include <string>
 #include <utility>
 
-#include "platform/com.h"
 #include "platform/registry.h"
 #include "shellext/class_factory.h"
 #include "shellext/identifiers.h"
@@ -19,93 +16,85 @@ inline constexpr CLSID kClasses[] = {
     {0x7A21E6D3, 0xB94C, 0x4E5F, {0x9D, 0x08, 0x13, 0xC6, 0xA8, 0xF4, 0xB2, 0xE7}},
 };
 
-// One reference to a COM object.
-template <class Interface>
-class Ref {
-  public:
-    Ref() = default;
-    Ref(Ref&& other) noexcept : pointer_(std::exchange(other.pointer_, nullptr)) {}
-    Ref(const Ref&) = delete;
-    ~Ref() { reset(); }
-    void reset() {
-        if (Interface* const old = std::exchange(pointer_, nullptr))
-            old->Release();
-    }
-    void** out() { return reinterpret_cast<void**>(&pointer_); }
-    Interface* get() const { return pointer_; }
-    Interface* operator->() const { return pointer_; }
-    explicit operator bool() const { return pointer_ != nullptr; }
-
-  private:
-    Interface* pointer_ = nullptr;
+struct Releaser {
+    void operator()(auto* object) const { object->Release(); }
 };
+template <class Interface>
+using Ref = std::unique_ptr<Interface, Releaser>;
+
+template <class Interface>
+Ref<Interface> made(auto&& call) {
+    void* object = nullptr;
+    EXPECT_EQ(call(&object), S_OK);
+    return Ref<Interface>(static_cast<Interface*>(object));
+}
+template <class Interface>
+Ref<Interface> query(const auto& from, REFIID iid) {
+    return made<Interface>([&](void** object) { return from->QueryInterface(iid, object); });
+}
 
 class ExtensionTest : public HostTest {
   protected:
     ExtensionTest() {
-        approve();
+        approve(u"QuietOwl_NMark");
+        platform::setModuleFileName(this, folder() + u"nmshell.dll");
+        std::filesystem::create_directory("langs");
+        makeFile("langs/all.lang.txt",
+                 "KEY: A\nLANG: de\nTEXT: Eins\nLANG: en\nTEXT: One\nKEY: B\nTEXT: Two");
         module_.languageLoaded = true;
         module_.folder = u"C:\\App\\";
     }
     ~ExtensionTest() override { EXPECT_EQ(module_.liveObjects, 0); }
 
-    static void approve(std::u16string_view name = u"QuietOwl_NMark") {
-        platform::registry_control::putText(u"HKEY_LOCAL_MACHINE\\" + std::u16string(kApprovalPath),
-                                            kFileSystemClassId, platform::kRegSz, name);
+    static void approve(std::u16string_view text) {
+        const std::u16string path = u"HKEY_LOCAL_MACHINE\\" + std::u16string(kApprovalPath);
+        platform::registry_control::putText(path, kFileSystemClassId, platform::kRegSz, text);
     }
-    static void setFlag(std::u16string_view name, char value) {
-        platform::registry_control::putValue(u"HKEY_CURRENT_USER\\Software\\NMark Shell", name,
-                                             platform::kRegDword, std::string{value, 0, 0, 0});
+    static void set(const char16_t* name, std::u16string_view text, std::uint32_t type = platform::kRegSz) {
+        platform::registry_control::putText(u"HKEY_CURRENT_USER\\Software\\NMark Shell", name, type, text);
     }
-    static void setLanguage(std::u16string_view language) {
-        platform::registry_control::putText(u"HKEY_CURRENT_USER\\Software\\NMark Shell", u"Language",
-                                            platform::kRegSz, language);
+    static void setFlag(const char16_t* name, bool on) {
+        set(name, {on ? u"\1" : u"\0", 2}, platform::kRegDword);
     }
 
     Ref<IClassFactory> factory(SelectionKind kind) {
-        Ref<IClassFactory> result;
-        EXPECT_EQ(getClassObject(module_, kClasses[static_cast<int>(kind)], IID_IClassFactory, result.out()),
-                  S_OK);
-        return result;
+        const CLSID& clsid = kClasses[static_cast<int>(kind)];
+        return made<IClassFactory>(
+            [&](void** object) { return getClassObject(module_, clsid, IID_IClassFactory, object); });
     }
-    Ref<IContextMenu> extension(SelectionKind kind) {
-        Ref<IContextMenu> result;
-        EXPECT_EQ(factory(kind)->CreateInstance(nullptr, IID_IContextMenu, result.out()), S_OK);
-        return result;
+    static Ref<IContextMenu> create(const Ref<IClassFactory>& factory) {
+        return made<IContextMenu>(
+            [&](void** object) { return factory->CreateInstance(nullptr, IID_IContextMenu, object); });
     }
-    // An object that was given the dropped paths.
-    Ref<IContextMenu> extensionFor(SelectionKind kind, std::vector<platform::DropItem> items) {
-        Ref<IContextMenu> result = extension(kind);
-        EXPECT_EQ(initialize(result, std::move(items)), S_OK);
-        return result;
+    // An object for `kind` that was given the dropped paths.
+    Ref<IContextMenu> extension(SelectionKind kind, std::vector<platform::DropItem> items = {}) {
+        Ref<IContextMenu> menu = create(factory(kind));
+        EXPECT_EQ(initialize(menu, std::move(items)), module_.languageLoaded ? S_OK : E_FAIL);
+        return menu;
     }
-    static HRESULT initialize(const Ref<IContextMenu>& extension, std::vector<platform::DropItem> items) {
+    static HRESULT initialize(const Ref<IContextMenu>& menu, std::vector<platform::DropItem> items = {}) {
         Drop drop(std::move(items));
-        Ref<IShellExtInit> init;
-        EXPECT_EQ(extension->QueryInterface(IID_IShellExtInit, init.out()), S_OK);
-        return init->Initialize(nullptr, &drop.data, nullptr);
+        return query<IShellExtInit>(menu, IID_IShellExtInit)->Initialize(nullptr, &drop.data, nullptr);
     }
-    // The result of QueryContextMenu on an empty menu, and how many items it then holds.
-    static std::pair<HRESULT, std::size_t> show(const Ref<IContextMenu>& extension, UINT flags = CMF_NORMAL,
-                                                UINT first = 1000, UINT last = 2000) {
-        const platform::MenuHandle menu = platform::createMenu();
-        const HRESULT result =
-            extension->QueryContextMenu(static_cast<HMENU>(menu.get()), 0, first, last, flags);
-        return {result, host::menu(menu.get()).items.size()};
+    // The number of identifiers used in an empty menu, which then has `shown_` items.
+    HRESULT show(const Ref<IContextMenu>& menu, UINT flags = 0, UINT first = 7, UINT last = 8) {
+        const platform::MenuHandle target = platform::createMenu();
+        const auto used = menu->QueryContextMenu(static_cast<HMENU>(target.get()), 0, first, last, flags);
+        shown_ = host::menu(target.get()).items.size();
+        EXPECT_EQ(shown_ == 0, used == 0);
+        return used;
     }
-    static HRESULT invoke(const Ref<IContextMenu>& extension, UINT_PTR verb) {
+    static HRESULT invoke(const Ref<IContextMenu>& menu, UINT_PTR verb) {
         CMINVOKECOMMANDINFO info = {};
         info.lpVerb = reinterpret_cast<LPCSTR>(verb);
-        return extension->InvokeCommand(&info);
+        return menu->InvokeCommand(&info);
     }
-    static std::u16string help(const Ref<IContextMenu>& extension, UINT_PTR id) {
-        char16_t buffer[100] = u"";
-        const HRESULT result =
-            extension->GetCommandString(id, GCS_HELPTEXTW, nullptr, reinterpret_cast<CHAR*>(buffer), 100);
-        return result == S_OK ? buffer : u"(failed)";
+    static HRESULT help(const Ref<IContextMenu>& menu, UINT_PTR id, char16_t* text, UINT size) {
+        return menu->GetCommandString(id, GCS_HELPTEXTW, nullptr, reinterpret_cast<CHAR*>(text), size);
     }
 
     Module module_;
+    std::size_t shown_ = 0;
 };
 
 }  // namespace nmshell

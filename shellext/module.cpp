@@ -11,11 +11,12 @@ namespace nmshell {
 
 void Module::attach(void* instance) {
     ShellSettings settings;
-    if (!settings.isEnabled())
-        return;
+    const bool enabled = settings.isEnabled();
     bitmaps.setModule(instance);
     folder = folderOf(platform::moduleFileName(instance));
     owlkit::recordApplicationFolder(folder);
+    if (!enabled)
+        return;
     // Without its own folder the module must not take files from wherever the process happens to be.
     languageLoaded = !folder.empty() && owlkit::LoadLanguageFolder(folder + u"langs", texts).empty();
     applyLanguage(settings.language(), u"en");

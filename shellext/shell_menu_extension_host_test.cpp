@@ -1,160 +1,165 @@
 #include "shellext/shell_menu_extension.h"
 
-#include <cstring>
+#include <cstdlib>
+#include <sstream>
 
-#include "contextmenu/commands.h"
 #include "contextmenu/launch_request.h"
+#include "shellext/exports.h"
 #include "shellext/extension_fixture.h"
+
+static std::uint32_t allocationsLeft = 0;  // until one fails; 0: none does
+
+void* operator new(std::size_t size) {
+    if (allocationsLeft != 0 && --allocationsLeft == 0)
+        throw std::bad_alloc();
+    return std::malloc(size != 0 ? size : 1);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
 
 namespace nmshell {
 namespace {
 
-constexpr SelectionKind kFiles = SelectionKind::Files;
-constexpr SelectionKind kBin = SelectionKind::RecycleBin;
+using enum SelectionKind;
 
-class ShellMenuTest : public ExtensionTest {};
+class ShellMenuTest : public ExtensionTest {
+  protected:
+    // `call` with its n-th allocation failing, for every n that there is, and once with none failing.
+    // Settings that cannot be read have their defaults, so a call that reads some may succeed or find itself
+    // off.
+    void walk(const char* name, HRESULT failure, bool readsSettings, const auto& call) {
+        bool reported = false;
+        for (std::uint32_t n = 1, failed = 1; failed != 0; ++n) {
+            const std::int32_t objects = module_.liveObjects;
+            allocationsLeft = n;
+            const HRESULT result = call();
+            failed = std::exchange(allocationsLeft, 0) == 0;
+            reported = reported || (failed && result == failure);
+            const bool defaults = readsSettings && (result >= 0 || result == CLASS_E_CLASSNOTAVAILABLE);
+            ASSERT_TRUE(failed ? result == failure || defaults : result >= 0) << name << n;
+            ASSERT_EQ(module_.liveObjects, objects) << name << n;
+            ASSERT_NE(module_.texts.state(), owlkit::interlang::State::Loading) << name << n;
+        }
+        EXPECT_TRUE(reported) << name;
+    }
+};
 
 TEST_F(ShellMenuTest, KeepsTheRulesOfIdentity) {
-    Ref<IContextMenu> menu = extension(kFiles);
-    EXPECT_EQ(menu->AddRef(), 2u);
-    EXPECT_EQ(menu->Release(), 1u);
-    {
-        Ref<IUnknown> unknown, fromInit;
-        Ref<IShellExtInit> init;
-        Ref<IContextMenu> again;
-        EXPECT_EQ(menu->QueryInterface(IID_IUnknown, unknown.out()), S_OK);
-        EXPECT_EQ(unknown->QueryInterface(IID_IShellExtInit, init.out()), S_OK);
-        EXPECT_EQ(init->QueryInterface(IID_IUnknown, fromInit.out()), S_OK);
-        EXPECT_EQ(init->QueryInterface(IID_IContextMenu, again.out()), S_OK);
-        EXPECT_EQ(static_cast<void*>(unknown.get()), init.get());
-        EXPECT_EQ(unknown.get(), fromInit.get());
-        EXPECT_EQ(again.get(), menu.get());
-        void* other = this;
-        EXPECT_EQ(init->QueryInterface(IID_IClassFactory, &other), E_NOINTERFACE);
-        EXPECT_EQ(other, nullptr);
-        EXPECT_EQ(init->AddRef(), 6u);
-        EXPECT_EQ(menu->Release(), 5u);
-    }
-    EXPECT_EQ(module_.liveObjects, 1);
-    menu.reset();
-    EXPECT_EQ(module_.liveObjects, 0);
+    const Ref<IContextMenu> menu = extension(Files);
+    const auto init = query<IUnknown>(menu, IID_IShellExtInit);
+    EXPECT_EQ(init.get(), query<IUnknown>(menu, IID_IUnknown).get());
+    EXPECT_EQ(init.get(), query<IUnknown>(init, IID_IUnknown).get());
+    EXPECT_EQ(menu.get(), query<IContextMenu>(init, IID_IContextMenu).get());
+    void* other = this;
+    EXPECT_TRUE(init->QueryInterface(IID_IClassFactory, &other) == E_NOINTERFACE && !other);
+    EXPECT_TRUE(init->AddRef() == 3 && menu->Release() == 2 && module_.liveObjects == 1);
 }
 
-TEST_F(ShellMenuTest, RefusesWithoutLanguages) {
+TEST_F(ShellMenuTest, AddsEntriesWhenItMay) {
+    const Ref<IContextMenu> menu = extension(Files, {{u"a"}});
+    for (const UINT flags : {0u, 4u, ~11u, 1u, 2u, 8u, ~0u})
+        EXPECT_EQ(show(menu, flags), flags & 11 ? 0 : 15) << flags;
+    EXPECT_EQ(show(menu, CMF_NORMAL, 7, 7) + show(menu, CMF_NORMAL, 8, 7), 0);
+    EXPECT_TRUE(show(extension(Drives, {{u"D:\\"}})) == 15 && shown_ == 6);
+    setFlag(u"Icons", false);
+    const Ref<IContextMenu> plain = extension(Files, {{u"a", false}, {u"b", false}});
+    module_.bitmaps.clear();
+    EXPECT_TRUE(show(plain) == 15 && host::userInterface().liveBitmaps == 0);
+    EXPECT_TRUE(show(menu) == 15 && host::userInterface().liveBitmaps != 0);  // made while icons were on
+    EXPECT_TRUE(initialize(menu) == S_OK && show(menu) == 0);
     module_.languageLoaded = false;
-    for (const SelectionKind kind : {kFiles, SelectionKind::Drives, kBin}) {
-        const Ref<IContextMenu> object = extension(kind);
-        EXPECT_EQ(initialize(object, {{u"D:\\"}}), E_FAIL);
-        EXPECT_EQ(initialize(object, {{u"D:\\"}}), E_FAIL);
-        EXPECT_EQ(show(object), std::pair(S_OK, std::size_t{0}));
-    }
-    EXPECT_EQ(host::releasedMedia(), 0u);
-}
-
-TEST_F(ShellMenuTest, AddsEntriesWhenTheShellWantsThem) {
-    const Ref<IContextMenu> object = extensionFor(kFiles, {{u"a"}});
-    const struct {
-        UINT flags, first, last;
-        HRESULT result;
-    } kCases[] = {
-        {CMF_NORMAL, 1000, 2000, 15},
-        {CMF_EXPLORE, 1000, 2000, 15},
-        {0xFFFFFFF4, 1000, 2000, 15},
-        {CMF_DEFAULTONLY, 1000, 2000, 0},
-        {CMF_VERBSONLY, 1000, 2000, 0},
-        {CMF_NOVERBS, 1000, 2000, 0},
-        {0xFFFFFFFF, 1000, 2000, 0},
-        {0, 7, 7, 0},
-        {0, 8, 7, 0},
-        {0, 7, 8, 15},
-    };
-    for (const auto& c : kCases)
-        EXPECT_EQ(show(object, c.flags, c.first, c.last),
-                  std::pair(c.result, std::size_t{c.result ? 4u : 0u}))
-            << c.flags << ' ' << c.first << ' ' << c.last;
-    EXPECT_EQ(initialize(object, {}), S_OK);
-    EXPECT_EQ(show(object), std::pair(S_OK, std::size_t{0}));
-    EXPECT_EQ(initialize(object, {{u"a", false}, {u"b", false}}), S_OK);
-    EXPECT_EQ(show(object), std::pair(HRESULT{15}, std::size_t{4}));
+    const Ref<IContextMenu> refused = extension(RecycleBin);
+    EXPECT_EQ(show(refused) + show(plain), 0);
+    module_.languageLoaded = true;
+    EXPECT_TRUE(show(refused) == 0 && show(plain) == 15);
 }
 
 TEST_F(ShellMenuTest, IsSilentWhileARecycleBinMenuLives) {
-    Ref<IContextMenu> bin = extension(kBin);
-    Ref<IContextMenu> files = extensionFor(kFiles, {{u"a"}});
-    Ref<IContextMenu> secondBin = extension(kBin);
-    EXPECT_EQ(show(bin, CMF_DEFAULTONLY).first, 0);
-    EXPECT_EQ(show(files).first, 15);
-    EXPECT_EQ(show(bin).first, 15);
-    for (const Ref<IContextMenu>* const object : {&bin, &files, &secondBin})
-        EXPECT_EQ(show(*object), std::pair(S_OK, std::size_t{0}));
-    secondBin.reset();
-    EXPECT_EQ(show(files).first, 0);
+    Ref<IContextMenu> bin = extension(RecycleBin), other = extension(RecycleBin);
+    const Ref<IContextMenu> files = extension(Files, {{u"a"}});
+    EXPECT_TRUE(show(bin, CMF_DEFAULTONLY) == 0 && show(files) == 15 && show(bin) == 15);
+    EXPECT_EQ(show(bin) + show(other) + show(files), 0);
+    other.reset();
+    EXPECT_EQ(show(files), 0);
     bin.reset();
-    EXPECT_EQ(show(files).first, 15);
-}
-
-TEST_F(ShellMenuTest, ReadsTheIconSettingWhenItIsMade) {
-    const Ref<IContextMenu> with = extensionFor(kFiles, {{u"a"}});
-    setFlag(u"Icons", 0);
-    const Ref<IContextMenu> without = extensionFor(kFiles, {{u"a"}});
-    show(without);
-    EXPECT_TRUE(host::userInterface().loads.empty());
-    show(with);
-    EXPECT_FALSE(host::userInterface().loads.empty());
+    EXPECT_EQ(show(files), 15);
 }
 
 TEST_F(ShellMenuTest, GivesHelpTextsThatFit) {
-    const Ref<IContextMenu> object = extension(kFiles);
-    const char16_t* const kTexts[] = {u"FILES",     u"DRIVE",       u"CLEAN_DRIVE", u"DRIVE_TRASH",
-                                      u"ALL_TRASH", u"DRIVE_TRASH", u"ALL_TRASH",   u"STANDALONE",
-                                      u"SWAP",      u"OPTIONS",     u"HELP",        u"UPDATE",
-                                      u"REGISTER",  u"UPGRADE",     u"ABOUT"};
-    for (std::uint32_t id = 0; id < kCommandCount; ++id) {
-        SCOPED_TRACE(id);
-        const bool wipes = id <= 8 && id != 2 && id != 7;
-        const std::u16string text = std::u16string(u"CXT_MENU_") + (wipes ? u"WIPE_" : u"") + kTexts[id];
-        std::u16string buffer(text.size() + 1, u'#');
-        CHAR* const bytes = reinterpret_cast<CHAR*>(buffer.data());
-        const UINT size = static_cast<UINT>(buffer.size());
-        EXPECT_EQ(object->GetCommandString(id, GCS_HELPTEXTW, nullptr, bytes, size - 1), E_FAIL);
-        EXPECT_EQ(buffer, std::u16string(text.size() + 1, u'#'));
-        EXPECT_EQ(object->GetCommandString(id, GCS_HELPTEXTW, nullptr, bytes, size), S_OK);
-        EXPECT_EQ(buffer, text + u'\0');
+    const Ref<IContextMenu> menu = extension(Files);
+    std::istringstream keys(
+        "WIPE_FILES WIPE_DRIVE CLEAN_DRIVE WIPE_DRIVE_TRASH WIPE_ALL_TRASH WIPE_DRIVE_TRASH WIPE_ALL_TRASH "
+        "STANDALONE WIPE_SWAP OPTIONS HELP UPDATE REGISTER UPGRADE ABOUT");
+    std::string key;
+    char16_t buffer[100] = u"";
+    UINT_PTR id = 0;
+    for (; keys >> key; ++id) {
+        const std::u16string text = platform::fromHostName("CXT_MENU_" + key);
+        const UINT room = static_cast<UINT>(text.size()) + 1;
+        buffer[0] = buffer[room] = u'#';
+        EXPECT_EQ(help(menu, id, buffer, room - 1), E_FAIL);
+        EXPECT_EQ(buffer[0], u'#');
+        EXPECT_EQ(help(menu, id, buffer, room), S_OK);
+        EXPECT_EQ(std::u16string_view(buffer, room + 1), text + u'\0' + u'#');
         for (const UINT type : {0u, 1u, 2u, 4u, 7u, 0x80000005u})
-            EXPECT_EQ(object->GetCommandString(id, type, nullptr, bytes, size), E_FAIL) << type;
-        EXPECT_EQ(object->GetCommandString(id, GCS_VALIDATEW, nullptr, nullptr, 0), id == 0 ? S_OK : S_FALSE);
+            EXPECT_EQ(menu->GetCommandString(id, type, nullptr, reinterpret_cast<CHAR*>(buffer), 99), E_FAIL);
+        EXPECT_EQ(menu->GetCommandString(id, GCS_VALIDATEW, nullptr, nullptr, 0), id == 0 ? S_OK : S_FALSE);
     }
-    for (const UINT_PTR id : {UINT_PTR{15}, UINT_PTR{0x10000}, UINT_PTR{0x100000000}, ~UINT_PTR{0}})
-        EXPECT_EQ(help(object, id), u"(failed)");
-    module_.texts.BeginLoad();
-    module_.texts.SetKey(u"CXT_MENU_HELP");
-    module_.texts.SetLanguage(u"en");
-    module_.texts.AddText(u"");
-    module_.texts.EndLoad();
-    EXPECT_EQ(help(object, 10), u"(failed)");
-    EXPECT_EQ(object->GetCommandString(7, GCS_HELPTEXTW, nullptr, nullptr, 100), E_FAIL);
+    for (const UINT_PTR other : {id, UINT_PTR{0x10000}, UINT_PTR{0x100000000}, ~UINT_PTR{0}})
+        EXPECT_EQ(help(menu, other, buffer, 99), E_FAIL);
 }
 
 TEST_F(ShellMenuTest, InvokesByOffsetOnly) {
-    const Ref<IContextMenu> object = extensionFor(kFiles, {{std::u16string(600, u'a')}, {u"gone", false}});
-    EXPECT_EQ(object->InvokeCommand(nullptr), E_FAIL);
-    for (const UINT_PTR verb :
-         {UINT_PTR{15}, UINT_PTR{0xFFFF}, UINT_PTR{0x10000}, reinterpret_cast<UINT_PTR>("open")})
-        EXPECT_EQ(invoke(object, verb), E_FAIL) << verb;
+    const Ref<IContextMenu> menu = extension(Files, {{std::u16string(600, u'a')}, {u"gone", false}});
+    EXPECT_EQ(menu->InvokeCommand(nullptr), E_FAIL);
+    for (const UINT_PTR verb : {UINT_PTR{15}, UINT_PTR{0xFFFF}, reinterpret_cast<UINT_PTR>("open")})
+        EXPECT_EQ(invoke(menu, verb), E_FAIL) << verb;
     EXPECT_TRUE(platform::shellStarts().empty());
     platform::setShellExecuteResult(5);
-    EXPECT_EQ(invoke(object, 0), S_OK);
-    const platform::ShellStart& start = platform::shellStarts().at(0);
-    EXPECT_EQ(start.file, u"C:\\App\\nmark.exe");
-    const std::size_t file = start.parameters.find(u"-tfn ");
-    ASSERT_NE(file, std::u16string::npos);
-    EXPECT_TRUE(start.parameters.ends_with(u"tfn_db710640.nmark"));
+    EXPECT_EQ(invoke(menu, 0), S_OK);
+    EXPECT_TRUE(lastStart().starts_with(u"open|C:\\App\\nmark.exe|-cmd 101 -cent "));
     LaunchRequest request;
-    parseArguments({u"-tfn", start.parameters.substr(file + 5)}, request);
+    parseArguments({u"-tfn", folder() + u"tfn_db710640.nmark"}, request);
     EXPECT_EQ(request.data, std::u16string(600, u'a') + u'\0');
-    EXPECT_EQ(module_.handoverCounter, 1u);
-    EXPECT_EQ(invoke(extensionFor(kFiles, {{std::u16string(600, u'b')}}), 0), S_OK);
-    EXPECT_EQ(module_.handoverCounter, 2u);
+    EXPECT_EQ(invoke(extension(Files, {{std::u16string(600, u'b')}}), 0), S_OK);
+    EXPECT_TRUE(lastStart().ends_with(u"tfn_c9298960.nmark"));
+}
+
+TEST_F(ShellMenuTest, SurvivesEveryFailedAllocation) {
+    set(u"Language", u"a language name that is long");
+    walk("DllMain", -1, true,
+         [&] { return DllMain(reinterpret_cast<HINSTANCE>(this), DLL_PROCESS_ATTACH, nullptr) - 1; });
+    const Ref<IClassFactory> held = factory(Files);
+    void* object = nullptr;
+    const auto released = [&](HRESULT result) {
+        const Ref<IUnknown> owned(static_cast<IUnknown*>(object));
+        return result;
+    };
+    walk("getClassObject", E_OUTOFMEMORY, true,
+         [&] { return released(getClassObject(module_, kClasses[0], IID_IUnknown, &object)); });
+    walk("CreateInstance", E_OUTOFMEMORY, true,
+         [&] { return released(held->CreateInstance(nullptr, IID_IUnknown, &object)); });
+    const Ref<IContextMenu> menu = extension(Files);
+    const auto init = query<IShellExtInit>(menu, IID_IShellExtInit);
+    Drop drop({{u"D:\\a path that is longer than short"}, {std::u16string(600, u'p')}});
+    walk("Initialize", E_FAIL, false, [&] { return init->Initialize(nullptr, &drop.data, nullptr); });
+    EXPECT_EQ(drop.data.references(), 0u);
+    for (const SelectionKind kind : {Files, Drives, RecycleBin})
+        walk("QueryContextMenu", E_FAIL, false, [&] {
+            const std::uint32_t walking = std::exchange(allocationsLeft, 0);
+            const Ref<IContextMenu> fresh = extension(kind, {{u"D:\\"}});
+            const platform::MenuHandle target = platform::createMenu();
+            allocationsLeft = walking;
+            return fresh->QueryContextMenu(static_cast<HMENU>(target.get()), 0, 1, 100, CMF_NORMAL);
+        });
+    for (const UINT_PTR offset : {0, 1, 7, 10, 11})
+        walk("InvokeCommand", E_FAIL, false, [&] { return invoke(menu, offset); });
+    char16_t text[100];
+    walk("GetCommandString", E_FAIL, false, [&] { return help(menu, 4, text, 100); });
 }
 
 }  // namespace

@@ -22,9 +22,8 @@ struct Module {
     BitmapCache bitmaps;
     std::u16string folder;  // of the module, with a trailing separator
 
-    // Remembers the module (HINSTANCE) and its folder, loads every language file of the folder "langs" in it
-    // and applies the language setting with "en" as the primary language. Nothing at all when the extension
-    // is switched off.
+    // Remembers the module (HINSTANCE) and its folder. Unless the extension is switched off, loads every
+    // language file of the folder "langs" in it and applies the language setting, "en" being primary.
     void attach(void* instance);
 
     // Deletes the menu bitmaps and forgets that languages were loaded. Nothing when the extension is switched

@@ -166,6 +166,27 @@ TEST_F(MenuTest, GoesOnAfterFailures) {
     }
 }
 
+// Positions are planned: what follows a lost entry does not move up. A text of two dashes is a separator
+// anywhere.
+TEST_F(MenuTest, KeepsPlannedPositions) {
+    const platform::MenuHandle menu = platform::createMenu();
+    MenuInserter inserter(1000, false, bitmaps_);
+    inserter.insert(menu.get(), 0,
+                    {{u"first", 7, kNoBitmap, false, false, {}}, {u"last", 8, kNoBitmap, false, false, {}}});
+    fault::arm("InsertMenuItemW", 1, platform::kErrorNotEnoughMemory);
+    inserter.insert(menu.get(), 1,
+                    {{u"lost", 0, kNoBitmap, false, false, {}},
+                     {u"kept", 1, kNoBitmap, false, false, {}},
+                     {u"--", 2, kNoBitmap, false, false, {}}});
+    const auto& items = host::menu(menu.get()).items;
+    ASSERT_EQ(items.size(), 4u);
+    EXPECT_EQ(items[1].text, u"last");
+    EXPECT_EQ(items[2].text, u"kept");
+    EXPECT_EQ(items[3].request.type, platform::kTypeSeparator);
+    EXPECT_FALSE(items[3].request.hasText);
+    EXPECT_EQ(items[3].request.id, 1002u);
+}
+
 TEST_F(MenuTest, LoadsEachBitmapOnce) {
     host::UserInterface& ui = host::userInterface();
     ui.smallIconHeight = 20;

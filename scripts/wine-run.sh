@@ -7,6 +7,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 export WINEPREFIX="${WINEPREFIX:-$root/build/wineprefix}"
 export WINEDEBUG="${WINEDEBUG:--all}"
 export WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-mscoree,mshtml=}"
+# Wine names files in the locale's charset; in the plain C locale it could not make one with an umlaut.
+[ "$(locale charmap 2>/dev/null)" = UTF-8 ] || export LC_ALL=C.UTF-8
 export WINESERVER="${WINESERVER:-/usr/lib/wine/wineserver64}"
 wine=/usr/lib/wine/wine64
 [ -x "$wine" ] || wine=wine64

@@ -1,13 +1,17 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that building and testing need, those that are missing only: install-packages.sh
+# Installs the Debian packages that building and testing need, those that are missing only, and the ones named:
+# install-packages.sh [PACKAGE ...]
 set -euo pipefail
 
 packages=(
   cmake ninja-build g++ python3 git
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64   # the Windows build
-  googletest libbenchmark-dev nlohmann-json3-dev libcli11-dev
+  googletest libbenchmark-dev nlohmann-json3-dev libcli11-dev libboost-dev
+  gettext translate-toolkit                              # checks of exported translations
+  wixl msitools                                          # the installer
   wine64 fonts-wine fonts-liberation xvfb                # running it, and the pictures of menus
 )
+packages+=("$@")
 
 missing=()
 for package in "${packages[@]}"; do

@@ -26,7 +26,7 @@ if(WIN32)
   # Nothing may lie beside the DLL, so the runtime libraries are linked in.
   add_link_options(-static -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
   add_compile_options(-ffunction-sections -fdata-sections)
-  add_link_options(-Wl,--gc-sections)
+  add_link_options(-Wl,--gc-sections "$<$<NOT:$<CONFIG:Debug>>:-s>")
 endif()
 
 # nmshell_library(NAME SOURCES ... DEPENDS ...): one static library of our own code.

@@ -66,6 +66,22 @@ class WineTest(unittest.TestCase):
             raise AssertionError(f"reg {arguments}: {finished.stdout}{finished.stderr}")
         return finished.stdout
 
+    def registry(self):
+        """The registry as a set of (key, value line); a key without values counts with an empty line."""
+        result = set()
+        for root in ("HKLM\\Software", "HKCU\\Software"):
+            file = self.work / "dump.reg"
+            file.unlink(missing_ok=True)
+            self.assertEqual(self.wine("reg", "export", root, windows_path(file), "/y").returncode, 0)
+            key = ""
+            for line in file.read_text(encoding="utf-16").replace("\\\n", "").splitlines():
+                if line.startswith("["):
+                    key = line.strip("[]").lower()
+                    result.add((key, ""))
+                elif line:
+                    result.add((key, line))
+        return result
+
     def rightclick(self, *arguments, **environment):
         """The client's JSON for a selection."""
         finished = self.wine("rightclick.exe", "--json", *arguments, **environment)

@@ -57,6 +57,10 @@ std::uint32_t windowsDirectory(char16_t* buffer, std::uint32_t size) {
     return GetWindowsDirectoryW(wide(buffer), size);
 }
 
+void notifyAssociationsChanged() {
+    SHChangeNotify(SHCNE_ASSOCCHANGED, SHCNF_IDLIST, nullptr, nullptr);
+}
+
 // The locked memory and where its items are.
 struct DropList::Block {
     struct Item {
@@ -135,9 +139,6 @@ struct DropList::Block {
 };
 
 DropList::DropList(std::unique_ptr<Block> block) noexcept : block_(std::move(block)) {}
-void notifyAssociationsChanged() {
-    SHChangeNotify(SHCNE_ASSOCCHANGED, SHCNF_IDLIST, nullptr, nullptr);
-}
 
 DropList::DropList(DropList&& other) noexcept = default;
 DropList& DropList::operator=(DropList&& other) noexcept = default;

@@ -6,8 +6,6 @@
 namespace nmshell {
 namespace {
 
-constexpr std::u16string_view kProductName = u"Nullmark";
-
 constexpr std::uint32_t kElevationUnsplit = 0;
 constexpr std::uint32_t kElevationFull = 2;
 

@@ -13,6 +13,9 @@ namespace nmshell {
 
 inline constexpr std::uint32_t kNoCommand = 0xFFFFFFFF;
 
+// Put in place of %1 in the two entries that name the product.
+inline constexpr std::u16string_view kProductName = u"Nullmark";
+
 // An entry with this text is a separator, wherever the text comes from.
 inline constexpr std::u16string_view kSeparatorText = u"--";
 

@@ -34,7 +34,7 @@ int hexValue(std::u16string_view text, std::size_t count) {
     return value;
 }
 
-// What the escape at the start of `text` (a backslash, then no backslash) stands for, or -1; `length` is what
+// What the escape at the start of `text` (a backslash, then anything) stands for, or -1; `length` is what
 // it takes.
 int escapeValue(std::u16string_view text, std::size_t& length) {
     length = 2;
@@ -85,6 +85,16 @@ void decodeEscapes(std::u16string& text) {
     if (from < text.size())
         text[to++] = text[from];
     text.resize(to);
+}
+
+std::size_t findBrokenEscape(std::u16string_view text) {
+    std::size_t length = 0;
+    for (std::size_t at = text.find(u'\\'); at != std::u16string_view::npos;
+         at = text.find(u'\\', at + length)) {
+        if (at + 1 == text.size() || escapeValue(text.substr(at), length) < 0)
+            return at;
+    }
+    return std::u16string_view::npos;
 }
 
 std::u16string encodeEscapes(std::u16string_view text, EscapeMode mode) {

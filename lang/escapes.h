@@ -7,6 +7,7 @@
 // Example: the text line  TEXT: Wipe\n\x20now  holds "Wipe", a line break, a space and "now".
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,9 @@ namespace owlkit {
 // with the character behind the run, \x or \u with too few digits, and a backslash at the very end. A decoded
 // code unit is not looked at again.
 void decodeEscapes(std::u16string& text);
+
+// Where in `text` the first backslash stands that starts no escape, or std::u16string_view::npos.
+std::size_t findBrokenEscape(std::u16string_view text);
 
 enum class EscapeMode {
     File,  // the form of language files: the letters above, and \x20 for spaces at either end; all else stays

@@ -5,6 +5,8 @@
 namespace owlkit {
 namespace {
 
+constexpr std::size_t npos = std::u16string_view::npos;
+
 std::u16string decoded(std::u16string text) {
     decodeEscapes(text);
     return text;
@@ -41,6 +43,20 @@ TEST(Escapes, Encode) {
         ASSERT_EQ(decoded(encodeEscapes(text)), text);
         ASSERT_EQ(decoded(encodeEscapes(text, EscapeMode::Ascii)), text);
     }
+}
+
+TEST(Escapes, FindBroken) {
+    const struct Case {
+        const char16_t* text;
+        std::size_t place;
+    } cases[] = {
+        {u"", npos},      {u"\\n\\x5C\\u20acx\\0", npos},
+        {u"a\\d", 1},     {u"\\n\\", 2},
+        {u"\\n\\\\n", 2}, {u"\\x2", 0},
+        {u"\\u20G0", 0},  {u"\\x5C\\N", 4},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(findBrokenEscape(c.text), c.place);
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 namespace owlkit {
 
 class ByteStream;
+class ReadObserver;
 
 // What Find does when a key has no text in the language asked for.
 enum class NotFoundMode : std::uint32_t {
@@ -71,8 +72,8 @@ class interlang {
     // Loading: reads a language file from the stream's position to its end. False on a syntax error or a
     // failed read, with the number of that line in `line` (0xFFFFFFFF when the stream could not be prepared);
     // what came before it stays in the table. After true, `line` is the number of lines. The stream's
-    // settings are the same afterwards.
-    bool Parse(ByteStream& stream, std::uint32_t& line);
+    // settings are the same afterwards. An `observer` is told what is read (lang/read_observer.h).
+    bool Parse(ByteStream& stream, std::uint32_t& line, ReadObserver* observer = nullptr);
 
     // Built: writes one language, or with an empty name all in the order of the language list. With a
     // reference language that exists, each entry is preceded by a comment with its text in that language.

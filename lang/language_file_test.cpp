@@ -4,6 +4,7 @@
 
 #include "foundation/stream/memory_stream.h"
 #include "lang/interlang.h"
+#include "lang/read_observer.h"
 
 namespace owlkit {
 namespace {
@@ -81,6 +82,26 @@ TEST(LanguageFile, Read) {
         EXPECT_EQ(line, c.line);
         EXPECT_EQ(dump(table), c.entries);
     }
+}
+
+TEST(LanguageFile, TellsAnObserverWhereTextsStand) {
+    struct Recorder final : ReadObserver {
+        void opening(std::u16string_view line) override { told.append(line).append(u"\n"); }
+        void stored(const StoredText& text) override {
+            told += static_cast<char16_t>(u'0' + text.line);
+            for (const std::u16string_view part : {text.key, text.language, text.written})
+                told.append(u"|").append(part);
+            told += u'\n';
+        }
+        std::u16string told;
+    } recorder;
+    const std::string file = " # a\n\nLANG: e\n# no\nKEY: k\nTEXT: 1\\n\n 2\nKEY: l\nTEXT:";
+    MemoryStream stream(file.data(), file.size());
+    interlang table;
+    std::uint32_t line = 0;
+    table.BeginLoad();
+    EXPECT_TRUE(table.Parse(stream, line, &recorder));
+    EXPECT_EQ(recorder.told, u"# a\n\n6|k|e|1\\n 2\n9|l|e|\n");
 }
 
 TEST(LanguageFile, LongLinesAndTwoStreamsInOneLoad) {

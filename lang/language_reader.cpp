@@ -4,6 +4,7 @@
 #include "foundation/text/text.h"
 #include "lang/interlang.h"
 #include "lang/kept_settings.h"
+#include "lang/read_observer.h"
 
 namespace owlkit {
 namespace {
@@ -20,18 +21,26 @@ bool isComment(std::u16string_view line) {
 // The grammar of language files, fed one line at a time.
 class interlang::Reader {
   public:
-    explicit Reader(interlang& table) : table_(table) {}
+    Reader(interlang& table, ReadObserver* observer) : table_(table), observer_(observer) {}
 
     // False on a syntax error. `atEnd` tells that this is the last line.
-    bool line(std::u16string_view text, bool atEnd) {
+    bool line(std::u16string_view text, std::uint32_t number, bool atEnd) {
         text = trim(text);
-        if (!text.empty() && !isComment(text) && !record(text))
+        number_ = number;
+        if (text.empty() || isComment(text))
+            tellOpening(text);
+        else if (!record(text))
             return false;
         return last_ == Record::None || commit(atEnd);
     }
 
   private:
     enum class Record { None, Key, Language, Text };
+
+    void tellOpening(std::u16string_view text) {
+        if (observer_ != nullptr && last_ == Record::None)
+            observer_->opening(text);
+    }
 
     bool record(std::u16string_view text) {
         if (text.starts_with(u"KEY:"))
@@ -62,6 +71,7 @@ class interlang::Reader {
             return false;
         text_ = payload;
         textPending_ = true;
+        textLine_ = number_;
         last_ = Record::Text;
         return true;
     }
@@ -103,19 +113,24 @@ class interlang::Reader {
         if (table_.currentKey_.empty() || table_.currentLanguage_.empty())
             return false;
         textPending_ = false;
+        if (observer_ != nullptr)
+            observer_->stored({textLine_, table_.currentKey_, table_.currentLanguage_, text_});
         table_.store(std::exchange(text_, {}));
         return true;
     }
 
     interlang& table_;
+    ReadObserver* observer_;
+    std::uint32_t number_ = 0;
     Record last_ = Record::None;
     std::u16string key_;       // pending while not empty
     std::u16string language_;  // pending while not empty
     std::u16string text_;
     bool textPending_ = false;  // a pending text may be empty
+    std::uint32_t textLine_ = 0;
 };
 
-bool interlang::Parse(ByteStream& stream, std::uint32_t& line) {
+bool interlang::Parse(ByteStream& stream, std::uint32_t& line, ReadObserver* observer) {
     requireLoading();
     line = 0;
     const KeptSettings kept(stream);
@@ -124,12 +139,12 @@ bool interlang::Parse(ByteStream& stream, std::uint32_t& line) {
         return false;
     }
     stream.setStringTerminator(kLf);
-    Reader reader(*this);
+    Reader reader(*this, observer);
     std::u16string text;
     while (!stream.atEnd()) {
         ++line;
         const bool stuck = stream.readText(text) == 0 && !stream.atEnd();
-        if (stuck || !reader.line(text, stream.atEnd()))
+        if (stuck || !reader.line(text, line, stream.atEnd()))
             return false;
     }
     return true;

@@ -1,0 +1,13 @@
+#include "platform/terminal.h"
+
+#include <unistd.h>
+
+#include "platform/host/fault.h"
+
+namespace platform {
+
+bool prepareTerminal() {
+    return fault::next("GetConsoleMode") == kSuccess && isatty(STDOUT_FILENO) != 0;
+}
+
+}  // namespace platform

@@ -1,0 +1,167 @@
+#include "tools/interlang/check.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "lang/loading_scope.h"
+#include "tools/interlang/menu_levels.h"
+#include "tools/interlang/text.h"
+#include "tools/interlang/text_checks.h"
+
+namespace translators {
+namespace {
+
+constexpr std::u16string_view kLanguageKey = u"LANGUAGE";  // its text is the language's own name
+
+std::u16string_view withoutRegion(std::u16string_view language) {
+    return language.substr(0, language.find_first_of(u"-_"));
+}
+
+class Checker {
+  public:
+    Checker(LanguageFiles& files, const Reference& reference, const std::set<Check>& wanted)
+        : files_(files), reference_(reference), wanted_(wanted) {}
+
+    CheckResult run() {
+        for (const LanguageFile& file : files_.files())
+            checkFile(file);
+        for (const std::u16string& language : files_.languages())
+            checkLanguage(language, *files_.texts(language));
+        sort();
+        if (wanted_.contains(Check::Consistency))
+            checkConsistency();
+        for (const Finding& finding : result_.findings)
+            ++(kindOf(finding.check).error ? result_.errors : result_.warnings);
+        return std::move(result_);
+    }
+
+  private:
+    void add(Finding finding) {
+        if (wanted_.contains(finding.check))
+            result_.findings.push_back(std::move(finding));
+    }
+
+    void add(Check check, std::u16string_view language, std::u16string_view key, const Text& text,
+             std::string message) {
+        add({check, files_.files()[text.file].path, text.line, std::u16string(language), std::u16string(key),
+             std::move(message)});
+    }
+
+    void checkFile(const LanguageFile& file) {
+        for (const std::uint32_t line : file.invalidLines)
+            add({Check::Utf8, file.path, line, {}, {}, "bytes that are not UTF-8"});
+        if (file.syntaxError)
+            add({Check::Syntax, file.path, *file.syntaxError, {}, {}, "syntax error; nothing below is read"});
+        for (const ReplacedText& text : file.replaced)
+            add({Check::Repeated, file.path, text.line, text.language, text.key,
+                 "replaces the text of line " + std::to_string(text.formerLine)});
+        for (const auto& [language, texts] : file.texts) {
+            for (const auto& [key, text] : texts)
+                checkText(language, key, text);
+        }
+    }
+
+    void checkText(std::u16string_view language, std::u16string_view key, const Text& text) {
+        if (const std::size_t at = owlkit::findBrokenEscape(text.written); at != std::u16string_view::npos)
+            add(Check::Escapes, language, key, text,
+                "no escape: " + utf8(text.written.substr(at, 6)) + " (a backslash is written as \\x5C)");
+        if (!isBlank(text.text) && hasOuterBlanks(text.text))
+            add(Check::Blanks, language, key, text, "begins or ends with a blank or a control character");
+        const auto reference = reference_.texts.find(key);
+        const bool known = reference != reference_.texts.end();
+        const bool isReference = language == reference_.code;
+        if (isBlank(text.text) && (isReference || !known || !isBlank(reference->second.text)))
+            add(Check::Empty, language, key, text, "empty");
+        else if (known && !isReference)
+            compare(language, key, text, reference->second.text);
+    }
+
+    void compare(std::u16string_view language, std::u16string_view key, const Text& text,
+                 std::u16string_view reference) {
+        if (std::string difference = placeholderDifference(text.text, reference); !difference.empty())
+            add(Check::Placeholders, language, key, text, std::move(difference));
+        if (text.text == reference && withoutRegion(language) != withoutRegion(reference_.code) &&
+            (key == kLanguageKey || !isInternational(reference)))
+            add(Check::Untranslated, language, key, text,
+                "as in " + utf8(reference_.code) + ": " + quoted(reference));
+    }
+
+    void checkLanguage(const std::u16string& language, const Texts& texts) {
+        if (language != reference_.code)
+            compareKeys(language, texts);
+        if (wanted_.contains(Check::AcceleratorTwice) || wanted_.contains(Check::AcceleratorMissing))
+            checkAccelerators(language, texts);
+    }
+
+    // What is missing is told at the place where the language's texts end.
+    void compareKeys(const std::u16string& language, const Texts& texts) {
+        const Text* last = nullptr;
+        for (const auto& [key, text] : texts) {
+            if (last == nullptr || std::pair(text.file, text.line) > std::pair(last->file, last->line))
+                last = &text;
+            if (!reference_.texts.contains(key))
+                add(Check::Obsolete, language, key, text, "not in " + utf8(reference_.code));
+        }
+        for (const auto& [key, text] : reference_.texts) {
+            if (!texts.contains(key))
+                add(Check::Missing, language, key, *last,
+                    "missing; " + utf8(reference_.code) + ": " + quoted(text.text));
+        }
+    }
+
+    void checkAccelerators(const std::u16string& language, const Texts& texts) {
+        files_.setLanguages(language, {});
+        // The same entries stand in several menus.
+        std::set<std::pair<std::u16string, std::u16string>> told;
+        for (const MenuLevel& level : menuLevels(files_.table())) {
+            std::map<char16_t, const LevelEntry*> taken;
+            for (const LevelEntry& entry : level) {
+                const auto text = texts.find(entry.key);
+                if (text == texts.end())
+                    continue;
+                const char16_t letter = accelerator(entry.text);
+                if (letter == 0) {
+                    if (!isBlank(entry.text) && told.emplace(entry.key, u"").second)
+                        add(Check::AcceleratorMissing, language, entry.key, text->second,
+                            "no accelerator in " + quoted(entry.text));
+                    continue;
+                }
+                const auto [other, isFree] = taken.try_emplace(letter, &entry);
+                if (!isFree && told.emplace(other->second->key, entry.key).second)
+                    add(Check::AcceleratorTwice, language, entry.key, text->second,
+                        "accelerator " + quoted({&letter, 1}) + " is in the same menu that of " +
+                            utf8(other->second->key) + ", line " +
+                            std::to_string(texts.find(other->second->key)->second.line));
+            }
+        }
+    }
+
+    void sort() {
+        const auto place = [this](const Finding& finding) {
+            const auto file = std::ranges::find(files_.files(), finding.path, &LanguageFile::path);
+            return std::pair(file - files_.files().begin(), finding.line);
+        };
+        std::ranges::stable_sort(result_.findings, {}, place);
+    }
+
+    void checkConsistency() {
+        std::u16string report;
+        if (files_.table().CheckConsistency(report, 0))
+            return;
+        result_.consistencyReport = utf8(report);
+        add({Check::Consistency, {}, 0, {}, {}, "some keys do not have a text in every language"});
+    }
+
+    LanguageFiles& files_;
+    const Reference& reference_;
+    const std::set<Check>& wanted_;
+    CheckResult result_;
+};
+
+}  // namespace
+
+CheckResult check(LanguageFiles& files, const Reference& reference, const std::set<Check>& wanted) {
+    return Checker(files, reference, wanted).run();
+}
+
+}  // namespace translators

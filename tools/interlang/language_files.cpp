@@ -1,0 +1,136 @@
+#include "tools/interlang/language_files.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "foundation/stream/file_stream.h"
+#include "foundation/stream/memory_stream.h"
+#include "foundation/text/text.h"
+#include "lang/loading_scope.h"
+#include "lang/read_observer.h"
+#include "platform/file.h"
+#include "tools/interlang/text.h"
+#include "tools/interlang/text_checks.h"
+
+namespace translators {
+namespace {
+
+class Recorder final : public owlkit::ReadObserver {
+  public:
+    Recorder(LanguageFile& file, std::size_t index) : file_(file), index_(index) {}
+
+    void opening(std::u16string_view line) override { file_.opening.emplace_back(line); }
+
+    void stored(const owlkit::StoredText& stored) override {
+        const std::u16string language(stored.language);
+        if (std::ranges::find(file_.languages, language) == file_.languages.end())
+            file_.languages.push_back(language);
+        Text text{std::u16string(stored.written), decoded(stored.written), index_, stored.line};
+        const auto [place, isNew] = file_.texts[language].try_emplace(std::u16string(stored.key));
+        if (!isNew)
+            file_.replaced.push_back({place->first, language, stored.line, place->second.line});
+        place->second = std::move(text);
+    }
+
+  private:
+    LanguageFile& file_;
+    std::size_t index_;
+};
+
+std::vector<std::uint32_t> invalidLines(std::string_view bytes) {
+    std::vector<std::uint32_t> lines;
+    if (bytes.starts_with("\xFE\xFF") || bytes.starts_with("\xFF\xFE"))
+        return lines;
+    for (std::uint32_t number = 1; !bytes.empty(); ++number) {
+        const std::size_t length = std::min(bytes.find('\n'), bytes.size() - 1) + 1;
+        if (!isUtf8(bytes.substr(0, length)))
+            lines.push_back(number);
+        bytes.remove_prefix(length);
+    }
+    return lines;
+}
+
+std::u16string folderOf(const std::u16string& path) {
+    const std::u16string separators{u'/', platform::kPathSeparator};
+    return path.substr(0, path.find_last_of(separators) + 1);
+}
+
+}  // namespace
+
+std::string readBytes(const std::u16string& path) {
+    owlkit::FileStream file;
+    if (!file.open(path, owlkit::kOpenRead))
+        throw Failure("cannot open " + utf8(path));
+    std::string bytes(static_cast<std::size_t>(file.size()), '\0');
+    if (!bytes.empty() && file.read(bytes.data(), bytes.size()) != bytes.size())
+        throw Failure("cannot read " + utf8(path));
+    return bytes;
+}
+
+void writeBytes(const std::u16string& path, const std::string& bytes) {
+    owlkit::FileStream file;
+    if (!file.open(path, owlkit::kCreateWrite) ||
+        (!bytes.empty() && file.write(bytes.data(), bytes.size()) != bytes.size()))
+        throw Failure("cannot write " + utf8(path));
+}
+
+LanguageFiles::LanguageFiles(const std::vector<std::u16string>& paths) {
+    files_.reserve(paths.size());
+    for (const std::u16string& path : paths)
+        read(path);
+    setLanguages({}, {});
+}
+
+void LanguageFiles::read(const std::u16string& path) {
+    LanguageFile& file = files_.emplace_back();
+    file.path = path;
+    file.bytes = readBytes(path);
+    file.invalidLines = invalidLines(file.bytes);
+    Recorder recorder(file, files_.size() - 1);
+    owlkit::MemoryStream content(file.bytes.data(), file.bytes.size());
+    const owlkit::LoadingScope loading(table_);
+    std::uint32_t line = 0;
+    if (!table_.Parse(content, line, &recorder))
+        file.syntaxError = line;
+    for (const auto& [language, texts] : file.texts) {
+        for (const auto& [key, text] : texts)
+            texts_[language].insert_or_assign(key, text);
+    }
+}
+
+void LanguageFiles::setLanguages(std::u16string_view active, std::u16string_view primary) {
+    const owlkit::LoadingScope loading(table_);
+    table_.SetLanguages(active, primary);
+}
+
+std::vector<std::u16string> LanguageFiles::languages() const {
+    std::vector<std::u16string> names;
+    table_.GetLanguages(names);
+    return names;
+}
+
+const Texts* LanguageFiles::texts(std::u16string_view language) const {
+    const auto found = texts_.find(language);
+    return found == texts_.end() ? nullptr : &found->second;
+}
+
+Reference findReference(const LanguageFiles& files, const std::u16string& code, const std::u16string& file) {
+    if (file.empty()) {
+        if (const Texts* texts = files.texts(code)) {
+            const LanguageFile& first = files.files()[texts->begin()->second.file];
+            return {code, *texts, first.path, first.opening};
+        }
+    }
+    const std::u16string folder =
+        files.files().empty() ? std::u16string() : folderOf(files.files().front().path);
+    const std::u16string path = file.empty() ? folder + code + u".lang.txt" : file;
+    if (!file.empty() || platform::fileAttributes(path) != platform::kInvalidFileAttributes) {
+        const LanguageFiles other({path});
+        if (const Texts* texts = other.texts(code))
+            return {code, *texts, path, other.files().front().opening};
+    }
+    throw Failure("no texts in the reference language " + quoted(code) +
+                  "; name their file with --reference-file");
+}
+
+}  // namespace translators

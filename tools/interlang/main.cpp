@@ -1,0 +1,156 @@
+// interlang: the translators' program. It checks language files, counts what is translated, rewrites them,
+// exchanges them with the programs that translators use, and shows the menu they make.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "platform/command_line.h"
+#include "tools/interlang/commands.h"
+#include "tools/interlang/text.h"
+
+namespace translators {
+namespace {
+
+using Command = int (*)(const Arguments&);
+
+constexpr const char* kExitCodes =
+    "Exit codes: 0 done or nothing found, 1 warnings only, 2 errors, or the command failed; wrong usage 100 "
+    "and above.";
+
+void addFiles(CLI::App* command, Arguments& arguments) {
+    command->add_option("FILES", arguments.files, "language files; none: those of the folder");
+    command->add_option("--folder", arguments.folder, "the folder that is read when no file is named")
+        ->type_name("DIR")
+        ->capture_default_str();
+}
+
+void addReference(CLI::App* command, Arguments& arguments) {
+    command->add_option("--reference", arguments.reference, "the language that others are compared with")
+        ->type_name("CODE")
+        ->capture_default_str();
+    command
+        ->add_option("--reference-file", arguments.referenceFile,
+                     "its file, when it is neither named nor CODE.lang.txt beside the first one")
+        ->type_name("FILE");
+}
+
+CLI::Option* addLanguage(CLI::App* command, Arguments& arguments) {
+    return command->add_option("--lang", arguments.language, "the language")->type_name("CODE");
+}
+
+void addOutput(CLI::App* command, Arguments& arguments) {
+    command->add_option("-o,--output", arguments.output, "write to this file, not to standard output")
+        ->type_name("FILE");
+    command->add_flag("--force", arguments.force, "replace the file if it exists");
+}
+
+void addJson(CLI::App* command, Arguments& arguments) {
+    command->add_flag("--json", arguments.json, "print JSON");
+}
+
+void addChecks(CLI::App* command, Arguments& arguments) {
+    for (std::size_t i = 0; i < kChecks.size(); ++i) {
+        const auto check = static_cast<Check>(i);
+        arguments.checks.insert(check);
+        const std::string severity = kChecks[i].error ? "error: " : "warning: ";
+        command->add_flag_callback(
+            "--no-" + std::string(kChecks[i].name), [&arguments, check] { arguments.checks.erase(check); },
+            severity + kChecks[i].what);
+    }
+}
+
+void addMenu(CLI::App* command, Arguments& arguments) {
+    addLanguage(command, arguments)->required();
+    command->add_option("--kind", arguments.kind, "what is right-clicked")
+        ->check(CLI::IsMember({"files", "drive", "bin"}))
+        ->capture_default_str();
+    command->add_option("--count", arguments.count, "how many files or drives")->capture_default_str();
+    command->add_option("--type", arguments.type, "what a single file is")
+        ->check(CLI::IsMember({"file", "folder"}))
+        ->capture_default_str();
+    command->add_option("--recycle-bin", arguments.recycleBin, "the state of the Recycle Bin")
+        ->check(CLI::IsMember({"full", "empty", "none"}))
+        ->capture_default_str();
+    command->add_option("--elevation", arguments.elevation, "0 none, 1 limited, 2 full")
+        ->check(CLI::Range(0, 2))
+        ->capture_default_str();
+    command->add_flag("--system-drive", arguments.systemDrive, "the drive is the system's");
+}
+
+class Program {
+  public:
+    Program()
+        : app_("Checks, counts, rewrites and exchanges language files, and shows their menu.", "interlang") {
+        app_.allow_windows_style_options(false);  // a path may begin with a slash
+        app_.require_subcommand(1);
+        app_.footer(kExitCodes);
+        CLI::App* check = add("check", "tell what is wrong with language files", runCheck, true);
+        addJson(check, arguments_);
+        addChecks(check, arguments_);
+        addJson(add("stats", "tell how far each language is translated", runStats, true), arguments_);
+        addInPlace(add("format", "rewrite files in the layout of the program", runFormat, true));
+        addInPlace(add("merge", "format, and add the reference's new keys with empty texts", runMerge, true));
+        CLI::App* fresh = add("new", "make the file of a new language", runNew, false);
+        fresh->add_option("CODE", arguments_.language, "the new language")->required();
+        fresh->add_option("--folder", arguments_.folder, "where the reference's file is")
+            ->capture_default_str();
+        addOutput(fresh, arguments_);
+        CLI::App* outgoing = add("export", "write a language as PO or XLIFF 1.2", runExport, true);
+        addLanguage(outgoing, arguments_)->required();
+        outgoing->add_option("--to", arguments_.format, "the format")
+            ->check(CLI::IsMember({"po", "xliff"}))
+            ->capture_default_str();
+        addOutput(outgoing, arguments_);
+        CLI::App* incoming = add("import", "make a language file from PO or XLIFF 1.2", runImport, false);
+        incoming->add_option("FILE", arguments_.files, "the PO or XLIFF file")->required()->expected(1);
+        addLanguage(incoming, arguments_);
+        addOutput(incoming, arguments_);
+        addMenu(add("show", "show the menu as it will look", runShow, true), arguments_);
+    }
+
+    int run() {
+        std::vector<std::string> items;
+        for (const std::u16string& item : platform::commandLineItems())
+            items.push_back(utf8(item));
+        std::reverse(items.begin(), items.end());  // the parser takes them off the end
+        try {
+            app_.parse(items);
+        } catch (const CLI::ParseError& error) {
+            return app_.exit(error);
+        }
+        return command_(arguments_);
+    }
+
+  private:
+    CLI::App* add(const char* name, const char* what, Command command, bool takesFiles) {
+        CLI::App* app = app_.add_subcommand(name, what);
+        app->callback([this, command] { command_ = command; });
+        if (takesFiles)
+            addFiles(app, arguments_);
+        addReference(app, arguments_);
+        return app;
+    }
+
+    void addInPlace(CLI::App* command) {
+        command->add_flag("--in-place", arguments_.inPlace, "rewrite the files, not to standard output");
+    }
+
+    CLI::App app_;
+    Arguments arguments_;
+    Command command_ = nullptr;
+};
+
+}  // namespace
+}  // namespace translators
+
+int main() {
+    try {
+        return translators::Program().run();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "interlang: %s\n", error.what());
+        return translators::kErrors;
+    }
+}

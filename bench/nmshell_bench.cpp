@@ -1,4 +1,5 @@
-// What a right-click costs, natively over the stand-ins. Figures are for comparing two versions on one machine.
+// What a right-click costs, natively over the stand-ins. Figures are for comparing two versions on one
+// machine.
 #include <benchmark/benchmark.h>
 
 #include "contextmenu/application_launcher.h"
@@ -36,7 +37,8 @@ BENCHMARK(collectPaths)->RangeMultiplier(10)->Range(1, 100000)->Complexity();
 std::string languageFile(int keys) {
     std::string text = "LANG: en\n";
     for (int i = 0; i < keys; ++i)
-        text += "KEY: CXT_MENU_" + std::to_string(i) + "\nTEXT: Wipe &file number " + std::to_string(i) + "\n\n";
+        text +=
+            "KEY: CXT_MENU_" + std::to_string(i) + "\nTEXT: Wipe &file number " + std::to_string(i) + "\n\n";
     return text;
 }
 
@@ -64,7 +66,8 @@ void buildAndInsertMenu(benchmark::State& state) {
     nmshell::BitmapCache bitmaps;
     for (auto _ : state) {
         const platform::MenuHandle menu = platform::createMenu();
-        nmshell::MenuInserter(1, true, bitmaps).insert(menu.get(), 0, nmshell::buildMenu(selection, facts, texts));
+        nmshell::MenuInserter(1, true, bitmaps)
+            .insert(menu.get(), 0, nmshell::buildMenu(selection, facts, texts));
     }
 }
 BENCHMARK(buildAndInsertMenu);

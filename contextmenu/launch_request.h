@@ -39,8 +39,8 @@ inline constexpr std::size_t kMaxInlineData = 512;
 // The cursor as the value of "-cent".
 std::u16string encodeCursor(const CursorPoint& point);
 
-// The value of "-cent" back into a point. False, and (0, 0), for fewer than 2 characters or characters that are not
-// base64. Of a text too short for both coordinates the bytes that there are count.
+// The value of "-cent" back into a point. False, and (0, 0), for fewer than 2 characters or characters that
+// are not base64. Of a text too short for both coordinates the bytes that there are count.
 bool decodeCursor(std::u16string_view text, CursorPoint& point);
 
 // The value of "-data" back into text; empty for fewer than 2 characters or characters that are not base64.

@@ -135,7 +135,8 @@ MenuFacts gatherFacts(const Selection& selection, SystemDrive& systemDrive) {
             if (selection.count == 0)
                 break;
             facts.firstPathOnSystemDrive = systemDrive.holds(firstPath(selection.paths));
-            // A drive whose path could not be read must not be taken for all drives, which the empty root means.
+            // A drive whose path could not be read must not be taken for all drives, which the empty root
+            // means.
             if (single && !firstPath(selection.paths).empty())
                 facts.recycleBin = QueryRecycleBinState(firstPath(selection.paths));
             facts.elevation = owlkit::cachedElevation();

@@ -1,5 +1,5 @@
-// The library's errors: a standard exception category and one short fixed text each. All of them are thrown from here,
-// so that a text is spelled in one place.
+// The library's errors: a standard exception category and one short fixed text each. All of them are thrown
+// from here, so that a text is spelled in one place.
 #pragma once
 
 namespace owlkit {
@@ -31,11 +31,11 @@ namespace owlkit {
 [[noreturn]] void throwRangeError();  // "range error"
 
 // std::runtime_error
-[[noreturn]] void throwNotFound();                 // "not found"
+[[noreturn]] void throwNotFound();                  // "not found"
 [[noreturn]] void throwNotFound(const char* text);  // `text`, for a message that names what was not found
-[[noreturn]] void throwInvalidType();              // "invalid type"
-[[noreturn]] void throwFailed();                   // "failed"
-[[noreturn]] void throwParseError();               // "parse error"
-[[noreturn]] void throwReadStringTooLarge();       // "read string size too large"
+[[noreturn]] void throwInvalidType();               // "invalid type"
+[[noreturn]] void throwFailed();                    // "failed"
+[[noreturn]] void throwParseError();                // "parse error"
+[[noreturn]] void throwReadStringTooLarge();        // "read string size too large"
 
 }  // namespace owlkit

@@ -1,5 +1,5 @@
-// Any bytes in any charset: conversion never fails but by its policy, and what UTF-8 and the byte-keeping policy promise
-// about coming back holds.
+// Any bytes in any charset: conversion never fails but by its policy, and what UTF-8 and the byte-keeping
+// policy promise about coming back holds.
 #include <cstdlib>
 #include <cstring>
 
@@ -17,8 +17,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!failed && owlkit::ToNarrow(wide, charset) != bytes && charset != owlkit::kCharsetUtf8)
         std::abort();
 
-    // The same bytes taken as code units: UTF-8 brings every unit back, lone surrogates included, unless the policy takes
-    // some of them for bytes.
+    // The same bytes taken as code units: UTF-8 brings every unit back, lone surrogates included, unless the
+    // policy takes some of them for bytes.
     if (policy == owlkit::ErrorPolicy::KeepByte)
         return 0;
     std::u16string units(bytes.size() / 2, u'\0');

@@ -1,4 +1,5 @@
-// Base64: every byte string comes back through both alphabets, and any text is decoded or refused with "parse error".
+// Base64: every byte string comes back through both alphabets, and any text is decoded or refused with "parse
+// error".
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
@@ -15,7 +16,8 @@ void roundTrip(const std::uint8_t* data, std::size_t size, std::int32_t lineLeng
     codec.encodeToString(source, text);
     owlkit::MemoryStream decoded;
     codec.decodeFromString(text, decoded);
-    if (decoded.size() != static_cast<std::int64_t>(size) || (size && std::memcmp(decoded.data(), data, size) != 0))
+    if (decoded.size() != static_cast<std::int64_t>(size) ||
+        (size && std::memcmp(decoded.data(), data, size) != 0))
         std::abort();
 }
 

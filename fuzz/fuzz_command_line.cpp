@@ -1,5 +1,5 @@
-// The receiving side of the command line: any items give a request, which written out again is read as the same one.
-// Items that name a hand-over file are left out, since reading one deletes it.
+// The receiving side of the command line: any items give a request, which written out again is read as the
+// same one. Items that name a hand-over file are left out, since reading one deletes it.
 #include <cstdlib>
 #include <cstring>
 
@@ -41,7 +41,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!request.cursorValid)
         request.cursor = {};
     std::uint32_t counter = 0;
-    const std::u16string written = nmshell::ApplicationLauncher(counter).buildArguments(request.command, request);
+    const std::u16string written =
+        nmshell::ApplicationLauncher(counter).buildArguments(request.command, request);
     nmshell::LaunchRequest again;
     nmshell::parseArguments(split(written, u' '), again);
     if (again != request)

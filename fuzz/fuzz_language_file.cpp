@@ -1,4 +1,5 @@
-// Any bytes as a language file: reading ends with a line number, and what was read is written and read back the same.
+// Any bytes as a language file: reading ends with a line number, and what was read is written and read back
+// the same.
 #include <cstdlib>
 
 #include "foundation/stream/memory_stream.h"

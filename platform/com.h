@@ -1,5 +1,5 @@
-// The few COM interfaces, structures and constants that a context-menu extension is made of: from the SDK on Windows,
-// declared alike, slot for slot, on the host, so that the extension itself is one source.
+// The few COM interfaces, structures and constants that a context-menu extension is made of: from the SDK on
+// Windows, declared alike, slot for slot, on the host, so that the extension itself is one source.
 #pragma once
 
 #ifdef _WIN32

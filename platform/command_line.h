@@ -6,7 +6,8 @@
 
 namespace platform {
 
-// The items without the program's name, split as CommandLineToArgvW splits them; on the host as the shell did.
+// The items without the program's name, split as CommandLineToArgvW splits them; on the host as the shell
+// did.
 std::vector<std::u16string> commandLineItems();
 
 // The whole command line as it was given (GetCommandLineW); on the host the items with single spaces between.

@@ -1,5 +1,5 @@
-// System error codes, as GetLastError and the Reg* functions number them. Platform functions return one of these;
-// 0 means success.
+// System error codes, as GetLastError and the Reg* functions number them. Platform functions return one of
+// these; 0 means success.
 #pragma once
 
 #include <cstdint>

@@ -5,8 +5,9 @@
 
 namespace platform {
 
-// Traits give: `Type` (a trivially copyable handle), `static constexpr Type none()` (the value that means "no handle") and
-// `static void close(Type) noexcept` (called once for every owned handle). Closing failures are ignored.
+// Traits give: `Type` (a trivially copyable handle), `static constexpr Type none()` (the value that means "no
+// handle") and `static void close(Type) noexcept` (called once for every owned handle). Closing failures are
+// ignored.
 template <class Traits>
 class UniqueHandle {
   public:

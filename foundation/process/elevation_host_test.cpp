@@ -32,7 +32,8 @@ TEST(Elevation, IsReadFromTheToken) {
         platform::fault::disarm();
         EXPECT_EQ(platform::openHandleCount(), 0u);
         const bool reached = std::string_view(c.fault) != "OpenProcessToken";
-        EXPECT_EQ(platform::tokenRecord().opened, std::vector<std::uint32_t>(reached ? 1 : 0, platform::kTokenQuery));
+        EXPECT_EQ(platform::tokenRecord().opened,
+                  std::vector<std::uint32_t>(reached ? 1 : 0, platform::kTokenQuery));
     }
 }
 

@@ -43,8 +43,8 @@ class ByteStream : public Archive {
     // for an encoding without a mark, or when it could not be written whole.
     virtual bool writeByteOrderMark();
 
-    // CRC-32 (reflected polynomial EDB88320) over all bytes that this object ever skipped, seeded with FFFFFFFF, without the
-    // final inversion.
+    // CRC-32 (reflected polynomial EDB88320) over all bytes that this object ever skipped, seeded with
+    // FFFFFFFF, without the final inversion.
     std::uint32_t skipCheck() const { return skipCheck_; }
 
   protected:

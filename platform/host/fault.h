@@ -1,5 +1,5 @@
-// Injected failures for the host stand-ins. Every stand-in function asks, before it does anything, whether this call
-// is to fail; it then returns the given error and changes nothing.
+// Injected failures for the host stand-ins. Every stand-in function asks, before it does anything, whether
+// this call is to fail; it then returns the given error and changes nothing.
 #pragma once
 
 #include <cstdint>
@@ -9,10 +9,10 @@
 
 namespace platform::fault {
 
-// Makes the `nth` call (1 = the next one) of `operation` fail with `error`; with `forGood` every later one too.
-// `operation` is the name of the Windows function that the stand-in stands for, such as "RegOpenKeyExW"; a final "*"
-// matches every operation that begins with the text before it ("Reg*", or "*" for all), counted together.
-// One fault is armed at a time; arming another one replaces it.
+// Makes the `nth` call (1 = the next one) of `operation` fail with `error`; with `forGood` every later one
+// too. `operation` is the name of the Windows function that the stand-in stands for, such as "RegOpenKeyExW";
+// a final "*" matches every operation that begins with the text before it ("Reg*", or "*" for all), counted
+// together. One fault is armed at a time; arming another one replaces it.
 void arm(std::string_view operation, std::uint32_t nth, ErrorCode error, bool forGood = false);
 
 // Takes the armed fault away and forgets that it fired.
@@ -24,7 +24,8 @@ bool fired();
 // Asked by the stand-ins: the error this call of `operation` must fail with, or kSuccess to go on.
 ErrorCode next(std::string_view operation);
 
-// How often `next` was asked for `operation` (same matching) since the last resetCounts(): counts platform calls.
+// How often `next` was asked for `operation` (same matching) since the last resetCounts(): counts platform
+// calls.
 std::uint32_t calls(std::string_view operation);
 void resetCounts();
 

@@ -1,5 +1,5 @@
-// Names between UTF-16 and the host's UTF-8 file names. Lone surrogates become their three bytes and come back, so
-// every UTF-16 name has a host name of its own.
+// Names between UTF-16 and the host's UTF-8 file names. Lone surrogates become their three bytes and come
+// back, so every UTF-16 name has a host name of its own.
 #pragma once
 
 #include <string>

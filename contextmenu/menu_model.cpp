@@ -6,9 +6,6 @@
 namespace nmshell {
 namespace {
 
-constexpr std::uint32_t kElevationUnsplit = 0;
-constexpr std::uint32_t kElevationFull = 2;
-
 constexpr int kProductBitmap = 236;
 constexpr int kRecycleBinBitmap = 233;
 
@@ -96,8 +93,8 @@ class Builder {
     }
 
     std::vector<MenuEntry> owners(std::uint32_t user, std::uint32_t admin) const {
-        return {entry(user, facts_.elevation == kElevationFull),
-                entry(admin, facts_.elevation == kElevationUnsplit)};
+        return {entry(user, facts_.elevation == owlkit::kElevationFull),
+                entry(admin, facts_.elevation == owlkit::kElevationUnknown)};
     }
 
     MenuEntry product() const {

@@ -10,8 +10,9 @@
 
 namespace nmshell {
 
-// The DLL has one; tests make their own. Not locked: every object is used on one apartment thread, and
-// reference counts are plain integers for the same reason.
+// The DLL has one; tests make their own. Deliberate: nothing in here is locked and counts are plain integers.
+// It relies on the apartment model, where one thread makes and uses the objects; a host that shows menus on
+// several threads at the same moment is not guarded against.
 struct Module {
     owlkit::interlang texts;
     bool languageLoaded = false;      // every language file was read; without it no menu is shown

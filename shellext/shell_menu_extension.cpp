@@ -19,9 +19,14 @@ constexpr HRESULT identifiersUsed(std::uint32_t count) {
     return MAKE_HRESULT(SEVERITY_SUCCESS, 0, count);
 }
 
-// Verbs that are texts are addresses, which do not fit in 16 bits.
-bool isOffset(LPCSTR verb) {
-    return reinterpret_cast<UINT_PTR>(verb) <= 0xFFFF;
+// Verbs that are texts are addresses, which do not fit in 16 bits. A caller that names a verb by a wide text
+// may leave the narrow one out, and nothing there must not be taken for offset 0.
+bool hasOffset(const CMINVOKECOMMANDINFO& info) {
+    const auto isOffset = [](const void* verb) { return reinterpret_cast<UINT_PTR>(verb) <= 0xFFFF; };
+    if (info.cbSize >= sizeof(CMINVOKECOMMANDINFOEX) && (info.fMask & CMIC_MASK_UNICODE) != 0 &&
+        !isOffset(reinterpret_cast<const CMINVOKECOMMANDINFOEX&>(info).lpVerbW))
+        return false;
+    return isOffset(info.lpVerb);
 }
 
 }  // namespace
@@ -87,7 +92,7 @@ HRESULT ShellMenuExtension::addEntries(HMENU menu, UINT index, UINT idFirst) {
 }
 
 HRESULT ShellMenuExtension::InvokeCommand(CMINVOKECOMMANDINFO* info) {
-    if (!info || !isOffset(info->lpVerb))
+    if (!info || !hasOffset(*info))
         return E_FAIL;
     return guard(E_FAIL, [&] {
         const auto offset = static_cast<std::uint32_t>(reinterpret_cast<UINT_PTR>(info->lpVerb));

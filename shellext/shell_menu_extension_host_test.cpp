@@ -118,7 +118,20 @@ TEST_F(ShellMenuTest, InvokesByOffsetOnly) {
     EXPECT_EQ(menu->InvokeCommand(nullptr), E_FAIL);
     for (const UINT_PTR verb : {UINT_PTR{15}, UINT_PTR{0xFFFF}, reinterpret_cast<UINT_PTR>("open")})
         EXPECT_EQ(invoke(menu, verb), E_FAIL) << verb;
+    // A wide verb beside a narrow one that is missing, or that is the offset given twice.
+    CMINVOKECOMMANDINFOEX wide = {};
+    wide.cbSize = sizeof wide;
+    wide.fMask = CMIC_MASK_UNICODE;
+    wide.lpVerbW = u"properties";
+    auto* const info = reinterpret_cast<CMINVOKECOMMANDINFO*>(&wide);
+    EXPECT_EQ(menu->InvokeCommand(info), E_FAIL);
     EXPECT_TRUE(platform::shellStarts().empty());
+    wide.lpVerb = reinterpret_cast<LPCSTR>(UINT_PTR{kStandalone});
+    wide.lpVerbW = nullptr;
+    EXPECT_EQ(menu->InvokeCommand(info), S_OK);
+    wide.fMask = 0;
+    wide.lpVerbW = u"not looked at";
+    EXPECT_EQ(menu->InvokeCommand(info), S_OK);
     platform::setShellExecuteResult(5);
     EXPECT_EQ(invoke(menu, 0), S_OK);
     EXPECT_TRUE(lastStart().starts_with(u"open|C:\\App\\nmark.exe|-cmd 101 -cent "));

@@ -177,6 +177,28 @@ struct CMINVOKECOMMANDINFO {
     void* hIcon;
 };
 
+inline constexpr DWORD CMIC_MASK_UNICODE = 0x4000;
+
+// The form with wide members behind the others, used when cbSize says so.
+struct CMINVOKECOMMANDINFOEX {
+    DWORD cbSize;
+    DWORD fMask;
+    HWND hwnd;
+    LPCSTR lpVerb;
+    LPCSTR lpParameters;
+    LPCSTR lpDirectory;
+    int nShow;
+    DWORD dwHotKey;
+    void* hIcon;
+    LPCSTR lpTitle;
+    const char16_t* lpVerbW;
+    const char16_t* lpParametersW;
+    const char16_t* lpDirectoryW;
+    const char16_t* lpTitleW;
+    LONG ptInvokeX;
+    LONG ptInvokeY;
+};
+
 struct IContextMenu : IUnknown {
     virtual HRESULT QueryContextMenu(HMENU menu, UINT index, UINT idFirst, UINT idLast, UINT flags) = 0;
     virtual HRESULT InvokeCommand(CMINVOKECOMMANDINFO* info) = 0;

@@ -8,4 +8,17 @@ namespace platform {
 // ENABLE_VIRTUAL_TERMINAL_PROCESSING.
 bool prepareTerminal();
 
+// While it lives, what a program prints is taken as UTF-8 and reaches files byte for byte, line feeds
+// included. SetConsoleOutputCP and the binary mode of standard output; on the host there is nothing to do.
+class Utf8Output {
+  public:
+    Utf8Output();
+    ~Utf8Output();
+    Utf8Output(const Utf8Output&) = delete;
+    Utf8Output& operator=(const Utf8Output&) = delete;
+
+  private:
+    unsigned previousCodePage_ = 0;
+};
+
 }  // namespace platform

@@ -10,4 +10,7 @@ bool prepareTerminal() {
     return fault::next("GetConsoleMode") == kSuccess && isatty(STDOUT_FILENO) != 0;
 }
 
+Utf8Output::Utf8Output() = default;
+Utf8Output::~Utf8Output() = default;
+
 }  // namespace platform

@@ -42,7 +42,7 @@ bool queryRecycleBin(const std::u16string& root, std::int64_t& bytes, std::int64
     SHQUERYRBINFO info = {};
     static_assert(sizeof(info) == 24);
     info.cbSize = sizeof(info);
-    if (FAILED(SHQueryRecycleBinW(wide(root), &info)))
+    if (FAILED(SHQueryRecycleBinW(root.empty() ? nullptr : wide(root), &info)))
         return false;
     bytes = info.i64Size;
     items = info.i64NumItems;

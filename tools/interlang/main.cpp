@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/command_line.h"
+#include "platform/terminal.h"
 #include "tools/interlang/commands.h"
 #include "tools/interlang/text.h"
 
@@ -147,6 +148,7 @@ class Program {
 }  // namespace translators
 
 int main() {
+    const platform::Utf8Output output;
     try {
         return translators::Program().run();
     } catch (const std::exception& error) {

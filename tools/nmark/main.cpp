@@ -14,6 +14,7 @@
 #include "foundation/text/number.h"
 #include "platform/command_line.h"
 #include "platform/process.h"
+#include "platform/terminal.h"
 
 namespace {
 
@@ -100,6 +101,7 @@ bool append(const std::u16string& name, const std::string& line) {
 }  // namespace
 
 int main() {
+    const platform::Utf8Output output;
     const std::vector<std::u16string> arguments = platform::commandLineItems();
     nmshell::LaunchRequest request;
     nmshell::parseArguments(arguments, request);

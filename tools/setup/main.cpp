@@ -9,6 +9,7 @@
 #include "platform/file.h"
 #include "platform/module.h"
 #include "platform/shell.h"
+#include "platform/terminal.h"
 #include "shellext/registration.h"
 #include "tools/setup/status.h"
 
@@ -63,8 +64,8 @@ int registerExtension() {
     if (!mayChangeTheMachine())
         return refuseWithoutRights();
     if (!nmshell::RegisterExtension()) {
-        std::fprintf(
-            stderr, "nmshell-setup: the registry could not be written. What had been written was removed.\n");
+        std::fprintf(stderr,
+                     "nmshell-setup: the registry could not be written. The extension was unregistered.\n");
         return kFailed;
     }
     platform::notifyAssociationsChanged();
@@ -119,6 +120,7 @@ int printStatus() {
 }  // namespace
 
 int main(int argc, char** argv) {
+    const platform::Utf8Output output;
     CLI::App app{"Registers the Nullmark shell extension on this machine.", "nmshell-setup"};
     app.set_version_flag("--version", NMSHELL_VERSION);
     app.require_subcommand(1);

@@ -18,7 +18,8 @@ namespace translators {
 namespace {
 
 void print(const std::string& text) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+        throw Failure("cannot write to standard output");
 }
 
 std::vector<std::u16string> paths(const Arguments& arguments) {
@@ -174,12 +175,19 @@ int runImport(const Arguments& arguments) {
     }
     if (!arguments.language.empty())
         exchange.language = arguments.language;
+    if (exchange.language.empty())
+        throw Failure(path + ": it names no language; --lang does");
     if (exchange.source.empty())
         exchange.source = arguments.reference;
     // An existing file keeps its opening comment.
     std::vector<std::u16string> opening;
-    if (!arguments.output.empty() && exists(arguments.output))
-        opening = LanguageFiles({wide(arguments.output)}).files().front().opening;
+    if (!arguments.output.empty() && exists(arguments.output)) {
+        const LanguageFiles existing({wide(arguments.output)});
+        for (const std::u16string& language : existing.languages())
+            if (language != wide(exchange.language))
+                throw Failure(arguments.output + " holds " + quoted(language) + " too, which would be lost");
+        opening = existing.files().front().opening;
+    }
     deliver(arguments, toLanguageFile(exchange, opening));
     return kClean;
 }

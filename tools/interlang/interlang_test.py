@@ -180,6 +180,33 @@ class InterlangTest(unittest.TestCase):
                 self.write("in", content)
                 self.assertIn(result, self.run_tool("import", "in", code=0 if "KEY:" in result else 2))
 
+    def test_what_would_be_lost_is_refused(self):
+        self.write("en.lang.txt", language("en", {"A": "one"}))
+        two = language("de", {"A": "eins"}) + language("fr", {"A": "un"})
+        mac = language("de", {"A": "eins"}).replace("\n", "\r")
+        self.write("two.lang.txt", two)
+        self.write("mac.lang.txt", mac)
+        self.write("de.po", self.run_tool("export", "two.lang.txt", "--lang", "de", "--to", "po"))
+        self.assertIn("fr", self.run_tool("import", "de.po", "-o", "two.lang.txt", "--force", code=2))
+        self.run_tool("format", "--in-place", "mac.lang.txt", code=2)
+        self.assertEqual((self.read("two.lang.txt"), (self.work / "mac.lang.txt").read_bytes()), (two, mac.encode()))
+        with open("/dev/full", "wb") as full:
+            self.assertEqual(subprocess.run([PROGRAM, "stats"], cwd=self.work, stdout=full, check=False,
+                                            stderr=subprocess.DEVNULL).returncode, 2)
+
+    def test_files_that_came_back_from_other_programs(self):
+        self.write("en.lang.txt", language("en", {"A": "one", "B": "two"}))
+        self.write("de.lang.txt", language("de", {"A": "eins", "B": "zwei"}))
+        xliff = self.run_tool("export", "de.lang.txt", "--lang", "de", "--to", "xliff")
+        self.write("de.xlf", xliff.replace(">eins<", '>\n <mrk mtype="seg">eins</mrk>\n<')
+                   .replace('state="translated">zwei', 'state="needs-review-translation">zwei'))
+        imported = self.run_tool("import", "de.xlf")
+        self.assertIn("TEXT: eins\n", imported)
+        self.assertNotIn("zwei", imported)
+        po = self.run_tool("export", "de.lang.txt", "--lang", "de", "--to", "po")
+        self.write("de.po", po.replace('msgctxt "B"', '#, fuzzy\n#~ msgctxt "OLD"\n#~ msgid "x"\n#~ msgstr "y"\n\nmsgctxt "B"'))
+        self.assertIn("TEXT: zwei\n", self.run_tool("import", "de.po"))
+
     def test_new_language(self):
         self.write("en.lang.txt", "# Notes\n" + language("en", {"LANGUAGE": "English", "A": "one"}))
         self.run_tool("new", "fr", "--folder", ".", "-o", "fr.lang.txt")

@@ -1,6 +1,8 @@
 #include "tools/interlang/language_files.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "foundation/stream/file_stream.h"
@@ -68,10 +70,19 @@ std::string readBytes(const std::u16string& path) {
 }
 
 void writeBytes(const std::u16string& path, const std::string& bytes) {
+    const std::u16string fresh = path + u".new";
     owlkit::FileStream file;
-    if (!file.open(path, owlkit::kCreateWrite) ||
-        (!bytes.empty() && file.write(bytes.data(), bytes.size()) != bytes.size()))
+    const bool done = file.open(fresh, owlkit::kCreateWrite) &&
+                      (bytes.empty() || file.write(bytes.data(), bytes.size()) == bytes.size()) &&
+                      file.flush();
+    file.close();
+    std::error_code error;
+    if (done)
+        std::filesystem::rename(fresh, path, error);
+    if (!done || error) {
+        platform::deleteFile(fresh);
         throw Failure("cannot write " + utf8(path));
+    }
 }
 
 LanguageFiles::LanguageFiles(const std::vector<std::u16string>& paths) {
@@ -129,7 +140,7 @@ Reference findReference(const LanguageFiles& files, const std::u16string& code, 
         if (const Texts* texts = other.texts(code))
             return {code, *texts, path, other.files().front().opening};
     }
-    throw Failure("no texts in the reference language " + quoted(code) +
+    throw Failure("no texts in the reference language " + translators::quoted(code) +
                   "; name their file with --reference-file");
 }
 

@@ -41,7 +41,8 @@ struct LanguageFile {
 
 // The file's bytes. Throws Failure when it cannot be read whole.
 std::string readBytes(const std::u16string& path);
-// Creates or replaces the file; throws Failure.
+// Creates the file, or replaces it once all was written beside it; throws Failure, and the old file is then
+// as it was.
 void writeBytes(const std::u16string& path, const std::string& bytes);
 
 class LanguageFiles {

@@ -11,6 +11,9 @@
 namespace translators {
 namespace {
 
+// Begins the section of obsolete keys, and is written anew each time.
+constexpr std::u16string_view kObsoleteComment = u"# Obsolete: ";
+
 // A backslash written as an escape comes through the table's decoding as a plain one.
 void addText(owlkit::interlang& table, std::u16string_view language, std::u16string_view key,
              std::u16string_view written) {
@@ -44,6 +47,8 @@ void requireWhole(const LanguageFile& file) {
     if (!file.invalidLines.empty())
         throw Failure(utf8(file.path) + ':' + std::to_string(file.invalidLines.front()) +
                       ": bytes that are not UTF-8; they would be lost");
+    if (file.texts.empty() && !file.bytes.empty())
+        throw Failure(utf8(file.path) + ": no texts in it; nothing of it would be left");
 }
 
 }  // namespace
@@ -96,7 +101,7 @@ std::string layOutFile(const LanguageFile& file, const Reference& reference,
             known.insert(added->second.begin(), added->second.end());
         bytes += layOut(language, known, reference);
         if (!obsolete.empty())
-            obsoletePart += "# Obsolete: " + utf8(reference.code) + " has no such keys.\n\n" +
+            obsoletePart += utf8(kObsoleteComment) + utf8(reference.code) + " has no such keys.\n\n" +
                             layOut(language, obsolete, {reference.code, {}, {}, {}});
     }
     return bytes + obsoletePart;
@@ -116,7 +121,8 @@ std::string openingComment(const std::vector<std::u16string>& lines) {
         return line.size() == 40 && line.find_first_not_of(u'#') == std::u16string_view::npos;
     };
     std::size_t count = lines.size();
-    while (count > 0 && (lines[count - 1].empty() || isRule(lines[count - 1])))
+    while (count > 0 && (lines[count - 1].empty() || isRule(lines[count - 1]) ||
+                         lines[count - 1].starts_with(kObsoleteComment)))
         --count;
     std::string comment;
     for (std::size_t i = 0; i < count; ++i)

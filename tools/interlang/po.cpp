@@ -66,8 +66,6 @@ class Reader {
             bytes.remove_prefix(length);
         }
         finish();
-        if (exchange_.language.empty())
-            throw Failure("the header names no language");
         return std::move(exchange_);
     }
 
@@ -77,8 +75,12 @@ class Reader {
     }
 
     void line(std::string_view text) {
-        if (text.empty() || text.starts_with("#~"))
+        if (text.empty())
             return;
+        if (text.starts_with("#~")) {  // an entry that is obsolete, whose comments end with it
+            finish();
+            return;
+        }
         if (text.starts_with('#')) {
             if (entry_.text)
                 finish();

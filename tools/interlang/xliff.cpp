@@ -31,13 +31,25 @@ Tree unitToTree(const Unit& unit) {
     return tree;
 }
 
-// The text of an element. Parsers hand over each line break as one line feed, but this one does not.
+// The text of an element, without the blanks around it, which are never written as they are. Programs may
+// wrap it, whole or in segments, in "mrk" elements. Parsers hand over each line break as one line feed, but
+// this one does not.
 std::string elementText(const Tree& tree, const std::string& key) {
-    const bool plain =
-        std::ranges::all_of(tree, [](const auto& child) { return child.first == "<xmlattr>"; });
-    if (!plain)
-        throw Failure("elements within a text cannot be taken: " + key);
-    return owlkit::replaceAll(tree.data(), "\r\n", "\n");
+    std::string text = tree.data();
+    const bool wrapped = owlkit::trim(std::string_view(text)).empty();
+    for (const auto& [name, child] : tree) {
+        if (name == "<xmlattr>")
+            continue;
+        if (name != "mrk" || !wrapped)
+            throw Failure("elements within a text cannot be taken: " + key);
+        text += elementText(child, key);
+    }
+    return owlkit::replaceAll(std::string(owlkit::trim(std::string_view(text))), "\r\n", "\n");
+}
+
+// Whether a translator still has to look at a target in this state.
+bool isUnfinished(const std::string& state) {
+    return state == "new" || state.starts_with("needs-");
 }
 
 Unit treeToUnit(const Tree& tree) {
@@ -48,8 +60,9 @@ Unit treeToUnit(const Tree& tree) {
         unit.source = elementText(*source, unit.key);
     if (const auto target = tree.get_child_optional("target")) {
         std::string text = elementText(*target, unit.key);
-        if (!text.empty() ||
-            std::ranges::find(kFinalStates, target->get("<xmlattr>.state", "")) != std::end(kFinalStates))
+        const std::string state = target->get("<xmlattr>.state", "");
+        if (text.empty() ? std::ranges::find(kFinalStates, state) != std::end(kFinalStates)
+                         : !isUnfinished(state))
             unit.target = std::move(text);
     }
     return unit;
@@ -110,8 +123,6 @@ Exchange readXliff(const std::string& bytes) {
         exchange.source = file.get("<xmlattr>.source-language", "");
         collect(file, exchange.units);
     }
-    if (exchange.language.empty())
-        throw Failure("no target language");
     return exchange;
 }
 

@@ -3,6 +3,7 @@
 -- Rollback actions: 2 a program inside the package, 18 an installed one, 64 its exit code ignored, 256 and 1024 on rollback, 2048 as the system.
 UPDATE CustomAction SET Type = 3394, Source = 'SetupProgram' WHERE Action = 'RegisterRollback'
 UPDATE CustomAction SET Type = 3410 WHERE Action = 'UnregisterRollback'
+UPDATE CustomAction SET Type = 3410 WHERE Action = 'RestoreRollback'
 
 -- Older versions include this one: 256 and 512 take both ends in.
 DELETE FROM Upgrade WHERE ActionProperty = 'OLDERFOUND'

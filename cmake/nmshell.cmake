@@ -39,7 +39,8 @@ endfunction()
 # GoogleTest is built from Debian's source package on both sides: there is no ready-made one for mingw-w64.
 set(INSTALL_GTEST OFF)
 set(BUILD_GMOCK OFF)
-add_subdirectory(/usr/src/googletest "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
+set(NMSHELL_GTEST_SOURCE /usr/src/googletest CACHE PATH "Sources of GoogleTest")
+add_subdirectory("${NMSHELL_GTEST_SOURCE}" "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
 
 # nmshell_tests(NAME SOURCES ... DEPENDS ...): a GoogleTest program. Natively every test is one entry of ctest;
 # through Wine a process start is dear, so there the whole program is one entry.

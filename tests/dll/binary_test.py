@@ -21,6 +21,7 @@ class BinaryTest(unittest.TestCase):
 
     def test_needs_no_dll_but_the_system_s(self):
         needed = {name.lower() for name in re.findall(r"DLL Name: (\S+)", self.headers)}
+        self.assertIn("kernel32.dll", needed)
         self.assertLessEqual(needed, SYSTEM_DLLS)
 
     def test_is_a_hardened_64_bit_dll(self):

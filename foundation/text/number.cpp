@@ -156,17 +156,27 @@ bool found(std::uint32_t taken) {
     return static_cast<std::int32_t>(taken) > 0;
 }
 
+// What both 32-bit parsers begin with: a number of at most 32 bits, its sign apart. `radix` 0 becomes the one
+// found.
 template <class Char>
-std::uint32_t parseSigned(std::basic_string_view<Char> text, std::int32_t& value, std::uint32_t radix,
-                          std::basic_string_view<Char> separator) {
+std::uint32_t parse32(std::basic_string_view<Char> text, std::uint32_t& bits, bool& negative,
+                      std::uint32_t& radix, std::basic_string_view<Char> separator) {
     std::uint64_t magnitude = 0;
-    bool negative = false;
     const std::uint32_t taken = parseAny(text, separator, magnitude, radix, negative);
     if (!found(taken))
         return taken;
-    if (magnitude > 0xFFFFFFFF)
-        return kParseOverflow;
-    auto bits = static_cast<std::uint32_t>(magnitude);
+    bits = static_cast<std::uint32_t>(magnitude);
+    return magnitude > 0xFFFFFFFF ? kParseOverflow : taken;
+}
+
+template <class Char>
+std::uint32_t parseSigned(std::basic_string_view<Char> text, std::int32_t& value, std::uint32_t radix,
+                          std::basic_string_view<Char> separator) {
+    std::uint32_t bits = 0;
+    bool negative = false;
+    const std::uint32_t taken = parse32(text, bits, negative, radix, separator);
+    if (!found(taken))
+        return taken;
     if (negative)
         bits = 0 - bits;
     // Deliberate: by this rule "-0" and a lone "-" do not fit in radix 10.
@@ -179,14 +189,14 @@ std::uint32_t parseSigned(std::basic_string_view<Char> text, std::int32_t& value
 template <class Char>
 std::uint32_t parseUnsigned(std::basic_string_view<Char> text, std::uint32_t& value, std::uint32_t radix,
                             std::basic_string_view<Char> separator) {
-    std::uint64_t magnitude = 0;
+    std::uint32_t bits = 0;
     bool negative = false;
-    const std::uint32_t taken = parseAny(text, separator, magnitude, radix, negative);
+    const std::uint32_t taken = parse32(text, bits, negative, radix, separator);
     if (!found(taken))
         return taken;
-    if (negative || magnitude > 0xFFFFFFFF)
+    if (negative)
         return kParseOverflow;
-    value = static_cast<std::uint32_t>(magnitude);
+    value = bits;
     return taken;
 }
 

@@ -122,6 +122,7 @@ TEST(ParseInt32, HoldsTheRange) {
     };
     const Case cases[] = {
         {"2147483648", 10, kParseOverflow, 77, 10},
+        {"2147483648", 0, kParseOverflow, 77, 10},  // the radix found counts
         {"-2147483648", 10, 11, INT32_MIN, kParseOverflow},
         {"80000000", 16, 8, INT32_MIN, 8},
         {"0xffffffff", 0, 10, -1, 10},

@@ -180,16 +180,7 @@ struct CMINVOKECOMMANDINFO {
 inline constexpr DWORD CMIC_MASK_UNICODE = 0x4000;
 
 // The form with wide members behind the others, used when cbSize says so.
-struct CMINVOKECOMMANDINFOEX {
-    DWORD cbSize;
-    DWORD fMask;
-    HWND hwnd;
-    LPCSTR lpVerb;
-    LPCSTR lpParameters;
-    LPCSTR lpDirectory;
-    int nShow;
-    DWORD dwHotKey;
-    void* hIcon;
+struct CMINVOKECOMMANDINFOEX : CMINVOKECOMMANDINFO {
     LPCSTR lpTitle;
     const char16_t* lpVerbW;
     const char16_t* lpParametersW;

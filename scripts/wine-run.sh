@@ -17,7 +17,9 @@ if [ ! -e "$WINEPREFIX/.ready" ]; then
   (
     flock 9
     if [ ! -e "$WINEPREFIX/.ready" ]; then
-      "$wine" wineboot --init >/dev/null 2>&1
+      # Any program that is started sets a new prefix up. `wineboot --init` would be a second one at it: two service
+      # managers, no lasting RPC service, and ten seconds of waiting in every program that uses COM.
+      "$wine" cmd /c exit >/dev/null 2>&1
       touch "$WINEPREFIX/.ready"
     fi
   ) 9>"$WINEPREFIX.lock"

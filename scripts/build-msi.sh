@@ -17,7 +17,7 @@ done
 shift $((OPTIND - 1))
 output=$(realpath -m "${1:-$root/build/nmshell-$version.msi}")
 
-for file in nmshell.dll nmshell-setup.exe langs/en.lang.txt; do
+for file in nmshell.dll nmshell-setup.exe langs/00-en.lang.txt; do
   [ -f "$bin/$file" ] || { echo "build-msi: there is no $bin/$file" >&2; exit 1; }
 done
 

@@ -22,7 +22,7 @@ def submenu(text, bitmap, children, grayed=False):
 PRODUCT = submenu("&Nullmark", 236, [
     entry("&Options...", 9, 237), entry("&Start Nullmark", 7, 238), SEPARATOR,
     entry("Check for &updates...", 11), entry("&Register...", 12), entry("Up&grade...", 13), SEPARATOR,
-    entry("&Help", 10, 239), entry("&About Nullmark...", 14, 240)])
+    entry("&Help", 10, 239), entry("&About Nullmark", 14, 240)])
 
 
 def tree(entries):

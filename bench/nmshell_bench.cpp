@@ -9,6 +9,7 @@
 #include "foundation/stream/memory_stream.h"
 #include "lang/interlang.h"
 #include "platform/host/com_control.h"
+#include "platform/host/module_control.h"
 #include "platform/host/shell_control.h"
 
 namespace {
@@ -63,7 +64,8 @@ void buildAndInsertMenu(benchmark::State& state) {
     facts.recycleBin = nmshell::RecycleBinState::HoldsItems;
     facts.elevation = 1;
     const owlkit::interlang texts;
-    nmshell::BitmapCache bitmaps;
+    platform::setModuleFileName(&state, u"/nmshell.dll");
+    nmshell::BitmapCache bitmaps(&state);
     for (auto _ : state) {
         const platform::MenuHandle menu = platform::createMenu();
         nmshell::MenuInserter(1, true, bitmaps)

@@ -30,7 +30,9 @@ class MenuTest : public HostTest {
         MenuInserter(1000, icons, bitmaps_).insert(menu.get(), position, entries);
     }
 
-    BitmapCache bitmaps_;
+    MenuTest() { platform::setModuleFileName(this, folder() + u"nmshell.dll"); }
+
+    BitmapCache bitmaps_{this};
 };
 
 // The keys in order, shortened; "!" marks what is grayed, brackets hold a submenu.
@@ -193,11 +195,15 @@ TEST_F(MenuTest, LoadsEachBitmapOnce) {
     fault::arm("LoadImageW", 1, platform::kErrorNotEnoughMemory);
     for (const int id : {-1, 229, 230, 241})
         EXPECT_EQ(bitmaps_.GetMenuBitmap(id), nullptr);
+    EXPECT_EQ(BitmapCache().GetMenuBitmap(230), nullptr);
+    EXPECT_EQ(host::bitmapId(bitmaps_.GetMenuBitmap(230)), 230u);
     ui.menuColor = ui.windowColor;
     for (std::uint32_t i = 0; i < 22; ++i)
         EXPECT_EQ(host::bitmapId(bitmaps_.GetMenuBitmap(230 + static_cast<int>(i) % 11)), 230 + i % 11);
-    ASSERT_EQ(ui.loads.size(), 12u);
-    EXPECT_TRUE(ui.loads[0].flags == 0x1060 && ui.loads[0].width == 20 && ui.loads[0].height == 20);
+    ASSERT_EQ(ui.loads.size(), 12u);  // the first without a module
+    EXPECT_EQ(ui.loads[1].flags, 0x1060u);
+    EXPECT_EQ(ui.loads[1].width, 20);
+    EXPECT_EQ(ui.loads[1].height, 20);
     EXPECT_EQ(ui.loads[11].flags, 0x60u);
 }
 

@@ -43,6 +43,7 @@ class ExtensionTest : public HostTest {
                  "KEY: A\nLANG: de\nTEXT: Eins\nLANG: en\nTEXT: One\nKEY: B\nTEXT: Two");
         module_.languageLoaded = true;
         module_.folder = u"C:\\App\\";
+        module_.bitmaps.setModule(this);
     }
     ~ExtensionTest() override { EXPECT_EQ(module_.liveObjects, 0); }
 

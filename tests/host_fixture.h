@@ -35,6 +35,7 @@ class HostTest : public testing::Test {
         fault::resetCounts();
         platform::registry_control::reset();
         platform::resetShell();
+        platform::resetModules();
         host::userInterface() = {};
         host::releasedMedia() = 0;
         platform::tokenRecord() = {};

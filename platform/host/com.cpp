@@ -1,6 +1,7 @@
 #include "platform/com.h"
 
 #include "platform/host/com_control.h"
+#include "platform/host/fault.h"
 
 const IID IID_IUnknown = {0x00000000, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 const IID IID_IClassFactory = {0x00000001, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
@@ -41,6 +42,8 @@ ULONG DataObject::Release() {
 }
 
 HRESULT DataObject::GetData(FORMATETC* format, STGMEDIUM* medium) {
+    if (fault::next("IDataObject::GetData") != kSuccess)
+        return E_OUTOFMEMORY;
     lastFormat_ = *format;
     if (FAILED(result_))
         return result_;

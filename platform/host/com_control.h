@@ -12,7 +12,8 @@ std::uint32_t& releasedMedia();
 
 // A data object with one drop list (made by the host's shell stand-in and owned by the caller, who keeps it
 // alive), or with none (nullptr). GetData hands out CF_HDROP in global memory, or fails with `result` when
-// that is a failure. Lives on the caller's stack: Release only counts.
+// that is a failure; an injected fault of "IDataObject::GetData" makes it fail with E_OUTOFMEMORY. Lives on
+// the caller's stack: Release only counts.
 class DataObject final : public IDataObject {
   public:
     explicit DataObject(HGLOBAL dropList, HRESULT result = S_OK);
@@ -33,7 +34,7 @@ class DataObject final : public IDataObject {
 
     // References that callers still hold; 0 when everything was given back.
     ULONG references() const { return references_; }
-    // The format that GetData was last asked for.
+    // The format that GetData was last asked for when no injected fault stopped it.
     const FORMATETC& lastFormat() const { return lastFormat_; }
 
   private:

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "platform/host/fault.h"
 #include "platform/host/utf8.h"
 
 namespace platform {
@@ -25,6 +26,8 @@ std::vector<std::u16string> allItems() {
 }  // namespace
 
 std::vector<std::u16string> commandLineItems() {
+    if (fault::next("CommandLineToArgvW") != kSuccess)
+        return {};
     std::vector<std::u16string> items = allItems();
     if (!items.empty())
         items.erase(items.begin());

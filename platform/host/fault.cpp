@@ -11,7 +11,7 @@ struct State {
     std::uint32_t remaining = 0;  // calls until the fault fires; 0 = nothing armed
     ErrorCode error = kSuccess;
     bool forGood = false;
-    bool fired = false;
+    std::string firedOperation;  // empty until it fires
     std::map<std::string, std::uint32_t, std::less<>> counts;
 };
 
@@ -34,21 +34,29 @@ void arm(std::string_view operation, std::uint32_t nth, ErrorCode error, bool fo
     s.remaining = nth;
     s.error = error;
     s.forGood = forGood;
-    s.fired = false;
+    s.firedOperation.clear();
 }
 
 void disarm() {
     state().remaining = 0;
-    state().fired = false;
+    state().firedOperation.clear();
 }
 
 bool fired() {
-    return state().fired;
+    return !state().firedOperation.empty();
+}
+
+std::string_view firedOperation() {
+    return state().firedOperation;
 }
 
 ErrorCode next(std::string_view operation) {
     State& s = state();
-    ++s.counts[std::string(operation)];
+    const auto counted = s.counts.find(operation);
+    if (counted != s.counts.end())
+        ++counted->second;
+    else
+        s.counts.emplace(operation, 1);
     if (s.remaining == 0 || !matches(s.operation, operation))
         return kSuccess;
     if (s.remaining > 1) {
@@ -57,7 +65,8 @@ ErrorCode next(std::string_view operation) {
     }
     if (!s.forGood)
         s.remaining = 0;
-    s.fired = true;
+    if (s.firedOperation.empty())
+        s.firedOperation = operation;
     return s.error;
 }
 

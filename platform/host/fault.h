@@ -1,5 +1,11 @@
-// Injected failures for the host stand-ins. Every stand-in function asks, before it does anything, whether
-// this call is to fail; it then returns the given error and changes nothing.
+// Injected failures for the host stand-ins. Every stand-in for a call that can fail on Windows asks, before
+// it does or records anything, whether this call is to fail; it then answers as the call does when it fails,
+// with the given error where there is one, and changes nothing. Closing a handle, telling the shell of a
+// change and reading a color cannot be seen to fail and do not ask; neither do the tests' own controls. Where
+// a stand-in stands for several calls in a row, it asks for each when its turn comes.
+//
+// readFile and writeFile ask twice, the second time for "ReadFile, short" and "WriteFile, short": a transfer
+// that this makes fail succeeds with half of its bytes.
 #pragma once
 
 #include <cstdint>
@@ -18,8 +24,10 @@ void arm(std::string_view operation, std::uint32_t nth, ErrorCode error, bool fo
 // Takes the armed fault away and forgets that it fired.
 void disarm();
 
-// Whether the armed fault has made a call fail since it was armed.
+// Whether the armed fault has made a call fail since it was armed, and which operation failed first; empty
+// when none did.
 bool fired();
+std::string_view firedOperation();
 
 // Asked by the stand-ins: the error this call of `operation` must fail with, or kSuccess to go on.
 ErrorCode next(std::string_view operation);

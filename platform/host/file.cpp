@@ -89,6 +89,11 @@ int openMode(std::uint32_t access, std::uint32_t creation) {
     return mode;
 }
 
+// The bytes that a transfer of `count` may move: half of them when a fault cuts it short.
+std::uint32_t granted(const char* operation, std::uint32_t count) {
+    return fault::next(operation) != kSuccess ? count / 2 : count;
+}
+
 // Transfers with `step` (read or write over the rest) until `count` bytes moved or it moves none.
 template <class Step>
 ErrorCode transfer(std::uint32_t count, std::uint32_t& transferred, Step step) {
@@ -129,9 +134,9 @@ void FileTraits::close(Type file) noexcept {
 
 ErrorCode createFile(const std::u16string& path, std::uint32_t access, std::uint32_t share,
                      std::uint32_t creation, std::uint32_t attributes, FileHandle& file) {
-    lastArguments() = {path, access, share, creation, attributes};
     if (const ErrorCode error = fault::next("CreateFileW"))
         return error;
+    lastArguments() = {path, access, share, creation, attributes};
     if (!isOneName(path))
         return kErrorInvalidName;
     const std::string name = toHostName(path);
@@ -142,10 +147,11 @@ ErrorCode createFile(const std::u16string& path, std::uint32_t access, std::uint
             return kErrorAccessDenied;
     }
     const mode_t permissions = (attributes & kFileAttributeReadOnly) != 0 ? 0444 : 0644;
-    const int descriptor = ::open(name.c_str(), openMode(access, creation), permissions);
-    if (descriptor < 0)
+    auto opened = std::make_unique<HostFile>();
+    opened->descriptor = ::open(name.c_str(), openMode(access, creation), permissions);
+    if (opened->descriptor < 0)
         return errorOf(errno);
-    file.reset(new HostFile{descriptor});
+    file.reset(opened.release());
     ++openFiles();
     return kSuccess;
 }
@@ -154,6 +160,7 @@ ErrorCode readFile(const FileHandle& file, void* buffer, std::uint32_t count, st
     transferred = 0;
     if (const ErrorCode error = enter("ReadFile", file))
         return error;
+    count = granted("ReadFile, short", count);
     const ErrorCode error = transfer(count, transferred, [&](std::uint32_t done, std::uint32_t left) {
         return ::read(descriptorOf(file), static_cast<char*>(buffer) + done, left);
     });
@@ -167,6 +174,7 @@ ErrorCode writeFile(const FileHandle& file, const void* buffer, std::uint32_t co
     transferred = 0;
     if (const ErrorCode error = enter("WriteFile", file))
         return error;
+    count = granted("WriteFile, short", count);
     const ErrorCode error = transfer(count, transferred, [&](std::uint32_t done, std::uint32_t left) {
         return ::write(descriptorOf(file), static_cast<const char*>(buffer) + done, left);
     });

@@ -14,7 +14,7 @@ struct CreateFileArguments {
     std::uint32_t attributes = 0;  // attributes and flags
 };
 
-// The arguments of the latest call, a failed one included.
+// The arguments of the latest call that no injected fault stopped, one that failed by itself included.
 const CreateFileArguments& lastCreateFile();
 
 // How many files are open now: shows handles that were left open.

@@ -4,6 +4,7 @@
 
 #include "platform/host/fault.h"
 #include "platform/host/menu_control.h"
+#include "platform/host/module_control.h"
 
 namespace platform {
 namespace {
@@ -67,10 +68,12 @@ bool insertMenuItem(MenuRef menu, std::uint32_t position, const MenuItem& item) 
     return true;
 }
 
-BitmapHandle loadBitmap(void*, std::uint32_t id, int width, int height, std::uint32_t flags) {
+BitmapHandle loadBitmap(void* module, std::uint32_t id, int width, int height, std::uint32_t flags) {
+    if (fault::next("LoadImageW"))
+        return {};
     host::UserInterface& ui = host::userInterface();
     ui.loads.push_back({id, width, height, flags});
-    if (fault::next("LoadImageW"))
+    if (!hasModule(module))
         return {};
     BitmapHandle loaded(new Bitmap{id});
     ++ui.liveBitmaps;
@@ -78,7 +81,9 @@ BitmapHandle loadBitmap(void*, std::uint32_t id, int width, int height, std::uin
 }
 
 int systemMetric(int index) {
-    return index == kSmallIconHeight ? host::userInterface().smallIconHeight : 0;
+    return fault::next("GetSystemMetrics") == kSuccess && index == kSmallIconHeight
+               ? host::userInterface().smallIconHeight
+               : 0;
 }
 
 std::uint32_t systemColor(int index) {
@@ -87,8 +92,10 @@ std::uint32_t systemColor(int index) {
 }
 
 bool cursorPosition(std::int32_t& x, std::int32_t& y) {
+    if (fault::next("GetCursorPos"))
+        return false;
     const host::UserInterface& ui = host::userInterface();
-    if (fault::next("GetCursorPos") || !ui.hasCursor)
+    if (!ui.hasCursor)
         return false;
     x = ui.cursorX;
     y = ui.cursorY;

@@ -26,7 +26,8 @@ struct Menu {
 // The recorded menu behind a reference.
 Menu& menu(MenuRef reference);
 
-// One call of loadBitmap.
+// One call of loadBitmap that no injected fault stopped. Bitmaps are in every module that the module stand-in
+// was told of (host/module_control.h) and in no other.
 struct BitmapLoad {
     std::uint32_t id;
     int width;

@@ -34,13 +34,18 @@ std::u16string moduleFileName(void* module) {
 }
 
 bool canLoadModule(const std::u16string& file) {
+    if (fault::next("LoadLibraryW") != kSuccess)
+        return false;
     std::error_code error;
-    return fault::next("LoadLibraryW") == kSuccess &&
-           std::filesystem::is_regular_file(toHostName(file), error);
+    return std::filesystem::is_regular_file(toHostName(file), error);
 }
 
 void setModuleFileName(void* module, const std::u16string& path) {
     modules().files[module] = path;
+}
+
+bool hasModule(void* module) {
+    return module != nullptr && modules().files.contains(module);
 }
 
 void resetModules() {

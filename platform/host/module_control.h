@@ -9,6 +9,9 @@ namespace platform {
 // has its real path. Every other module has none.
 void setModuleFileName(void* module, const std::u16string& path);
 
+// Whether setModuleFileName was told of `module`, the running program apart.
+bool hasModule(void* module);
+
 // Forgets what was set.
 void resetModules();
 

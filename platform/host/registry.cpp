@@ -49,9 +49,9 @@ void RegistryTraits::close(Type key) noexcept {
 
 ErrorCode openKey(void* parent, const std::u16string& path, std::uint32_t, std::uint32_t access,
                   RegistryHandle& key) {
-    hive().lastAccessMask = access;
     if (const ErrorCode error = fault::next("RegOpenKeyExW"); error != kSuccess)
         return error;
+    hive().lastAccessMask = access;
     Place place;
     if (const ErrorCode error = locate(parent, path, access, place); error != kSuccess)
         return error;
@@ -60,9 +60,9 @@ ErrorCode openKey(void* parent, const std::u16string& path, std::uint32_t, std::
 
 ErrorCode createKey(void* parent, const std::u16string& path, std::uint32_t, std::uint32_t access,
                     RegistryHandle& key) {
-    hive().lastAccessMask = access;
     if (const ErrorCode error = fault::next("RegCreateKeyExW"); error != kSuccess)
         return error;
+    hive().lastAccessMask = access;
     Place place;
     if (const ErrorCode error = locate(parent, path, access, place); error != kSuccess)
         return error;
@@ -80,7 +80,7 @@ ErrorCode deleteKey(void* parent, const std::u16string& path) {
 }
 
 std::optional<ErrorCode> deleteKeyEx(void* parent, const std::u16string& path, std::uint32_t viewFlag) {
-    if (!hive().exportsDeleteKeyEx)
+    if (fault::next("GetProcAddress") != kSuccess || !hive().exportsDeleteKeyEx)
         return std::nullopt;
     const ErrorCode error = fault::next("RegDeleteKeyExW");
     return error != kSuccess ? error : removeKey(parent, path, viewFlag);

@@ -42,7 +42,8 @@ void exportDeleteKeyEx(bool exported);
 // process that writes in between.
 void afterSizeQuery(std::function<void()> change);
 
-// The access mask of the last call that opened or made a key, whether it succeeded or not.
+// The access mask of the last call that opened or made a key and that no injected fault stopped, whether it
+// succeeded or not.
 std::uint32_t lastAccessMask();
 
 // How many handles are open.

@@ -48,17 +48,15 @@ std::vector<std::u16string> splitAtBlanks(const std::u16string& parameters) {
 
 // Records the start and, when asked to, carries it out; the value is that of ShellExecuteW.
 std::int64_t start(ShellStart record, ProcessHandle& process) {
-    shell().starts.push_back(record);
-    if (shell().executeResult <= kLargestFailure)
-        return shell().executeResult;
-    if (shell().forReal) {
-        process = startProgram(record.file, splitAtBlanks(record.parameters));
-        if (!process)
-            return kFileNotFound;
-    } else if (shell().exitCode) {
+    const bool succeeds = shell().executeResult > kLargestFailure;
+    // Whatever needs memory comes before the record: what is recorded has happened.
+    if (succeeds && !shell().forReal && shell().exitCode)
         process = finishedProcess(*shell().exitCode);
-    }
-    return shell().executeResult;
+    shell().starts.push_back(record);
+    if (!succeeds || !shell().forReal)
+        return shell().executeResult;
+    process = startProgram(record.file, splitAtBlanks(record.parameters));
+    return process ? shell().executeResult : kFileNotFound;
 }
 
 }  // namespace
@@ -160,23 +158,23 @@ DropList& DropList::operator=(DropList&& other) noexcept = default;
 DropList::~DropList() = default;
 
 DropList DropList::open(void* global) {
-    const bool fails = fault::next("GlobalLock") != kSuccess;
+    const bool fails = fault::next("GlobalLock") != kSuccess || fault::next("GlobalSize") != kSuccess;
     return DropList(std::make_unique<Block>(fails ? nullptr : static_cast<DropMemory*>(global)));
 }
 
 std::uint32_t DropList::count() const {
-    const bool has = block_ && block_->memory != nullptr && fault::next("DragQueryFileW") == kSuccess;
+    const bool has = fault::next("DragQueryFileW") == kSuccess && block_ && block_->memory != nullptr;
     return has ? static_cast<std::uint32_t>(block_->memory->items.size()) : 0;
 }
 
 std::uint32_t DropList::itemLength(std::uint32_t index) const {
-    if (!block_ || fault::next("DragQueryFileW") != kSuccess)
+    if (fault::next("DragQueryFileW") != kSuccess || !block_)
         return 0;
     return static_cast<std::uint32_t>(block_->path(index).size());
 }
 
 std::uint32_t DropList::copyItem(std::uint32_t index, char16_t* buffer, std::uint32_t room) const {
-    if (!block_ || room == 0 || fault::next("DragQueryFileW") != kSuccess)
+    if (fault::next("DragQueryFileW") != kSuccess || !block_ || room == 0)
         return 0;
     const std::size_t length = block_->path(index).copy(buffer, room - 1);
     buffer[length] = u'\0';

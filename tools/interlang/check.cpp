@@ -11,8 +11,6 @@
 namespace translators {
 namespace {
 
-constexpr std::u16string_view kLanguageKey = u"LANGUAGE";  // its text is the language's own name
-
 std::u16string_view withoutRegion(std::u16string_view language) {
     return language.substr(0, language.find_first_of(u"-_"));
 }
@@ -27,6 +25,9 @@ class Checker {
             checkFile(file);
         for (const std::u16string& language : files_.languages())
             checkLanguage(language, *files_.texts(language));
+        if (files_.texts(reference_.code) != nullptr)
+            checkReference();
+        countTranslated();
         sort();
         if (wanted_.contains(Check::Consistency))
             checkConsistency();
@@ -70,9 +71,9 @@ class Checker {
         const auto reference = reference_.texts.find(key);
         const bool known = reference != reference_.texts.end();
         const bool isReference = language == reference_.code;
-        if (isBlank(text.text) && (isReference || !known || !isBlank(reference->second.text)))
+        if (isBlank(text.text) && isReference)
             add(Check::Empty, language, key, text, "empty");
-        else if (known && !isReference)
+        else if (known && !isReference && !isBlank(text.text))
             compare(language, key, text, reference->second.text);
     }
 
@@ -93,19 +94,27 @@ class Checker {
             checkAccelerators(language, texts);
     }
 
-    // What is missing is told at the place where the language's texts end.
     void compareKeys(const std::u16string& language, const Texts& texts) {
-        const Text* last = nullptr;
         for (const auto& [key, text] : texts) {
-            if (last == nullptr || std::pair(text.file, text.line) > std::pair(last->file, last->line))
-                last = &text;
             if (!reference_.texts.contains(key))
                 add(Check::Obsolete, language, key, text, "not in " + utf8(reference_.code));
         }
-        for (const auto& [key, text] : reference_.texts) {
-            if (!texts.contains(key))
-                add(Check::Missing, language, key, *last,
-                    "missing; " + utf8(reference_.code) + ": " + quoted(text.text));
+    }
+
+    void checkReference() {
+        for (const std::u16string& key : programKeys()) {
+            if (!reference_.texts.contains(key))
+                add({Check::Missing, reference_.path, 0, reference_.code, key, "missing"});
+        }
+    }
+
+    // A language of a file that was not read whole seems to lack more than it does.
+    void countTranslated() {
+        result_.coverage = coverage(files_, reference_);
+        for (const LanguageFile& file : files_.files()) {
+            if (file.syntaxError)
+                std::erase_if(result_.coverage,
+                              [&](const Coverage& row) { return file.texts.contains(row.language); });
         }
     }
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/interlang/language_files.h"
+#include "tools/interlang/coverage.h"
 
 namespace translators {
 
@@ -37,10 +37,10 @@ struct CheckKind {
 inline constexpr std::array<CheckKind, 13> kChecks = {{
     {"syntax", true, "lines that end the reading of a file"},
     {"utf8", true, "bytes that are not UTF-8"},
-    {"missing", true, "keys of the reference language without a text"},
+    {"missing", true, "keys that the program asks for without a text in the reference language"},
     {"placeholders", true, "%1 and %2 not as often as in the reference language"},
     {"escapes", true, "backslashes that begin no escape"},
-    {"empty", true, "texts without a visible character"},
+    {"empty", true, "texts of the reference language without a visible character"},
     {"accelerator-twice", true, "the same accelerator twice within one menu"},
     {"obsolete", false, "keys that the reference language does not have"},
     {"untranslated", false, "texts of several words as in the reference language"},
@@ -64,8 +64,9 @@ struct Finding {
 };
 
 struct CheckResult {
-    std::vector<Finding> findings;  // by file, in the order of the command line, and line
-    std::string consistencyReport;  // empty when all is well, or when it was not asked for
+    std::vector<Finding> findings;   // by file, in the order of the command line, and line
+    std::vector<Coverage> coverage;  // of the files without syntax errors
+    std::string consistencyReport;   // empty when all is well, or when it was not asked for
     std::size_t errors = 0;
     std::size_t warnings = 0;
 };

@@ -1,14 +1,13 @@
 #include "tools/interlang/commands.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 
 #include "foundation/text/text.h"
-#include "lang/language_loader.h"
 #include "platform/file.h"
 #include "platform/terminal.h"
 #include "tools/interlang/exchange.h"
+#include "tools/interlang/fill.h"
 #include "tools/interlang/layout.h"
 #include "tools/interlang/report.h"
 #include "tools/interlang/show.h"
@@ -29,16 +28,15 @@ std::vector<std::u16string> paths(const Arguments& arguments) {
     if (!result.empty())
         return result;
     const std::u16string folder = owlkit::withTrailingSeparator(wide(arguments.folder));
-    if (!owlkit::ListLanguageFiles(folder, result))
+    result = languageFilesOf(folder);
+    if (result.empty())
         throw Failure("no language files in " + utf8(folder));
-    std::ranges::sort(result);
-    for (std::u16string& name : result)
-        name.insert(0, folder);
     return result;
 }
 
 Reference reference(const Arguments& arguments, const LanguageFiles& files) {
-    return findReference(files, wide(arguments.reference), wide(arguments.referenceFile));
+    return findReference(files, wide(arguments.reference), wide(arguments.referenceFile),
+                         wide(arguments.folder));
 }
 
 bool exists(const std::string& path) {
@@ -140,6 +138,15 @@ int runFormat(const Arguments& arguments) {
 
 int runMerge(const Arguments& arguments) {
     return rewrite(arguments, true);
+}
+
+int runFill(const Arguments& arguments) {
+    const LanguageFiles files(paths(arguments));
+    const FillResult result =
+        fillFolder(files, reference(arguments, files), wide(arguments.output), arguments.removeOthers);
+    print(std::to_string(files.files().size()) + " files, " + std::to_string(result.filled) +
+          " texts filled in, " + std::to_string(result.deleted) + " files deleted\n");
+    return kClean;
 }
 
 int runNew(const Arguments& arguments) {

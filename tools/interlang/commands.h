@@ -22,6 +22,7 @@ struct Arguments {
     std::string output;  // empty: standard output
     bool force = false;  // replaces an existing output
     bool inPlace = false;
+    bool removeOthers = false;  // fill: language files of the output folder that the folder does not have
     bool json = false;
     std::string format = "po";
     std::set<Check> checks;
@@ -38,6 +39,7 @@ struct Arguments {
 int runCheck(const Arguments& arguments);
 int runStats(const Arguments& arguments);
 int runShow(const Arguments& arguments);
+int runFill(const Arguments& arguments);
 int runFormat(const Arguments& arguments);
 int runMerge(const Arguments& arguments);
 int runNew(const Arguments& arguments);

@@ -2,6 +2,7 @@
 """Runs the translators' program over temporary files: interlang_test.py PROGRAM"""
 import json
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -17,6 +18,11 @@ ODD_TEXTS = {
     "BREAKS": r"\none\n\ntwo\r\nthree\n", "XML": "<a href=\"b\">&amp;'</a>]]>", "PO": r'"q" #, fuzzy \" %1',
     "NONCHARACTERS": r"\uFEFFa\uFFFE\uFFFF\x85\u2028", "EMPTY": "", "odd key \\n <&\">": "x",
 }
+
+
+LANGS = pathlib.Path(__file__).resolve().parents[2] / "langs"
+# Complete: the program's own English texts.
+ENGLISH = dict(re.findall(r"^KEY: (.*)\nTEXT: (.*)$", next(LANGS.glob("*en.lang.txt")).read_text(encoding="utf-8"), re.M))
 
 
 def language(code, texts):
@@ -48,21 +54,20 @@ class InterlangTest(unittest.TestCase):
         return exported[exported.index("<body>"):]
 
     def test_each_fault_is_found_on_its_line(self):
-        english = {"LANGUAGE": "English", "CXT_MENU_OPTIONS": "&Options...", "CXT_MENU_HELP": "&Help", "HINT": "Two words %1"}
+        english = {**ENGLISH, "HINT": "Two words %1"}
         german = {"LANGUAGE": "Deutsch", "CXT_MENU_OPTIONS": "&Optionen...", "CXT_MENU_HELP": "&Hilfe", "HINT": "Wörter %1"}
         self.write("en.lang.txt", language("en", english))
         for check, line, changes, code in (
                 (None, 0, {}, 0),
                 (None, 0, {"HINT": r"Doppelt \x5C %1\n\t\u00e4 x"}, 0),
-                ("missing", 7, {"HINT": None}, 2),
+                (None, 0, {"HINT": None}, 0),
                 ("placeholders", 9, {"HINT": "Wörter"}, 2),
                 ("placeholders", 9, {"HINT": "Wörter %1 %2"}, 2),
                 ("escapes", 9, {"HINT": r"\d %1"}, 2),
                 ("escapes", 9, {"HINT": r"\x2 %1"}, 2),
                 ("escapes", 9, {"HINT": r"\\n %1"}, 2),
                 ("escapes", 9, {"HINT": "%1\\"}, 2),
-                ("empty", 9, {"HINT": ""}, 2),
-                ("empty", 9, {"HINT": r"\x20\n"}, 2),
+                (None, 0, {"HINT": ""}, 0),
                 ("accelerator-twice", 7, {"CXT_MENU_OPTIONS": "&Hinweise"}, 2),
                 ("accelerator-missing", 7, {"CXT_MENU_HELP": "Rock && Hilfe&"}, 1),
                 ("obsolete", 11, {"OLD": "alt"}, 1),
@@ -81,27 +86,61 @@ class InterlangTest(unittest.TestCase):
                     self.write("de.lang.txt", language("de", changed).encode() + b"KEY: HINT\nTEXT: " + hint)
                 else:
                     self.write("de.lang.txt", language("de", changed))
-                off = ["--no-consistency"] + ["--no-missing"] * (check == "syntax")
-                found = json.loads(self.run_tool("check", "en.lang.txt", "de.lang.txt", "--json", *off, code=code))
+                found = json.loads(self.run_tool("check", "en.lang.txt", "de.lang.txt", "--json", code=code))
                 expected = [(check, "de.lang.txt", line)] if check else []
                 self.assertEqual([(f["check"], f["file"], f["line"]) for f in found["findings"]], expected)
                 self.assertEqual((found["errors"], found["warnings"]), (int(code == 2), int(code == 1)))
                 if check:
-                    text = self.run_tool("check", "de.lang.txt", *off, code=code)  # finds en.lang.txt by itself
+                    text = self.run_tool("check", "de.lang.txt", code=code)  # finds en.lang.txt by itself
                     severity = "error" if code == 2 else "warning"
                     self.assertRegex(text, rf"(?m)^de\.lang\.txt:{line}: {severity}: .*\[{check}\]$")
-                    self.run_tool("check", "en.lang.txt", "de.lang.txt", f"--no-{check}", *off)
+                    self.run_tool("check", "en.lang.txt", "de.lang.txt", f"--no-{check}")
 
-    def test_consistency_report(self):
-        self.write("en.lang.txt", "LANG: en\nKEY: A\nTEXT: x\nLANG: de\nKEY: B\nTEXT: y")
-        text = self.run_tool("check", "en.lang.txt", "--no-missing", "--no-obsolete", code=1)
-        self.assertIn("KEY: A\nNew Key? This key is absent in the following languages: de\n", text)
-        self.assertIn("KEY: B\nObsolete Key?", text)
+    def test_only_english_must_be_complete(self):
+        german = {**ENGLISH, "LANGUAGE": "Deutsch", "CXT_MENU_HELP": None, "CXT_MENU_OPTIONS": "", "NEW": "neu"}
+        self.write("english.lang.txt", language("en", {**ENGLISH, "NEW": "new"}))
+        self.write("de.lang.txt", language("de", {key: text for key, text in german.items() if text is not None}))
+        off = ["--no-untranslated"]
+        self.assertIn("de: 21 of 23 texts are translated, not CXT_MENU_HELP CXT_MENU_OPTIONS\n0 errors",
+                      self.run_tool("check", "--folder", ".", *off))
+        self.assertEqual(json.loads(self.run_tool("check", "--folder", ".", "--json", *off))["coverage"][0]["missing"], 1)
+        self.assertIn("KEY: CXT_MENU_HELP\n", self.run_tool("check", "--folder", ".", "--consistency", *off, code=1))
+        self.write("english.lang.txt", language("en", {**ENGLISH, "NEW": "", "CXT_MENU_HELP": r"\x20"}).replace(
+            "KEY: CXT_MENU_OPTIONS", "KEY: OTHER"))
+        text = self.run_tool("check", "--folder", ".", *off, code=2)
+        self.assertRegex(text, r"english.lang.txt:0: error: en CXT_MENU_OPTIONS: missing \[missing\]")
+        self.assertRegex(text, r"english.lang.txt:13: error: en CXT_MENU_HELP: empty \[empty\]")
+
+    def test_filled_copies(self):
+        self.work.joinpath("langs").mkdir()
+        self.write("langs/00-en.lang.txt", language("en", {"LANGUAGE": "English", "A": "&One", "B": r"\x20two\n", "C": ""}))
+        self.write("langs/de.lang.txt", language("de", {"A": "eins", "C": ""}) + language("fr", {"A": "", "OLD": "vieux"}))
+        self.write("langs/de2.lang.txt", b"\xEF\xBB\xBF" + language("de", {"B": r"\x20", "LANGUAGE": "Deutsch"}).encode())
+        self.write("langs/nb.lang.txt", "# whole\r\n" + language("nb", {"A": "en", "B": "to", "C": "tre"}))
+        for arguments, told in (([], "4 files, 3 texts filled in, 0"), (["--delete"], "4 files, 3 texts filled in, 1")):
+            self.assertIn(told, self.run_tool("fill", "-o", "out/langs", *arguments))
+            self.write("out/langs/gone.lang.txt", "LANG: xx")
+            self.write("out/langs/notes.txt", "")
+        self.run_tool("fill", "--delete", "-o", "out/langs", "langs/")
+        self.assertEqual(sorted(path.name for path in self.work.glob("out/langs/*")),
+                         ["00-en.lang.txt", "de.lang.txt", "de2.lang.txt", "nb.lang.txt", "notes.txt"])
+        for name in ("00-en", "nb"):
+            self.assertEqual((self.work / f"out/langs/{name}.lang.txt").read_bytes(),
+                             (self.work / f"langs/{name}.lang.txt").read_bytes())
+        filled = self.read("out/langs/de.lang.txt")
+        for part in ("KEY: A\nTEXT: eins\n", "KEY: A\nTEXT: &One\n", "KEY: B\nTEXT: \\x20two\\n\n", "KEY: OLD\nTEXT: vieux"):
+            self.assertEqual(filled.count(part), 1, part)
+        self.assertIn("KEY: LANGUAGE\nTEXT: Deutsch\n", self.read("out/langs/de2.lang.txt"))
+        self.assertNotIn("English", filled)
+        self.assertIn("would replace", self.run_tool("fill", "-o", "langs", code=2))
+        self.write("langs/zz.lang.txt", "LANG: zz\nKEY: A\nKEY: B")
+        self.assertIn("zz.lang.txt:3: syntax error", self.run_tool("fill", "-o", "other", code=2))
+        self.assertFalse((self.work / "other").exists())
 
     def test_postfixes_and_fallen_back_texts_in_menus(self):
         self.write("en.lang.txt", language("en", {"CXT_MENU_WIPE_DRIVE": "&Wipe", "CXT_MENU_WIPE_DRIVE_TRASH": "Bin",
                                                   "CXT_MENU_EMPTY_POSTFIX": "(&w)"}))
-        text = self.run_tool("check", "en.lang.txt", code=2)
+        text = self.run_tool("check", "en.lang.txt", "--no-missing", code=2)
         self.assertRegex(text, r"lang.txt:5: error: en CXT_MENU_WIPE_DRIVE_TRASH: accelerator \"w\" .* line 3")
         self.assertRegex(text, r"lang.txt:5: warning: en CXT_MENU_WIPE_DRIVE_TRASH: no accelerator in \"Bin")
         self.assertNotIn("CXT_MENU_OPTIONS", text)
@@ -231,6 +270,9 @@ class InterlangTest(unittest.TestCase):
         self.assertIn("cannot open missing", self.run_tool("check", "missing", code=2))
         self.write("de.lang.txt", language("de", {"A": "x"}))
         self.assertIn("--reference-file", self.run_tool("check", "de.lang.txt", code=2))
+        self.write("english.lang.txt", "LANG: en\nKEY: A\nTEXT: one\nKEY: B\nKEY: C")
+        for command in ("check", "stats", "format", "merge"):
+            self.assertIn("english.lang.txt:5: syntax error", self.run_tool(command, "de.lang.txt", code=2))
 
 
 if __name__ == "__main__":

@@ -8,6 +8,7 @@
 #include "foundation/stream/file_stream.h"
 #include "foundation/stream/memory_stream.h"
 #include "foundation/text/text.h"
+#include "lang/language_loader.h"
 #include "lang/loading_scope.h"
 #include "lang/read_observer.h"
 #include "platform/file.h"
@@ -57,7 +58,49 @@ std::u16string folderOf(const std::u16string& path) {
     return path.substr(0, path.find_last_of(separators) + 1);
 }
 
+// Whether a record of the file, one behind a syntax error included, names the language.
+bool names(const LanguageFile& file, std::u16string_view code) {
+    if (file.texts.contains(std::u16string(code)))
+        return true;
+    const std::u16string text = u'\n' + wide(file.bytes) + u'\n';
+    for (std::size_t at = text.find(u"LANG:"); at != std::u16string::npos; at = text.find(u"LANG:", at + 5)) {
+        const std::size_t start = text.find_last_of(u'\n', at) + 1;
+        const std::u16string_view line =
+            owlkit::trim(std::u16string_view(text).substr(start, text.find(u'\n', at) - start));
+        if (line.starts_with(u"LANG:") && owlkit::trim(line.substr(5)) == code)
+            return true;
+    }
+    return false;
+}
+
+bool names(const LanguageFiles& files, std::u16string_view code) {
+    return std::ranges::any_of(files.files(), [&](const LanguageFile& file) { return names(file, code); });
+}
+
+Reference referenceFrom(const LanguageFiles& files, const std::u16string& code) {
+    for (const LanguageFile& file : files.files()) {
+        if (file.syntaxError && names(file, code))
+            throw Failure(utf8(file.path) + ':' + std::to_string(*file.syntaxError) +
+                          ": syntax error in the reference language; nothing can be compared with it");
+    }
+    const Texts* texts = files.texts(code);
+    if (texts == nullptr)
+        throw Failure("no texts in the reference language " + translators::quoted(code) +
+                      "; name their file with --reference-file");
+    const LanguageFile& first = files.files()[texts->begin()->second.file];
+    return {code, *texts, first.path, first.opening};
+}
+
 }  // namespace
+
+std::vector<std::u16string> languageFilesOf(const std::u16string& folder) {
+    std::vector<std::u16string> paths;
+    owlkit::ListLanguageFiles(folder.empty() ? u"." : folder, paths);
+    std::ranges::sort(paths);
+    for (std::u16string& path : paths)
+        path.insert(0, folder);
+    return paths;
+}
 
 std::string readBytes(const std::u16string& path) {
     owlkit::FileStream file;
@@ -125,23 +168,15 @@ const Texts* LanguageFiles::texts(std::u16string_view language) const {
     return found == texts_.end() ? nullptr : &found->second;
 }
 
-Reference findReference(const LanguageFiles& files, const std::u16string& code, const std::u16string& file) {
-    if (file.empty()) {
-        if (const Texts* texts = files.texts(code)) {
-            const LanguageFile& first = files.files()[texts->begin()->second.file];
-            return {code, *texts, first.path, first.opening};
-        }
-    }
-    const std::u16string folder =
-        files.files().empty() ? std::u16string() : folderOf(files.files().front().path);
-    const std::u16string path = file.empty() ? folder + code + u".lang.txt" : file;
-    if (!file.empty() || platform::fileAttributes(path) != platform::kInvalidFileAttributes) {
-        const LanguageFiles other({path});
-        if (const Texts* texts = other.texts(code))
-            return {code, *texts, path, other.files().front().opening};
-    }
-    throw Failure("no texts in the reference language " + translators::quoted(code) +
-                  "; name their file with --reference-file");
+Reference findReference(const LanguageFiles& files, const std::u16string& code, const std::u16string& file,
+                        const std::u16string& folder) {
+    if (!file.empty())
+        return referenceFrom(LanguageFiles({file}), code);
+    if (names(files, code))
+        return referenceFrom(files, code);
+    const std::u16string beside =
+        files.files().empty() ? owlkit::withTrailingSeparator(folder) : folderOf(files.files().front().path);
+    return referenceFrom(LanguageFiles(languageFilesOf(beside)), code);
 }
 
 }  // namespace translators

@@ -12,6 +12,8 @@
 
 namespace translators {
 
+inline constexpr std::u16string_view kLanguageKey = u"LANGUAGE";  // its text is the language's own name
+
 struct Text {
     std::u16string written;  // as in the file, escapes not decoded
     std::u16string text;
@@ -45,6 +47,9 @@ std::string readBytes(const std::u16string& path);
 // as it was.
 void writeBytes(const std::u16string& path, const std::string& bytes);
 
+// The paths of the folder's language files, in ascending order; `folder` is empty or ends in a separator.
+std::vector<std::u16string> languageFilesOf(const std::u16string& folder);
+
 class LanguageFiles {
   public:
     // Reads all files, in this order. Throws Failure when one cannot be opened; bad content is no failure.
@@ -76,8 +81,10 @@ struct Reference {
     std::vector<std::u16string> opening;  // of that file
 };
 
-// Looks for the texts of `code` in `file` if that is named, else in `files`, else in CODE.lang.txt beside the
-// first of them. Throws Failure when there are none.
-Reference findReference(const LanguageFiles& files, const std::u16string& code, const std::u16string& file);
+// Looks for the texts of `code` in `file` if that is named, else in `files`, else in all language files
+// beside the first of them, or of `folder` where `files` are none. Throws Failure when there are none, or
+// when a file that names the language has a syntax error.
+Reference findReference(const LanguageFiles& files, const std::u16string& code, const std::u16string& file,
+                        const std::u16string& folder);
 
 }  // namespace translators

@@ -40,17 +40,6 @@ bool readsBack(const std::string& bytes, std::u16string_view language, const Tex
            });
 }
 
-void requireWhole(const LanguageFile& file) {
-    if (file.syntaxError)
-        throw Failure(utf8(file.path) + ':' + std::to_string(*file.syntaxError) +
-                      ": syntax error; the rest of the file would be lost");
-    if (!file.invalidLines.empty())
-        throw Failure(utf8(file.path) + ':' + std::to_string(file.invalidLines.front()) +
-                      ": bytes that are not UTF-8; they would be lost");
-    if (file.texts.empty() && !file.bytes.empty())
-        throw Failure(utf8(file.path) + ": no texts in it; nothing of it would be left");
-}
-
 }  // namespace
 
 std::string layOut(std::u16string_view language, const Texts& texts, const Reference& reference) {
@@ -74,6 +63,17 @@ std::string layOut(std::u16string_view language, const Texts& texts, const Refer
     if (!readsBack(bytes, language, texts))
         throw Failure("the texts in " + quoted(language) + " cannot be written as a language file");
     return bytes;
+}
+
+void requireWhole(const LanguageFile& file) {
+    if (file.syntaxError)
+        throw Failure(utf8(file.path) + ':' + std::to_string(*file.syntaxError) +
+                      ": syntax error; the rest of the file would be lost");
+    if (!file.invalidLines.empty())
+        throw Failure(utf8(file.path) + ':' + std::to_string(file.invalidLines.front()) +
+                      ": bytes that are not UTF-8; they would be lost");
+    if (file.texts.empty() && !file.bytes.empty())
+        throw Failure(utf8(file.path) + ": no texts in it; nothing of it would be left");
 }
 
 std::map<std::u16string, Texts> missingTexts(const LanguageFiles& files, const Reference& reference) {

@@ -13,6 +13,9 @@ namespace translators {
 // It has exactly `texts`: what is missing stays missing. Throws Failure when it would not read back the same.
 std::string layOut(std::u16string_view language, const Texts& texts, const Reference& reference);
 
+// Throws Failure when the file could not be read whole, since the rest of it would be lost.
+void requireWhole(const LanguageFile& file);
+
 // A whole file: its opening comment, then each of its languages, keys that the reference does not have in a
 // section of their own at the end. `additions` are put in where the file has no such key. Throws Failure when
 // the file could not be read whole, since the rest would be lost.

@@ -34,7 +34,7 @@ void addReference(CLI::App* command, Arguments& arguments) {
         ->capture_default_str();
     command
         ->add_option("--reference-file", arguments.referenceFile,
-                     "its file, when it is neither named nor CODE.lang.txt beside the first one")
+                     "its file, when it is neither named nor beside the first one")
         ->type_name("FILE");
 }
 
@@ -55,6 +55,11 @@ void addJson(CLI::App* command, Arguments& arguments) {
 void addChecks(CLI::App* command, Arguments& arguments) {
     for (std::size_t i = 0; i < kChecks.size(); ++i) {
         const auto check = static_cast<Check>(i);
+        if (check == Check::Consistency) {  // tells more than what is wrong
+            command->add_flag_callback(
+                "--consistency", [&arguments, check] { arguments.checks.insert(check); }, kChecks[i].what);
+            continue;
+        }
         arguments.checks.insert(check);
         const std::string severity = kChecks[i].error ? "error: " : "warning: ";
         command->add_flag_callback(
@@ -94,6 +99,16 @@ class Program {
         addJson(add("stats", "tell how far each language is translated", runStats, true), arguments_);
         addInPlace(add("format", "rewrite files in the layout of the program", runFormat, true));
         addInPlace(add("merge", "format, and add the reference's new keys with empty texts", runMerge, true));
+        CLI::App* fill =
+            add("fill", "copy a folder's files, missing and empty texts taken from the reference", runFill,
+                false);
+        fill->add_option("FOLDER", arguments_.folder, "the folder of the language files")
+            ->capture_default_str();
+        fill->add_option("-o,--output", arguments_.output, "the folder of the copies")
+            ->type_name("DIR")
+            ->required();
+        fill->add_flag("--delete", arguments_.removeOthers,
+                       "delete language files of DIR that FOLDER does not have");
         CLI::App* fresh = add("new", "make the file of a new language", runNew, false);
         fresh->add_option("CODE", arguments_.language, "the new language")->required();
         fresh->add_option("--folder", arguments_.folder, "where the reference's file is")

@@ -1,7 +1,5 @@
 #include "tools/interlang/menu_levels.h"
 
-#include <set>
-
 #include "foundation/process/elevation.h"
 
 namespace translators {
@@ -75,6 +73,18 @@ void appendLevels(const std::vector<MenuEntry>& keys, const std::vector<MenuEntr
     }
 }
 
+void collectKeys(const std::vector<MenuEntry>& entries, std::set<std::u16string>& keys) {
+    for (const MenuEntry& entry : entries) {
+        const std::size_t blank = entry.text.find(u' ');
+        keys.insert(entry.text.substr(0, blank));
+        if (blank != std::u16string::npos)  // a postfix
+            keys.insert(entry.text.substr(blank + 1));
+        collectKeys(entry.children, keys);
+    }
+    keys.erase(std::u16string(nmshell::kSeparatorText));
+    keys.erase(u"");  // of an entry without a text
+}
+
 // Lower case for the letters of the alphabets that have one.
 char16_t lower(char16_t unit) {
     const auto in = [unit](char16_t first, char16_t last) { return unit >= first && unit <= last; };
@@ -97,6 +107,15 @@ std::vector<MenuLevel> menuLevels(const owlkit::interlang& texts) {
     for (const MenuCase& menu : distinctCases())
         appendLevels(keyMenu(menu), nmshell::buildMenu(menu.selection, menu.facts, texts), levels);
     return levels;
+}
+
+std::set<std::u16string> programKeys() {
+    std::set<std::u16string> keys;
+    for (const MenuCase& menu : distinctCases())
+        collectKeys(keyMenu(menu), keys);
+    for (std::uint32_t offset = 0; offset < nmshell::kCommandCount; ++offset)
+        keys.emplace(nmshell::command(offset).helpKey);
+    return keys;
 }
 
 char16_t accelerator(std::u16string_view text) {

@@ -2,6 +2,7 @@
 // the system, so that nothing about its structure is known here.
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,9 @@ using MenuLevel = std::vector<LevelEntry>;  // without separators
 // Every level of every menu, built from `texts` in its active language; menus that take the same keys count
 // once.
 std::vector<MenuLevel> menuLevels(const owlkit::interlang& texts);
+
+// The keys of all texts that the program asks for: those of the menus and the help texts.
+std::set<std::u16string> programKeys();
 
 // The accelerator of a menu text, in lower case: the character behind its last single '&'. 0 when there is
 // none.

@@ -4,7 +4,6 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/interlang/text.h"
-#include "tools/interlang/text_checks.h"
 
 namespace translators {
 namespace {
@@ -33,11 +32,6 @@ std::string counted(std::size_t count, const char* noun) {
     return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
 }
 
-// Hundredths are cut off, so that only what is complete shows as 100.
-std::size_t percent(const Coverage& language) {
-    return language.keys == 0 ? 100 : language.translated * 100 / language.keys;
-}
-
 // How many columns the text takes in a terminal; the wide characters of East Asia take two.
 std::size_t columns(std::u16string_view text) {
     std::size_t count = 0;
@@ -48,6 +42,35 @@ std::size_t columns(std::u16string_view text) {
         count += nothing ? 0u : wide ? 2u : 1u;
     }
     return count;
+}
+
+// How far the languages are that are not translated whole.
+std::string unfinished(const std::vector<Coverage>& languages) {
+    std::string text;
+    for (const Coverage& row : languages) {
+        if (row.untranslated.empty())
+            continue;
+        text += utf8(row.language) + ": " + std::to_string(row.translated) + " of " +
+                std::to_string(row.keys) + " texts are translated, not";
+        for (const std::u16string& key : row.untranslated)
+            text += ' ' + utf8(key);
+        text += '\n';
+    }
+    return text;
+}
+
+Json toJson(const std::vector<Coverage>& languages) {
+    Json rows = Json::array();
+    for (const Coverage& row : languages)
+        rows.push_back({{"language", utf8(row.language)},
+                        {"name", utf8(row.name)},
+                        {"coverage", percent(row)},
+                        {"translated", row.translated},
+                        {"asReference", row.asReference},
+                        {"empty", row.empty},
+                        {"missing", row.missing},
+                        {"obsolete", row.obsolete}});
+    return rows;
 }
 
 std::string padded(std::u16string_view text, std::size_t width) {
@@ -64,6 +87,7 @@ std::string toText(const CheckResult& result) {
     std::string text;
     for (const Finding& finding : result.findings)
         text += line(finding);
+    text += unfinished(result.coverage);
     if (!result.consistencyReport.empty())
         text += '\n' + result.consistencyReport;
     return text + counted(result.errors, "error") + ", " + counted(result.warnings, "warning") + '\n';
@@ -81,36 +105,11 @@ std::string toJson(const CheckResult& result) {
         item["message"] = finding.message;
         json["findings"].push_back(std::move(item));
     }
+    json["coverage"] = toJson(result.coverage);
     json["consistency"] = result.consistencyReport;
     json["errors"] = result.errors;
     json["warnings"] = result.warnings;
     return dump(json);
-}
-
-std::vector<Coverage> coverage(const LanguageFiles& files, const Reference& reference) {
-    std::vector<Coverage> languages;
-    for (const std::u16string& language : files.languages()) {
-        const Texts& texts = *files.texts(language);
-        Coverage row{language, {}, reference.texts.size()};
-        if (const auto name = texts.find(u"LANGUAGE"); name != texts.end())
-            row.name = name->second.text;
-        for (const auto& [key, other] : reference.texts) {
-            const auto text = texts.find(key);
-            if (text == texts.end())
-                ++row.missing;
-            else if (isBlank(text->second.text))
-                ++row.empty;
-            else
-                ++row.translated;
-            if (language != reference.code && text != texts.end() && text->second.text == other.text &&
-                !isInternational(other.text))
-                ++row.asReference;
-        }
-        row.obsolete = static_cast<std::size_t>(std::ranges::count_if(
-            texts, [&](const auto& text) { return !reference.texts.contains(text.first); }));
-        languages.push_back(std::move(row));
-    }
-    return languages;
 }
 
 std::string toText(const std::vector<Coverage>& languages) {
@@ -137,16 +136,7 @@ std::string toJson(const std::vector<Coverage>& languages, const Reference& refe
     Json json;
     json["reference"] = utf8(reference.code);
     json["keys"] = reference.texts.size();
-    json["languages"] = Json::array();
-    for (const Coverage& row : languages)
-        json["languages"].push_back({{"language", utf8(row.language)},
-                                     {"name", utf8(row.name)},
-                                     {"coverage", percent(row)},
-                                     {"translated", row.translated},
-                                     {"asReference", row.asReference},
-                                     {"empty", row.empty},
-                                     {"missing", row.missing},
-                                     {"obsolete", row.obsolete}});
+    json["languages"] = toJson(languages);
     return dump(json);
 }
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs a Windows program through Wine, in the prefix of this build: wine-run.sh PROGRAM.exe [ARGUMENT ...]
-# CMake uses it as the emulator of the cross build. WINEPREFIX chooses another prefix; the default one is made on
-# first use and lies in build/, so that nothing of the user's own Wine is touched.
+# CMake uses it as the emulator of the cross build. WINEPREFIX chooses another prefix; the default one lies in build/, so that
+# nothing of the user's own Wine is touched. A prefix is made on first use, as a copy of a template that is made once.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 export WINEPREFIX="${WINEPREFIX:-$root/build/wineprefix}"
@@ -12,16 +12,46 @@ export WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-mscoree,mshtml=}"
 export WINESERVER="${WINESERVER:-/usr/lib/wine/wineserver64}"
 wine=/usr/lib/wine/wine64
 [ -x "$wine" ] || wine=wine64
-mkdir -p "$(dirname "$WINEPREFIX")"
-if [ ! -e "$WINEPREFIX/.ready" ]; then
+template=$root/build/wine-template
+
+# once DIR FUNCTION: lets FUNCTION make DIR, one process at a time and only the first time.
+once() {
+  [ -e "$1/.ready" ] && return
+  mkdir -p "$(dirname "$1")"
   (
     flock 9
-    if [ ! -e "$WINEPREFIX/.ready" ]; then
-      # Any program that is started sets a new prefix up. `wineboot --init` would be a second one at it: two service
-      # managers, no lasting RPC service, and ten seconds of waiting in every program that uses COM.
-      "$wine" cmd /c exit >/dev/null 2>&1
-      touch "$WINEPREFIX/.ready"
-    fi
-  ) 9>"$WINEPREFIX.lock"
+    [ -e "$1/.ready" ] && exit
+    rm -rf "$1"
+    "$2" "$1"
+    touch "$1/.ready"
+  ) 9>"$1.lock"
+}
+
+# Any program that is started sets a prefix up. `wineboot --init` would be a second one at it: two service managers, no
+# lasting RPC service, and ten seconds of waiting in every program that uses COM. What Wine does behind that, and at the
+# first restart, is waited for, so that all copies begin alike and stay so.
+make_template() {
+  local program
+  for program in "cmd /c exit" wineboot; do
+    # shellcheck disable=SC2086  # the words of a command
+    WINEPREFIX=$1 "$wine" $program >/dev/null 2>&1
+    WINEPREFIX=$1 "$WINESERVER" -w
+  done
+}
+
+# The system's own 700 MB, which nobody writes to, become hard links where the file system has them.
+make_prefix() {
+  local part
+  mkdir -p "$1"
+  tar -C "$template" --exclude=./.ready --exclude=./drive_c/windows/{system32,winsxs} -cf - . | tar -C "$1" -xf -
+  for part in drive_c/windows/{system32,winsxs}; do
+    mkdir "$1/$part"
+    cp -al "$template/$part/." "$1/$part" 2>/dev/null || cp -a "$template/$part/." "$1/$part"
+  done
+}
+
+if [ ! -e "$WINEPREFIX/.ready" ]; then
+  once "$template" make_template
+  once "$WINEPREFIX" make_prefix
 fi
 exec "$wine" "$@"

@@ -29,12 +29,22 @@ class WineTest(unittest.TestCase):
         cls.environment = dict(os.environ, WINEPREFIX=str(cls.home / "prefix"), LC_ALL="C.UTF-8",
                                XDG_DATA_HOME=str(cls.home / "xdg"))
         cls.environment.pop("DISPLAY", None)
+        cls.addClassCleanup(shutil.rmtree, cls.home, ignore_errors=True)
+        cls.start()
+        cls.addClassCleanup(cls.stop)
 
     @classmethod
-    def tearDownClass(cls):
-        subprocess.run(["/usr/lib/wine/wineserver64", "-k"], env=cls.environment, check=False,
+    def start(cls):
+        """Starts Windows: Wine ends its services with the last program, and starting them again takes seconds."""
+        cls.lasting = subprocess.Popen([ROOT / "scripts/wine-run.sh", "cmd"], env=cls.environment, stdin=subprocess.PIPE,
+                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+    @classmethod
+    def stop(cls):
+        """Ends every program and writes the registry."""
+        subprocess.run(["/usr/lib/wine/wineserver64", "-k", "-w"], env=cls.environment, check=False,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        shutil.rmtree(cls.home, ignore_errors=True)
+        cls.lasting.communicate()
 
     def setUp(self):
         self.work = self.home / "work"
@@ -52,12 +62,18 @@ class WineTest(unittest.TestCase):
 
     @classmethod
     def wine(cls, program, *arguments, **environment):
-        """Runs a program of the build, or one of Wine's own, and returns the finished process."""
+        """Runs a program of the build, or one of Wine's own, and returns the finished process. Its output goes to files: a
+        pipe stays open as long as any program that was started on the way."""
         built = BIN / program
-        return subprocess.run([str(ROOT / "scripts/wine-run.sh"), str(built) if built.exists() else program,
-                               *map(str, arguments)],
-                              env={**cls.environment, **environment}, capture_output=True, timeout=300,
-                              stdin=subprocess.DEVNULL, encoding="utf-8", errors="surrogateescape", check=False)
+        with tempfile.TemporaryFile() as output, tempfile.TemporaryFile() as errors:
+            finished = subprocess.run([ROOT / "scripts/wine-run.sh", built if built.exists() else program,
+                                       *map(str, arguments)], env={**cls.environment, **environment}, timeout=300,
+                                      stdin=subprocess.DEVNULL, stdout=output, stderr=errors, check=False)
+            for name, file in (("stdout", output), ("stderr", errors)):
+                file.seek(0)
+                text = file.read().decode("utf-8", "surrogateescape")
+                setattr(finished, name, text.replace("\r\n", "\n"))
+            return finished
 
     @classmethod
     def reg(cls, *arguments):

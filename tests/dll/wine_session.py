@@ -38,6 +38,7 @@ class WineTest(unittest.TestCase):
         """Starts Windows: Wine ends its services with the last program, and starting them again takes seconds."""
         cls.lasting = subprocess.Popen([ROOT / "scripts/wine-run.sh", "cmd"], env=cls.environment, stdin=subprocess.PIPE,
                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        cls.wine("cmd", "/c", "exit")  # waits until it is there
 
     @classmethod
     def stop(cls):

@@ -22,6 +22,10 @@ if(NMSHELL_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
+if(NMSHELL_FUZZ)
+  # Every library, so that the fuzzer sees the code it is to reach.
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
 if(WIN32)
   # Nothing may lie beside the DLL, so the runtime libraries are linked in.
   add_link_options(-static -Wl,--dynamicbase,--high-entropy-va,--nxcompat)

@@ -169,7 +169,7 @@ TEST_F(ShellMenuTest, SurvivesEveryFailedAllocation) {
             allocationsLeft = walking;
             return fresh->QueryContextMenu(static_cast<HMENU>(target.get()), 0, 1, 100, CMF_NORMAL);
         });
-    for (const UINT_PTR offset : {0, 1, 7, 10, 11})
+    for (const UINT_PTR offset : {0u, 1u, 7u, 10u, 11u})
         walk("InvokeCommand", E_FAIL, false, [&] { return invoke(menu, offset); });
     char16_t text[100];
     walk("GetCommandString", E_FAIL, false, [&] { return help(menu, 4, text, 100); });

@@ -45,7 +45,7 @@ Json entriesToJson(const std::vector<MenuEntry>& entries) {
     return list;
 }
 
-Json pickToJson(const Report::Pick& pick) {
+Json pickToJson(const Pick& pick) {
     Json starts = Json::array();
     for (const Start& start : pick.starts)
         starts.push_back(
@@ -98,7 +98,7 @@ void append(std::string& text, const std::vector<MenuEntry>& entries, std::size_
     }
 }
 
-std::string pickToText(const Report::Pick& pick) {
+std::string pickToText(const Pick& pick) {
     std::string text = "InvokeCommand " + hexadecimal(pick.result) + '\n';
     for (const Start& start : pick.starts) {
         text += utf8(start.verb) + "  " + utf8(start.file);

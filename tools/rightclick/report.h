@@ -13,6 +13,18 @@
 
 namespace rightclick {
 
+struct Pick {
+    std::uint32_t offset = 0;
+    HRESULT result = S_OK;
+    std::vector<Start> starts;
+};
+
+struct HelpText {
+    std::uint32_t offset = 0;
+    HRESULT result = S_OK;
+    std::u16string text;
+};
+
 struct Report {
     nmshell::SelectionKind kind = nmshell::SelectionKind::Files;
     std::vector<std::u16string> paths;
@@ -21,18 +33,7 @@ struct Report {
     std::uint32_t identifiers = 0;
     std::vector<MenuEntry> entries;
 
-    struct Pick {
-        std::uint32_t offset = 0;
-        HRESULT result = S_OK;
-        std::vector<Start> starts;
-    };
     std::optional<Pick> pick;
-
-    struct HelpText {
-        std::uint32_t offset = 0;
-        HRESULT result = S_OK;
-        std::u16string text;
-    };
     std::optional<HelpText> helpText;
 
     std::optional<std::u16string> picture;  // the file that was written

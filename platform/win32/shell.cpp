@@ -1,5 +1,6 @@
 #include "platform/shell.h"
 
+#include "platform/drop_block.h"
 #include "platform/win32/win32_api.h"
 
 #include <shellapi.h>
@@ -63,14 +64,8 @@ void notifyAssociationsChanged() {
 
 // The locked memory and where its items are.
 struct DropList::Block {
-    struct Item {
-        std::size_t start;   // in bytes from the block's start
-        std::size_t length;  // in characters or, in a list of ANSI paths, in bytes
-    };
-
     explicit Block(void* global) : handle(global) {
-        bytes = static_cast<const char*>(handle != nullptr ? GlobalLock(handle) : nullptr);
-        size = bytes != nullptr ? GlobalSize(handle) : 0;
+        bytes = handle != nullptr ? GlobalLock(handle) : nullptr;
     }
     ~Block() {
         if (bytes != nullptr)
@@ -79,63 +74,31 @@ struct DropList::Block {
     Block(const Block&) = delete;
     Block& operator=(const Block&) = delete;
 
-    // The unit at `offset`, a char16_t or a char; the offset need not be aligned.
-    template <class Unit>
-    Unit unit(std::size_t offset) const {
-        Unit value;
-        std::memcpy(&value, bytes + offset, sizeof(value));
-        return value;
-    }
-
-    template <class Unit>
-    void findItems(std::size_t offset) {
-        while (size - offset >= sizeof(Unit) && unit<Unit>(offset) != Unit{}) {
-            const std::size_t start = offset;
-            while (size - offset >= sizeof(Unit) && unit<Unit>(offset) != Unit{})
-                offset += sizeof(Unit);
-            const bool terminated = size - offset >= sizeof(Unit);
-            items.push_back({start, terminated ? (offset - start) / sizeof(Unit) : 0});
-            offset += terminated ? sizeof(Unit) : 0;
-            if (!terminated)
-                return;
-        }
-    }
-
     void findItems() {
-        DROPFILES header;
-        if (size < sizeof(header))
-            return;
-        std::memcpy(&header, bytes, sizeof(header));
-        isWide = header.fWide != FALSE;
-        if (header.pFiles > size)
-            return;
-        if (isWide)
-            findItems<char16_t>(header.pFiles);
-        else
-            findItems<char>(header.pFiles);
+        paths = findDropPaths(bytes, bytes != nullptr ? GlobalSize(handle) : 0);
+        items = splitDropPaths(paths);
     }
 
     std::u16string text(std::uint32_t index) const {
-        if (index >= items.size() || items[index].length > INT_MAX)
+        if (index >= items.size() || items[index].size() > INT_MAX)
             return {};
-        const Item& item = items[index];
-        std::u16string path(item.length, u'\0');
-        if (isWide) {
-            std::memcpy(path.data(), bytes + item.start, item.length * sizeof(char16_t));
+        const std::string_view item = items[index];
+        std::u16string path(paths.isWide ? item.size() / sizeof(char16_t) : item.size(), u'\0');
+        if (paths.isWide) {
+            std::memcpy(path.data(), item.data(), item.size());
         } else {
             // A path in the ANSI code page has at least as many bytes as characters.
-            const int length = static_cast<int>(item.length);
+            const int length = static_cast<int>(item.size());
             path.resize(static_cast<std::size_t>(
-                MultiByteToWideChar(CP_ACP, 0, bytes + item.start, length, wide(path.data()), length)));
+                MultiByteToWideChar(CP_ACP, 0, item.data(), length, wide(path.data()), length)));
         }
         return path;
     }
 
     void* handle;
-    const char* bytes;
-    std::size_t size;
-    bool isWide = false;
-    std::vector<Item> items;
+    const void* bytes;
+    DropPaths paths;
+    std::vector<std::string_view> items;
 };
 
 DropList::DropList(std::unique_ptr<Block> block) noexcept : block_(std::move(block)) {}
@@ -151,12 +114,12 @@ DropList DropList::open(void* global) {
 }
 
 std::uint32_t DropList::count() const {
-    return block_ ? static_cast<std::uint32_t>(block_->items.size()) : 0;
+    return block_ ? block_->paths.count : 0;
 }
 
 std::uint32_t DropList::itemLength(std::uint32_t index) const {
-    if (block_ && block_->isWide && index < block_->items.size())
-        return static_cast<std::uint32_t>(block_->items[index].length);
+    if (block_ && block_->paths.isWide && index < block_->items.size())
+        return static_cast<std::uint32_t>(block_->items[index].size() / sizeof(char16_t));
     return block_ ? static_cast<std::uint32_t>(block_->text(index).size()) : 0;
 }
 

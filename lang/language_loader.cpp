@@ -22,10 +22,11 @@ std::u16string failureText(const std::u16string& path, std::uint32_t line) {
 }
 
 // The file's bytes, positioned at their start. All are read before any is looked at: a read that fails once
-// within a line and then goes on would otherwise make two lines of it.
+// within a line and then goes on would otherwise make two lines of it. An editor that holds the file open for
+// writing does not keep the menu away.
 bool readWhole(const std::u16string& path, MemoryStream& content) {
     FileStream file;
-    if (!file.open(path, kOpenRead) || file.size() > content.maximumSize())
+    if (!file.open(path, kOpenRead | kShareReadWrite) || file.size() > content.maximumSize())
         return false;
     return content.copyFrom(file, -1) == file.size() && content.seek(0, kFromStart);
 }

@@ -8,7 +8,9 @@
 #include <tuple>
 
 #include "foundation/stream/memory_stream.h"
+#include "platform/file.h"
 #include "platform/host/fault.h"
+#include "platform/host/file_record.h"
 #include "platform/host/locale_control.h"
 #include "platform/locale.h"
 
@@ -80,6 +82,15 @@ TEST_F(LanguageLoader, EveryPlatformFailureIsTold) {
             break;
         }
     }
+}
+
+TEST_F(LanguageLoader, OthersMayWriteWhileAFileIsReadInLargePieces) {
+    put("a.lang.txt", "LANG: en\nKEY: a\nTEXT: " + std::string(300000, 't'));
+    fault::resetCounts();
+    EXPECT_EQ(LoadLanguageFile(path(u"a.lang.txt"), table_), u"");
+    EXPECT_LE(fault::calls("ReadFile"), 6u);
+    EXPECT_EQ(platform::lastCreateFile().share, platform::kFileShareRead | platform::kFileShareWrite);
+    EXPECT_EQ(platform::lastCreateFile().access, platform::kGenericRead);
 }
 
 TEST_F(LanguageLoader, SystemLanguage) {

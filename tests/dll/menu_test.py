@@ -3,9 +3,11 @@ import base64
 import os
 import pathlib
 import struct
+import subprocess
+import time
 import unittest
 
-from wine_session import APPROVED, BIN, FILES_CLASS, SETTINGS, WineTest, windows_path
+from wine_session import APPROVED, BIN, FILES_CLASS, ROOT, SETTINGS, WineTest, windows_path
 
 SEPARATOR = "--"
 HOST = os.environ.get("NMSHELL_WEB_HOST", "https://www.nullmark.example")
@@ -150,12 +152,41 @@ class MenuTest(WineTest):
         with self.subTest("German"):
             self.setting("Language", "REG_SZ", "de")
             self.assertEqual(self.entries(self.file)[1], entry("Datei &sicher löschen", 0, 230))
+        with self.subTest("a language without a file"):
+            self.setting("Language", "REG_SZ", "nn")
+            self.assertEqual(self.entries(self.file), [SEPARATOR, entry("&Wipe file", 0, 230), PRODUCT, SEPARATOR])
         with self.subTest("no icons"):
             self.setting("Icons", "REG_DWORD", "0")
             self.assertEqual(self.entries(self.file)[1][2], None)
         with self.subTest("wrong type"):
             self.setting("Icons", "REG_SZ", "0")
             self.assertEqual(self.entries(self.file)[1][2], 230)
+
+    def test_language_files_that_another_process_holds_open_for_writing_are_read(self):
+        held = BIN / "langs/de.lang.txt"
+        before = held.read_bytes()
+        command = f">>{windows_path(held)} set /p x="
+        with subprocess.Popen([str(ROOT / "scripts/wine-run.sh"), "cmd", "/d", "/c", command], env=self.environment,
+                              stdin=subprocess.PIPE) as holder:
+            try:
+                self.wait_until_open(held)
+                self.setting("Language", "REG_SZ", "de")
+                self.assertEqual(self.entries(self.file)[1], entry("Datei &sicher löschen", 0, 230))
+                self.assertIsNone(holder.poll())
+            finally:
+                holder.communicate(b"\r\n", timeout=60)
+        self.assertEqual(held.read_bytes(), before)
+
+    def wait_until_open(self, path):
+        def is_open(link):
+            try:
+                return os.readlink(link) == str(path.resolve())
+            except OSError:
+                return False
+        deadline = time.monotonic() + 60
+        while not any(map(is_open, pathlib.Path("/proc").glob("[0-9]*/fd/*"))):
+            self.assertLess(time.monotonic(), deadline, path)
+            time.sleep(0.05)
 
     def test_an_extension_that_is_off_is_told_with_the_reason(self):
         with self.subTest("switched off"):

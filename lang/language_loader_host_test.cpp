@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <tuple>
 
 #include "foundation/stream/memory_stream.h"
@@ -106,7 +107,15 @@ TEST_F(LanguageLoader, SystemLanguage) {
     }
 }
 
+std::set<std::u16string> fileNames(const char* folder) {
+    std::vector<std::u16string> names;
+    EXPECT_TRUE(ListLanguageFiles(fs::path(folder).u16string(), names));
+    return {names.begin(), names.end()};
+}
+
 TEST_F(LanguageLoader, ShippedFilesAreCompleteAndInTheWritersLayout) {
+    EXPECT_EQ(fileNames(SHIPPED_LANGUAGES), fileNames(LANGUAGES));
+    EXPECT_EQ(*fileNames(LANGUAGES).begin(), u"00-en.lang.txt") << "decides for everybody without a file";
     EXPECT_EQ(LoadLanguageFolder(fs::path(SHIPPED_LANGUAGES).u16string(), table_), u"");
     std::u16string report;
     EXPECT_TRUE(table_.CheckConsistency(report, 0)) << fs::path(report).string();

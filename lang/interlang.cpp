@@ -17,6 +17,12 @@ std::u16string systemLanguage() {
     return name.empty() ? platform::localeInfo(platform::kLocaleAbbreviatedLanguageName) : name;
 }
 
+// An active language by its name: an empty one is the user's own.
+std::u16string chosenLanguage(std::u16string_view active) {
+    const std::u16string_view name = trim(active);
+    return name.empty() ? systemLanguage() : std::u16string(name);
+}
+
 [[noreturn]] void throwNoTranslation(std::u16string_view key) {
     throwNotFound(
         ("interlang translation not found for key '" + ToNarrow(key, kCharsetSystem) + "'").c_str());
@@ -57,11 +63,8 @@ void interlang::BeginLoad() {
 // of memory and leave the table loading for good.
 void interlang::EndLoad() {
     requireLoading();
-    if (!knowsLanguage(activeLanguage())) {
-        activeSource_ = ActiveSource::Primary;
-        if (!knowsLanguage(primary_) && !languages_.empty())
-            activeSource_ = ActiveSource::First;
-    }
+    if (!knowsLanguage(activeLanguage()))
+        activeSource_ = settledSource(activeLanguage(), primary_);
     currentKey_.clear();
     currentLanguage_.clear();
     state_ = State::Built;
@@ -69,13 +72,19 @@ void interlang::EndLoad() {
 
 void interlang::SetLanguages(std::u16string_view active, std::u16string_view primary) {
     requireLoading();
-    std::u16string newActive(trim(active));
+    std::u16string newActive = chosenLanguage(active);
     std::u16string newPrimary(trim(primary));
-    if (newActive.empty())
-        newActive = systemLanguage();
     active_ = std::move(newActive);
     activeSource_ = ActiveSource::Named;
     primary_ = std::move(newPrimary);
+}
+
+// The names alone do not say it: files that came later may have brought a language that was missing when it
+// was set.
+bool interlang::UsesLanguages(std::u16string_view active, std::u16string_view primary) const {
+    if (state_ != State::Built || trim(primary) != primary_)
+        return false;
+    return chosenLanguage(active) == active_ && settledSource(active_, primary_) == activeSource_;
 }
 
 void interlang::SetKey(std::u16string_view key) {
@@ -110,6 +119,14 @@ std::u16string_view interlang::activeLanguage() const {
     if (activeSource_ == ActiveSource::Named)
         return active_;
     return activeSource_ == ActiveSource::Primary ? primary_ : languages_.front();
+}
+
+// Where the active language is looked up once loading has ended.
+interlang::ActiveSource interlang::settledSource(std::u16string_view active,
+                                                 std::u16string_view primary) const {
+    if (knowsLanguage(active))
+        return ActiveSource::Named;
+    return knowsLanguage(primary) || languages_.empty() ? ActiveSource::Primary : ActiveSource::First;
 }
 
 bool interlang::HasLanguage(std::u16string_view name) const {

@@ -58,6 +58,9 @@ class interlang {
     void SetLanguages(std::u16string_view active, std::u16string_view primary);
     void SetLanguages(std::string_view active, std::string_view primary);
 
+    // Whether setting these two between BeginLoad and EndLoad would change no answer. Writes nothing.
+    bool UsesLanguages(std::u16string_view active, std::u16string_view primary) const;
+
     // Loading: where the next text goes. The language name is trimmed, the key is not.
     void SetKey(std::u16string_view key);
     void SetKey(std::string_view key, CharsetCode charset = kCharsetSystem);
@@ -130,6 +133,7 @@ class interlang {
     bool knowsLanguage(std::u16string_view name) const;
     const std::u16string* storedText(std::u16string_view language, std::u16string_view key) const;
     std::u16string_view activeLanguage() const;
+    ActiveSource settledSource(std::u16string_view active, std::u16string_view primary) const;
     void store(std::u16string text);
 
     std::map<std::u16string, Texts, std::less<>> translations_;

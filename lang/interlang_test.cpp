@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <random>
 #include <stdexcept>
 
 #include "foundation/stream/memory_stream.h"
@@ -122,6 +123,40 @@ TEST(Interlang, ActiveLanguageIsSettledAtTheEnd) {
         EXPECT_EQ(table.GetText(u"k"), c.text)
             << "a language that comes later does not become active by itself";
     }
+}
+
+// Setting languages again, and leaving it where the table says that it uses them already, answer alike after
+// any steps; and it does say so: what was just set is in use.
+TEST(Interlang, LanguagesInUseNeedNotBeSetAgain) {
+    const char16_t* const kNames[] = {u"en", u"de", u" fr ", u"fr", u"xx", u""};
+    std::mt19937 random(1);
+    const auto name = [&] { return kNames[random() % std::size(kNames)]; };
+    int kept = 0;
+    for (int round = 0; round < 200; ++round) {
+        interlang again, sparing;
+        for (int step = 0; step < 8; ++step) {
+            const char16_t* const active = name();
+            const char16_t* const primary = name();
+            const bool brings = random() % 3 == 0 && *active != u'\0';
+            for (interlang* const table : {&again, &sparing}) {
+                if (brings)
+                    load(*table, {{u"k", active}, {*primary != u'\0' ? primary : u"k", active}}, nullptr);
+                else if (table == &sparing && table->UsesLanguages(active, primary))
+                    ++kept;
+                else
+                    load(*table, {}, active, primary);
+            }
+            EXPECT_TRUE(brings || sparing.UsesLanguages(active, primary));
+            EXPECT_EQ(sparing.state(), again.state());
+            for (const std::u16string_view key : kNames)
+                EXPECT_EQ(sparing.GetText(key), again.GetText(key)) << round << ' ' << step;
+            EXPECT_EQ(sparing.GetText(u"k"), again.GetText(u"k")) << round << ' ' << step;
+        }
+    }
+    EXPECT_GT(kept, 20);
+    interlang loading;
+    loading.BeginLoad();
+    EXPECT_FALSE(loading.UsesLanguages(u"", u""));
 }
 
 TEST(Interlang, NarrowForms) {

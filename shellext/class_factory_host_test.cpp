@@ -1,5 +1,7 @@
 #include "shellext/class_factory.h"
 
+#include "platform/host/locale_control.h"
+#include "platform/locale.h"
 #include "shellext/exports.h"
 #include "shellext/extension_fixture.h"
 
@@ -82,6 +84,13 @@ TEST_F(LanguageTest, FollowsTheSettingWithTheNextClassObject) {
         EXPECT_EQ(texts.GetText(u"A"), c[3]);
         EXPECT_EQ(texts.GetText(u"B"), c[4]);
     }
+    set(u"Language", u"");
+    for (const char16_t* const system : {u"en", u"de", u"de"}) {
+        host::setLocaleInfo(platform::kLocaleIso639LanguageName, system);
+        factory(SelectionKind::Files);
+        EXPECT_EQ(texts.GetText(u"A"), *system == u'e' ? u"One" : u"Eins");
+    }
+    host::resetLocale();
 }
 
 TEST_F(LanguageTest, IsServedThroughTheExports) {

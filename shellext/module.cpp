@@ -30,6 +30,9 @@ void Module::detach() {
 }
 
 void Module::applyLanguage(const std::u16string& active, const std::u16string& primary) {
+    // Nothing is written then: a menu of another thread may be reading the table.
+    if (texts.UsesLanguages(active, primary))
+        return;
     const owlkit::LoadingScope loading(texts);
     texts.SetLanguages(active, primary);
 }

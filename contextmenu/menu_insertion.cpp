@@ -24,20 +24,22 @@ void setText(platform::MenuItem& item, const MenuEntry& entry) {
 platform::BitmapRef BitmapCache::GetMenuBitmap(int id) {
     if (id < kFirst || id > kLast)
         return nullptr;
-    platform::BitmapHandle& cached = bitmaps_[static_cast<std::size_t>(id - kFirst)];
-    if (!cached) {
-        const int side = platform::systemMetric(platform::kSmallIconHeight);
-        std::uint32_t flags = platform::kLoadDefaultSize | platform::kLoadTransparent;
-        if (platform::systemColor(platform::kColorWindow) != platform::systemColor(platform::kColorMenu))
-            flags |= platform::kLoadMap3dColors;
-        cached = platform::loadBitmap(module_, static_cast<std::uint32_t>(id), side, side, flags);
-    }
-    return cached.get();
+    std::atomic<platform::BitmapRef>& cached = bitmaps_[static_cast<std::size_t>(id - kFirst)];
+    if (const platform::BitmapRef there = cached)
+        return there;
+    const int side = platform::systemMetric(platform::kSmallIconHeight);
+    std::uint32_t flags = platform::kLoadDefaultSize | platform::kLoadTransparent;
+    if (platform::systemColor(platform::kColorWindow) != platform::systemColor(platform::kColorMenu))
+        flags |= platform::kLoadMap3dColors;
+    platform::BitmapHandle loaded =
+        platform::loadBitmap(module_, static_cast<std::uint32_t>(id), side, side, flags);
+    platform::BitmapRef there = nullptr;
+    return cached.compare_exchange_strong(there, loaded.get()) ? loaded.release() : there;
 }
 
 void BitmapCache::clear() {
-    for (platform::BitmapHandle& bitmap : bitmaps_)
-        bitmap.reset();
+    for (std::atomic<platform::BitmapRef>& bitmap : bitmaps_)
+        platform::BitmapHandle(bitmap.exchange(nullptr)).reset();
 }
 
 void MenuInserter::insert(platform::MenuRef menu, std::uint32_t position,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <vector>
 
@@ -10,7 +11,9 @@
 
 namespace nmshell {
 
-// The bitmaps of the module, each loaded on first use and kept for the life of the process.
+// The bitmaps of the module, each loaded on first use and kept for the life of the process. Of two threads
+// that load the same one at the same moment both get the one that was there first: a menu may show it
+// already.
 class BitmapCache {
   public:
     static constexpr int kFirst = 230;
@@ -18,6 +21,9 @@ class BitmapCache {
 
     // `module` is the module whose resources hold the bitmaps (HINSTANCE).
     explicit BitmapCache(void* module = nullptr) : module_(module) {}
+    BitmapCache(const BitmapCache&) = delete;
+    BitmapCache& operator=(const BitmapCache&) = delete;
+    ~BitmapCache() { clear(); }
 
     void setModule(void* module) { module_ = module; }
 
@@ -30,7 +36,7 @@ class BitmapCache {
 
   private:
     void* module_;
-    std::array<platform::BitmapHandle, kLast - kFirst + 1> bitmaps_;
+    std::array<std::atomic<platform::BitmapRef>, kLast - kFirst + 1> bitmaps_ = {};  // owned
 };
 
 // Inserts entries into one menu and its submenus. Failures of single insertions are passed over: later

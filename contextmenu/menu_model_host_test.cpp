@@ -207,5 +207,14 @@ TEST_F(MenuTest, LoadsEachBitmapOnce) {
     EXPECT_EQ(ui.loads[11].flags, 0x60u);
 }
 
+// A second thread that loads the same bitmap meanwhile has put it into a menu.
+TEST_F(MenuTest, KeepsTheBitmapThatIsInAMenu) {
+    platform::BitmapRef shown = nullptr;
+    host::userInterface().duringLoad = [&] { shown = bitmaps_.GetMenuBitmap(230); };
+    EXPECT_EQ(bitmaps_.GetMenuBitmap(230), shown);
+    EXPECT_EQ(host::bitmapId(shown), 230u);
+    EXPECT_EQ(host::userInterface().liveBitmaps, 1);
+}
+
 }  // namespace
 }  // namespace nmshell

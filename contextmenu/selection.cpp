@@ -76,14 +76,14 @@ PathType pathType(const std::u16string& path) {
 }
 
 int SystemDrive::number() {
-    if (!number_) {
+    if (number_ == kNotAsked) {
         std::u16string folder(kWindowsDirectoryBuffer, u'\0');
         const std::uint32_t length = platform::windowsDirectory(folder.data(), kWindowsDirectoryBuffer);
         const bool known = length != 0 && length < kWindowsDirectoryBuffer;
         folder.resize(known ? length : 0);
         number_ = known ? platform::driveNumber(folder) : -1;
     }
-    return *number_;
+    return number_;
 }
 
 bool SystemDrive::holds(const std::u16string& path) {

@@ -1,8 +1,8 @@
 // What was right-clicked: the kind of object, how many, and their full paths.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -45,7 +45,8 @@ class SystemDrive {
     bool holds(const std::u16string& path);
 
   private:
-    std::optional<int> number_;
+    static constexpr int kNotAsked = -2;
+    std::atomic<int> number_ = kNotAsked;  // two threads that ask at once get the same answer
 };
 
 }  // namespace nmshell

@@ -1,12 +1,14 @@
 #include "foundation/process/elevation.h"
 
+#include <atomic>
+
 #include "platform/process.h"
 
 namespace owlkit {
 namespace {
 
 constexpr std::uint32_t kNotAsked = 0xFFFFFFFF;
-std::uint32_t cachedState = kNotAsked;
+std::atomic<std::uint32_t> cachedState = kNotAsked;  // two threads that ask at once get the same answer
 
 }  // namespace
 

@@ -1,6 +1,8 @@
 #include "platform/menu.h"
 
 #include <algorithm>
+#include <mutex>
+#include <utility>
 
 #include "platform/host/fault.h"
 #include "platform/host/menu_control.h"
@@ -12,6 +14,17 @@ namespace {
 struct Bitmap {
     std::uint32_t id;
 };
+
+// Held while what userInterface() counts and records changes.
+std::mutex& guard() {
+    static std::mutex instance;
+    return instance;
+}
+
+void count(int& live, int change) {
+    const std::lock_guard lock(guard());
+    live += change;
+}
 
 }  // namespace
 
@@ -37,19 +50,19 @@ void MenuTraits::close(Type menu) noexcept {
         if (item.submenu)
             close(item.submenu);
     delete static_cast<host::Menu*>(menu);
-    --host::userInterface().liveMenus;
+    count(host::userInterface().liveMenus, -1);
 }
 
 void BitmapTraits::close(Type bitmap) noexcept {
     delete static_cast<Bitmap*>(bitmap);
-    --host::userInterface().liveBitmaps;
+    count(host::userInterface().liveBitmaps, -1);
 }
 
 MenuHandle createMenu() {
     if (fault::next("CreateMenu"))
         return {};
     MenuHandle created(new host::Menu);
-    ++host::userInterface().liveMenus;
+    count(host::userInterface().liveMenus, 1);
     return created;
 }
 
@@ -72,11 +85,16 @@ BitmapHandle loadBitmap(void* module, std::uint32_t id, int width, int height, s
     if (fault::next("LoadImageW"))
         return {};
     host::UserInterface& ui = host::userInterface();
-    ui.loads.push_back({id, width, height, flags});
+    {
+        const std::lock_guard lock(guard());
+        ui.loads.push_back({id, width, height, flags});
+    }
     if (!hasModule(module))
         return {};
+    if (ui.duringLoad)
+        std::exchange(ui.duringLoad, nullptr)();
     BitmapHandle loaded(new Bitmap{id});
-    ++ui.liveBitmaps;
+    count(ui.liveBitmaps, 1);
     return loaded;
 }
 

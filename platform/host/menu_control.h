@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -43,6 +44,8 @@ struct UserInterface {
     std::int32_t cursorX = 100;
     std::int32_t cursorY = 200;
     std::vector<BitmapLoad> loads;
+    // Run once, while the next bitmap is being loaded: what another thread does meanwhile.
+    std::function<void()> duringLoad;
     int liveMenus = 0;    // created and neither destroyed nor gone with a parent
     int liveBitmaps = 0;  // loaded and not deleted
 };

@@ -1,5 +1,7 @@
 #include "platform/com.h"
 
+#include <atomic>
+
 #include "platform/host/com_control.h"
 #include "platform/host/fault.h"
 
@@ -10,7 +12,7 @@ const IID IID_IShellExtInit = {0x000214E8, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}}
 const IID IID_IContextMenu = {0x000214E4, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
 
 void ReleaseStgMedium(STGMEDIUM* medium) {
-    ++platform::host::releasedMedia();
+    ++std::atomic_ref(platform::host::releasedMedia());
     if (medium->pUnkForRelease)
         medium->pUnkForRelease->Release();
     *medium = STGMEDIUM{};

@@ -1,6 +1,7 @@
 #include "platform/host/fault.h"
 
 #include <map>
+#include <mutex>
 #include <string>
 
 namespace platform::fault {
@@ -20,6 +21,12 @@ State& state() {
     return instance;
 }
 
+// Stand-ins may be called on several threads.
+std::mutex& guard() {
+    static std::mutex instance;
+    return instance;
+}
+
 bool matches(std::string_view pattern, std::string_view operation) {
     if (!pattern.empty() && pattern.back() == '*')
         return operation.substr(0, pattern.size() - 1) == pattern.substr(0, pattern.size() - 1);
@@ -29,6 +36,7 @@ bool matches(std::string_view pattern, std::string_view operation) {
 }  // namespace
 
 void arm(std::string_view operation, std::uint32_t nth, ErrorCode error, bool forGood) {
+    const std::lock_guard lock(guard());
     State& s = state();
     s.operation = operation;
     s.remaining = nth;
@@ -38,11 +46,13 @@ void arm(std::string_view operation, std::uint32_t nth, ErrorCode error, bool fo
 }
 
 void disarm() {
+    const std::lock_guard lock(guard());
     state().remaining = 0;
     state().firedOperation.clear();
 }
 
 bool fired() {
+    const std::lock_guard lock(guard());
     return !state().firedOperation.empty();
 }
 
@@ -51,6 +61,7 @@ std::string_view firedOperation() {
 }
 
 ErrorCode next(std::string_view operation) {
+    const std::lock_guard lock(guard());
     State& s = state();
     const auto counted = s.counts.find(operation);
     if (counted != s.counts.end())
@@ -71,6 +82,7 @@ ErrorCode next(std::string_view operation) {
 }
 
 std::uint32_t calls(std::string_view operation) {
+    const std::lock_guard lock(guard());
     std::uint32_t sum = 0;
     for (const auto& [name, count] : state().counts)
         if (matches(operation, name))
@@ -79,6 +91,7 @@ std::uint32_t calls(std::string_view operation) {
 }
 
 void resetCounts() {
+    const std::lock_guard lock(guard());
     state().counts.clear();
 }
 

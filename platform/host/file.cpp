@@ -7,9 +7,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <mutex>
 
 #include "platform/host/fault.h"
 #include "platform/host/file_record.h"
@@ -27,8 +29,14 @@ CreateFileArguments& lastArguments() {
     return arguments;
 }
 
-int& openFiles() {
-    static int count = 0;
+void record(CreateFileArguments arguments) {
+    static std::mutex guard;
+    const std::lock_guard lock(guard);
+    lastArguments() = std::move(arguments);
+}
+
+std::atomic<int>& openFiles() {
+    static std::atomic<int> count = 0;
     return count;
 }
 
@@ -136,7 +144,7 @@ ErrorCode createFile(const std::u16string& path, std::uint32_t access, std::uint
                      std::uint32_t creation, std::uint32_t attributes, FileHandle& file) {
     if (const ErrorCode error = fault::next("CreateFileW"))
         return error;
-    lastArguments() = {path, access, share, creation, attributes};
+    record({path, access, share, creation, attributes});
     if (!isOneName(path))
         return kErrorInvalidName;
     const std::string name = toHostName(path);

@@ -8,8 +8,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
+#include <mutex>
 #include <string_view>
 
 #include "platform/host/fault.h"
@@ -35,7 +37,7 @@ struct PipeEnd {
     std::string peeked;  // taken out of the pipe by a peek and not read yet
 };
 
-std::size_t handleCount = 0;
+std::atomic<std::size_t> handleCount = 0;
 
 template <class Object>
 void* open(Object object) {
@@ -126,7 +128,11 @@ void PipeTraits::close(Type end) noexcept {
 TokenHandle openProcessToken(std::uint32_t access) {
     if (fault::next("OpenProcessToken") != kSuccess)
         return {};
-    tokenRecord().opened.push_back(access);
+    {
+        static std::mutex guard;
+        const std::lock_guard lock(guard);
+        tokenRecord().opened.push_back(access);
+    }
     return TokenHandle(open(Token{access}));
 }
 

@@ -44,11 +44,13 @@ bool environmentVariable(std::u16string_view name, std::u16string& value) {
 }  // namespace
 
 void RegistryTraits::close(Type key) noexcept {
+    const HiveLock lock(hiveGuard());
     hive().handles.erase(key);
 }
 
 ErrorCode openKey(void* parent, const std::u16string& path, std::uint32_t, std::uint32_t access,
                   RegistryHandle& key) {
+    const HiveLock lock(hiveGuard());
     if (const ErrorCode error = fault::next("RegOpenKeyExW"); error != kSuccess)
         return error;
     hive().lastAccessMask = access;
@@ -60,6 +62,7 @@ ErrorCode openKey(void* parent, const std::u16string& path, std::uint32_t, std::
 
 ErrorCode createKey(void* parent, const std::u16string& path, std::uint32_t, std::uint32_t access,
                     RegistryHandle& key) {
+    const HiveLock lock(hiveGuard());
     if (const ErrorCode error = fault::next("RegCreateKeyExW"); error != kSuccess)
         return error;
     hive().lastAccessMask = access;
@@ -75,11 +78,13 @@ ErrorCode createKey(void* parent, const std::u16string& path, std::uint32_t, std
 }
 
 ErrorCode deleteKey(void* parent, const std::u16string& path) {
+    const HiveLock lock(hiveGuard());
     const ErrorCode error = fault::next("RegDeleteKeyW");
     return error != kSuccess ? error : removeKey(parent, path, 0);
 }
 
 std::optional<ErrorCode> deleteKeyEx(void* parent, const std::u16string& path, std::uint32_t viewFlag) {
+    const HiveLock lock(hiveGuard());
     if (fault::next("GetProcAddress") != kSuccess || !hive().exportsDeleteKeyEx)
         return std::nullopt;
     const ErrorCode error = fault::next("RegDeleteKeyExW");
@@ -88,6 +93,7 @@ std::optional<ErrorCode> deleteKeyEx(void* parent, const std::u16string& path, s
 
 ErrorCode queryValue(void* key, const std::u16string& name, std::uint32_t* type, void* data,
                      std::uint32_t* size) {
+    const HiveLock lock(hiveGuard());
     OpenKey open;
     if (const ErrorCode error = begin("RegQueryValueExW", key, kKeyQueryValue, open); error != kSuccess)
         return error;
@@ -116,6 +122,7 @@ ErrorCode queryValue(void* key, const std::u16string& name, std::uint32_t* type,
 
 ErrorCode setValue(void* key, const std::u16string& name, std::uint32_t type, const void* data,
                    std::uint32_t size) {
+    const HiveLock lock(hiveGuard());
     OpenKey open;
     if (const ErrorCode error = begin("RegSetValueExW", key, kKeySetValue, open); error != kSuccess)
         return error;
@@ -125,6 +132,7 @@ ErrorCode setValue(void* key, const std::u16string& name, std::uint32_t type, co
 }
 
 ErrorCode deleteValue(void* key, const std::u16string& name) {
+    const HiveLock lock(hiveGuard());
     OpenKey open;
     if (const ErrorCode error = begin("RegDeleteValueW", key, kKeySetValue, open); error != kSuccess)
         return error;
@@ -136,11 +144,13 @@ ErrorCode deleteValue(void* key, const std::u16string& name) {
 }
 
 ErrorCode flushKey(void* key) {
+    const HiveLock lock(hiveGuard());
     OpenKey open;
     return begin("RegFlushKey", key, 0, open);
 }
 
 ErrorCode queryInfoKey(void* key, std::uint32_t* subkeys, std::uint32_t* values) {
+    const HiveLock lock(hiveGuard());
     OpenKey open;
     if (const ErrorCode error = begin("RegQueryInfoKeyW", key, kKeyQueryValue, open); error != kSuccess)
         return error;
@@ -152,6 +162,7 @@ ErrorCode queryInfoKey(void* key, std::uint32_t* subkeys, std::uint32_t* values)
 }
 
 ErrorCode enumKey(void* key, std::uint32_t index, char16_t* name, std::uint32_t& length) {
+    const HiveLock lock(hiveGuard());
     OpenKey open;
     if (const ErrorCode error = begin("RegEnumKeyExW", key, kKeyEnumerateSubKeys, open); error != kSuccess)
         return error;
@@ -161,6 +172,7 @@ ErrorCode enumKey(void* key, std::uint32_t index, char16_t* name, std::uint32_t&
 }
 
 ErrorCode enumValue(void* key, std::uint32_t index, char16_t* name, std::uint32_t& length) {
+    const HiveLock lock(hiveGuard());
     OpenKey open;
     if (const ErrorCode error = begin("RegEnumValueW", key, kKeyQueryValue, open); error != kSuccess)
         return error;

@@ -41,6 +41,11 @@ Hive& hive() {
     return instance;
 }
 
+std::recursive_mutex& hiveGuard() {
+    static std::recursive_mutex instance;
+    return instance;
+}
+
 std::u16string upper(std::u16string_view text) {
     std::u16string result(text);
     for (char16_t& c : result)

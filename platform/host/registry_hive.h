@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -50,6 +51,10 @@ struct Hive {
 };
 
 Hive& hive();
+
+// Held by every call of the registry. What a test has run between two queries is itself such calls.
+using HiveLock = std::lock_guard<std::recursive_mutex>;
+std::recursive_mutex& hiveGuard();
 
 std::u16string upper(std::u16string_view text);
 

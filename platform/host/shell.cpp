@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <mutex>
 
 #include "platform/host/fault.h"
 #include "platform/host/process_control.h"
@@ -52,7 +53,11 @@ std::int64_t start(ShellStart record, ProcessHandle& process) {
     // Whatever needs memory comes before the record: what is recorded has happened.
     if (succeeds && !shell().forReal && shell().exitCode)
         process = finishedProcess(*shell().exitCode);
-    shell().starts.push_back(record);
+    {
+        static std::mutex guard;
+        const std::lock_guard lock(guard);
+        shell().starts.push_back(record);
+    }
     if (!succeeds || !shell().forReal)
         return shell().executeResult;
     process = startProgram(record.file, splitAtBlanks(record.parameters));

@@ -1,4 +1,4 @@
-# Flags and the two functions that every floor's CMakeLists.txt uses.
+# Flags and the functions that every floor's CMakeLists.txt uses.
 
 if(WIN32)
   set(NMSHELL_PLATFORM win32)
@@ -35,8 +35,33 @@ if(WIN32)
   # Nothing may lie beside the DLL, so the runtime libraries are linked in.
   add_link_options(-static -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
   add_compile_options(-ffunction-sections -fdata-sections)
-  add_link_options(-Wl,--gc-sections "$<$<NOT:$<CONFIG:Debug>>:-s>")
+  add_link_options(-Wl,--gc-sections)
+  # The same bytes whenever and wherever they are built: no time stamps, and no folders in what the debugger reads.
+  add_link_options(-Wl,--no-insert-timestamp)
+  add_compile_options("-ffile-prefix-map=${PROJECT_BINARY_DIR}=build" "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+  # What ships has its symbols beside it (nmshell_ships); everything else goes without.
+  add_compile_options($<$<NOT:$<CONFIG:Debug>>:-g1>)
+  add_link_options("$<$<NOT:$<OR:$<CONFIG:Debug>,$<BOOL:$<TARGET_PROPERTY:NMSHELL_SHIPS>>>>:-s>")
 endif()
+
+# nmshell_ships(TARGET): a program or the DLL as users get it, with its version resource (resources/) and with its symbols in
+# symbols/FILE.debug beside it, where its name leads a debugger.
+function(nmshell_ships target)
+  if(NOT WIN32)
+    return()
+  endif()
+  target_sources(${target} PRIVATE $<TARGET_OBJECTS:${target}_resources>)
+  set_target_properties(${target} PROPERTIES NMSHELL_SHIPS ON)
+  if(NOT CMAKE_BUILD_TYPE STREQUAL Debug)
+    set(symbols "$<TARGET_FILE_DIR:${target}>/symbols/$<TARGET_FILE_NAME:${target}>.debug")
+    # Without the variable objcopy puts the time in again.
+    set(objcopy "${CMAKE_COMMAND}" -E env SOURCE_DATE_EPOCH=0 "${CMAKE_OBJCOPY}")
+    add_custom_command(TARGET ${target} POST_BUILD
+      COMMAND "${CMAKE_COMMAND}" -E make_directory "$<TARGET_FILE_DIR:${target}>/symbols"
+      COMMAND ${objcopy} --only-keep-debug "$<TARGET_FILE:${target}>" "${symbols}"
+      COMMAND ${objcopy} --strip-all "--add-gnu-debuglink=${symbols}" "$<TARGET_FILE:${target}>")
+  endif()
+endfunction()
 
 # nmshell_library(NAME SOURCES ... DEPENDS ...): one static library of our own code.
 function(nmshell_library name)

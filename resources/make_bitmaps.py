@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Makes the menu bitmaps bitmaps/230.bmp .. 240.bmp from the text pictures icons/*.txt.
+"""Makes the menu bitmaps bitmaps/230.bmp .. 240.bmp, and nullmark.ico of the programs, from the text pictures icons/*.txt.
 
-    make_bitmaps.py            write the bitmaps
-    make_bitmaps.py --check    change nothing; fail unless every bitmap is what its picture gives
+    make_bitmaps.py            write them
+    make_bitmaps.py --check    change nothing; fail unless every file is what its picture gives
 
 An icon file is named ID_NAME.txt and holds, in this order: comment lines that begin with '#'; palette
 lines "KEY RRGGBB", KEY being one character; a line "pixels"; and 16 rows of 16 characters, the top
@@ -17,6 +17,7 @@ import sys
 
 SIZE = 16
 FIRST_ID, LAST_ID = 230, 240
+PRODUCT_ID = 236  # the product's mark, which is the icon of programs too
 MAX_COLOURS = 16  # four bits a pixel
 BACKGROUND_KEY = "."
 # The loader puts the system's window colour in place of the colour that the first pixel has. White looks
@@ -103,6 +104,24 @@ def encode_bmp(palette, rows):
     return struct.pack("<2sIHHI", b"BM", offset + len(bits), 0, 0, offset) + info + table + bits
 
 
+def encode_ico(palette, rows, factors):
+    """The picture as an icon with a transparent ground, 32 bits a pixel, once for each factor of enlargement."""
+    entries, images = b"", b""
+    for factor in factors:
+        size = SIZE * factor
+        pixels = [[palette[index] if index else None for index in row for _ in range(factor)]
+                  for row in reversed(rows) for _ in range(factor)]
+        bits = b"".join(bytes((*reversed(pixel), 255)) if pixel else bytes(4) for row in pixels for pixel in row)
+        # The mask that follows is for screens of old; its rows are filled up to 32 bits.
+        mask = b"".join(sum((pixel is None) << (size - 1 - x) for x, pixel in enumerate(row)).to_bytes(size // 8, "big")
+                        .ljust((size // 8 + 3) // 4 * 4, b"\0") for row in pixels)
+        image = struct.pack("<IiiHHIIiiII", 40, size, 2 * size, 1, 32, 0, len(bits + mask), 0, 0, 0, 0) + bits + mask
+        entries += struct.pack("<BBBBHHII", size, size, 0, 0, 1, 32, len(image),
+                               6 + 16 * len(factors) + len(images))
+        images += image
+    return struct.pack("<HHH", 0, 1, len(factors)) + entries + images
+
+
 def icon_sources(folder):
     """Gives {identifier: path}, one for each identifier."""
     sources = {}
@@ -120,26 +139,28 @@ def icon_sources(folder):
 
 
 def make_all(folder):
-    """Gives {file name: bytes}; fails when two pictures are the same."""
-    bitmaps, seen = {}, {}
+    """Gives {path: bytes}; fails when two pictures are the same."""
+    files, seen = {}, {}
     for identifier, path in icon_sources(folder).items():
         palette, rows = parse_icon(path)
         picture = tuple(palette[index] for row in rows for index in row)
         if picture in seen:
             raise IconError(f"{path.name}: the same picture as {seen[picture]}")
         seen[picture] = path.name
-        bitmaps[f"{identifier}.bmp"] = encode_bmp(palette, rows)
-    return bitmaps
+        files[f"bitmaps/{identifier}.bmp"] = encode_bmp(palette, rows)
+        if identifier == PRODUCT_ID:
+            files["nullmark.ico"] = encode_ico(palette, rows, (1, 2, 3))
+    return files
 
 
-def check(bitmaps, folder):
-    present = {path.name for path in folder.iterdir()} if folder.is_dir() else set()
-    faults = [f"bitmaps/{name}: no picture gives this file" for name in sorted(present - set(bitmaps))]
-    for name, data in bitmaps.items():
+def check(files, folder):
+    present = {str(path.relative_to(folder)) for path in [*folder.glob("bitmaps/*"), *folder.glob("*.ico")]}
+    faults = [f"{name}: no picture gives this file" for name in sorted(present - set(files))]
+    for name, data in files.items():
         if name not in present:
-            faults.append(f"bitmaps/{name}: missing")
+            faults.append(f"{name}: missing")
         elif (folder / name).read_bytes() != data:
-            faults.append(f"bitmaps/{name}: differs from its picture")
+            faults.append(f"{name}: differs from its picture")
     if faults:
         raise IconError("\n".join(faults + ["run resources/make_bitmaps.py"]))
 
@@ -148,15 +169,14 @@ def main():
     parser = argparse.ArgumentParser(description="Makes the menu bitmaps from the text pictures in icons/.")
     parser.add_argument("--check", action="store_true", help="change nothing; fail unless all is up to date")
     arguments = parser.parse_args()
-    target = ROOT / "bitmaps"
     try:
-        bitmaps = make_all(ROOT / "icons")
+        files = make_all(ROOT / "icons")
         if arguments.check:
-            check(bitmaps, target)
+            check(files, ROOT)
         else:
-            target.mkdir(exist_ok=True)
-            for name, data in bitmaps.items():
-                (target / name).write_bytes(data)
+            (ROOT / "bitmaps").mkdir(exist_ok=True)
+            for name, data in files.items():
+                (ROOT / name).write_bytes(data)
     except (IconError, OSError, UnicodeError) as error:
         print(error, file=sys.stderr)
         return 1

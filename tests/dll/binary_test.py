@@ -1,11 +1,15 @@
-"""What the system's loader sees of nmshell.dll."""
+"""What the system's loader sees of nmshell.dll, and what everything that ships carries."""
 import re
+import struct
 import subprocess
 import unittest
+import zlib
 
-from wine_session import BIN
+from wine_session import BIN, ROOT
 
 DLL = BIN / "nmshell.dll"
+SHIPPED = (DLL, *(BIN / f"{name}.exe" for name in ("interlang", "nmark", "nmshell-setup", "rightclick")))
+VERSION = re.search(r"project\(nmshell VERSION ([0-9.]+)", (ROOT / "CMakeLists.txt").read_text(encoding="utf-8")).group(1)
 SYSTEM_DLLS = {"advapi32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "shell32.dll", "shlwapi.dll",
                "user32.dll"}
 
@@ -30,11 +34,42 @@ class BinaryTest(unittest.TestCase):
         for name, bit in (("high entropy", 0x20), ("dynamic base", 0x40), ("no execute", 0x100)):
             self.assertTrue(flags & bit, name)
 
+
+class ShippedTest(unittest.TestCase):
     def test_carries_version_and_manifest(self):
-        data = DLL.read_bytes()
-        self.assertIn("4.0.3".encode("utf-16-le"), data)
-        self.assertIn(bytes.fromhex("bd04effe" "00000100" "00000400" "00000300"), data)  # 4.0.3.0, binary
-        self.assertIn(b"<assembly", data)
+        numbers = [int(number) for number in VERSION.split(".")]
+        for path in SHIPPED:
+            wanted = [name.encode("utf-16-le") for name in ("FileVersion\0", VERSION + "\0", path.name + "\0")]
+            wanted.append(struct.pack("<2I4H", 0xFEEF04BD, 0x10000, *numbers[1::-1], 0, numbers[2]))
+            wanted.append(b"{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}")
+            if path != DLL:  # a library has no rights of its own to ask for
+                wanted.append(b'level="asInvoker"')
+            data = path.read_bytes()
+            self.assertEqual([part for part in wanted if part not in data], [], path.name)
+
+    def test_has_no_time_stamps(self):
+        for path in SHIPPED:
+            data = path.read_bytes()
+            header = struct.unpack_from("<I", data, 0x3C)[0]
+            stamps = {struct.unpack_from("<I", data, header + 8)[0]}
+            listing = subprocess.run(["x86_64-w64-mingw32-objdump", "-p", path], capture_output=True, text=True, check=True)
+            stamps |= {int(stamp, 16) for stamp in re.findall(r"Time/Date stamp\s+(\w+)", listing.stdout)}
+            self.assertEqual(stamps, {0}, path.name)
+
+    def test_symbols_lie_beside_and_are_of_this_build(self):
+        for path in SHIPPED:
+            symbols = path.parent / "symbols" / f"{path.name}.debug"
+            data, name = path.read_bytes(), symbols.name.encode() + b"\0"
+            check = data.rfind(name) + (len(name) + 3) // 4 * 4  # the link: a name, filled up, and a checksum
+            self.assertEqual(int.from_bytes(data[check:check + 4], "little"), zlib.crc32(symbols.read_bytes()), path.name)
+            self.assertEqual(data.find(b".debug_info"), -1, path.name)
+        symbols = BIN / "symbols/nmshell.dll.debug"
+        table = subprocess.run(["x86_64-w64-mingw32-nm", symbols], capture_output=True, text=True, check=True).stdout
+        address = re.search(r"(\w+) T DllGetClassObject", table).group(1)
+        place = subprocess.run(["x86_64-w64-mingw32-addr2line", "-e", symbols, address], capture_output=True, text=True,
+                               check=True).stdout
+        self.assertRegex(place, r"shellext/exports\.cpp:\d+")
+        self.assertNotIn(str(ROOT), place)
 
 
 if __name__ == "__main__":

@@ -14,7 +14,7 @@ constexpr std::string_view kNames[] = {
     "ISO-8859-15",  "ISO-8859-16",  "WINDOWS-1250", "WINDOWS-1251", "WINDOWS-1252", "WINDOWS-1253",
     "WINDOWS-1254", "WINDOWS-1255", "WINDOWS-1256", "DOS-850",
 };
-static_assert(std::size(kNames) == kCharsetDos850 + 1);
+static_assert(std::size(kNames) == kCharsetCount);
 
 }  // namespace
 

@@ -8,8 +8,7 @@ namespace owlkit {
 
 using CharsetCode = std::uint32_t;
 
-inline constexpr CharsetCode kCharsetSystem =
-    0;  // the charset of the system's ANSI code page, resolved at use
+inline constexpr CharsetCode kCharsetSystem = 0;  // of the system's ANSI code page, resolved at use
 inline constexpr CharsetCode kCharsetUtf8 = 1;
 inline constexpr CharsetCode kCharsetAscii = 2;
 inline constexpr CharsetCode kCharsetLatin1 = 3;  // ISO-8859-1
@@ -31,11 +30,12 @@ inline constexpr CharsetCode kCharsetWindows1254 = 18;
 inline constexpr CharsetCode kCharsetWindows1255 = 19;
 inline constexpr CharsetCode kCharsetWindows1256 = 20;
 inline constexpr CharsetCode kCharsetDos850 = 21;
+inline constexpr CharsetCode kCharsetCount = kCharsetDos850 + 1;  // all codes are below it
 
 // Not a charset of the table: has ToWide and ToNarrow use the platform's own conversion. It has no name.
 inline constexpr CharsetCode kCharsetPlatform = 26846;
 
-// The name, such as "UTF-8" or "WINDOWS-1252"; empty for a code above kCharsetDos850.
+// The name, such as "UTF-8" or "WINDOWS-1252"; empty for kCharsetCount and above.
 std::string_view CharsetName(CharsetCode code);
 
 // The charset of a Windows code page; kCharsetSystem when the code page has none.

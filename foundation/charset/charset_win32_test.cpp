@@ -38,9 +38,9 @@ char16_t expectedOfWindows(std::uint32_t codePage, unsigned byte, char16_t publi
 TEST(SingleByteTables, AgreeWithWindows) {
     for (const std::uint32_t codePage : {20127, 28591, 28592, 28593, 28594, 28595, 28596, 28597, 28598, 28599,
                                          28605, 1250, 1251, 1252, 1253, 1254, 1255, 1256, 850}) {
-        const CharsetCode charset = CharsetFromCodePage(codePage);
+        const SingleByteTable table(CharsetFromCodePage(codePage));
         for (unsigned byte = 1; byte < 256; ++byte) {
-            const char16_t published = decodeSingleByte(charset, static_cast<std::uint8_t>(byte));
+            const char16_t published = table.decode(static_cast<std::uint8_t>(byte));
             EXPECT_EQ(byWindows(codePage, byte), expectedOfWindows(codePage, byte, published))
                 << codePage << ' ' << byte;
         }

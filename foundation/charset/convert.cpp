@@ -1,13 +1,15 @@
 #include "foundation/charset/convert.h"
 
-#include <algorithm>
+#include <cstddef>
 #include <limits>
 #include <optional>
 #include <type_traits>
 
+#include "foundation/charset/conversion_runs.h"
 #include "foundation/charset/single_byte_tables.h"
 #include "foundation/errors.h"
 #include "foundation/text/number.h"
+#include "foundation/text/utf16.h"
 #include "platform/locale.h"
 
 namespace owlkit {
@@ -16,13 +18,7 @@ namespace {
 constexpr std::uint32_t kUtf8CodePage = 65001;
 constexpr std::uint32_t kGb18030CodePage = 54936;
 constexpr std::size_t kReserveDoubleAbove = 10;  // code units of UTF-8 output's source
-
-bool isHigh(char32_t c) {
-    return c >= 0xD800 && c < 0xDC00;
-}
-bool isLow(char32_t c) {
-    return c >= 0xDC00 && c < 0xE000;
-}
+constexpr std::ptrdiff_t kChunk = 2048;          // units that are converted before they are appended
 
 // Collects the result and remembers failures.
 template <class Char>
@@ -65,39 +61,6 @@ class Output {
     std::basic_string<Char> text_;
 };
 
-// One decoded character: `length` bytes were taken; 0 means that the first byte begins none.
-struct Decoded {
-    char32_t character = 0;
-    std::size_t length = 0;
-};
-
-Decoded decodeUtf8(std::string_view bytes) {
-    const auto at = [&](std::size_t i) { return static_cast<std::uint8_t>(bytes[i]); };
-    const std::uint8_t lead = at(0);
-    if (lead < 0x80)
-        return {lead, 1};
-    const std::size_t length = lead >> 5 == 0x06 ? 2 : lead >> 4 == 0x0E ? 3 : lead >> 3 == 0x1E ? 4 : 0;
-    if (length == 0 || length > bytes.size())
-        return {};
-    char32_t c = lead & (0x7Fu >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        if (at(i) >> 6 != 2)
-            return {};
-        c = c << 6 | (at(i) & 0x3Fu);
-    }
-    constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-    if (c < kLeast[length] || c > 0x10FFFF)
-        return {};
-    return {c, length};
-}
-
-Decoded decodeOne(std::string_view bytes, CharsetCode charset) {
-    if (charset == kCharsetUtf8)
-        return decodeUtf8(bytes);
-    const char16_t unit = decodeSingleByte(charset, static_cast<std::uint8_t>(bytes[0]));
-    return {unit, unit == 0 ? std::size_t{0} : std::size_t{1}};
-}
-
 // Writes what the policy asks for in place of an undecodable byte; returns whether the conversion goes on.
 bool replaceByte(Output<char16_t>& out, std::uint8_t byte, CharsetCode charset, ErrorPolicy policy,
                  char16_t replacement) {
@@ -127,20 +90,34 @@ bool replaceByte(Output<char16_t>& out, std::uint8_t byte, CharsetCode charset, 
     return true;
 }
 
+// Appends runs of what `run` converts, until `in` comes to its end or to a unit that fails.
+template <class In, class Char, class Run>
+void addRuns(Output<Char>& out, const In*& in, const In* end, Run run) {
+    using Unit = std::conditional_t<sizeof(Char) == 1, std::uint8_t, Char>;
+    Unit chunk[kChunk];
+    std::ptrdiff_t written = 0;
+    do {
+        Unit* to = chunk;
+        run(in, end, to, chunk + kChunk);
+        written = to - chunk;
+        out.add({reinterpret_cast<const Char*>(chunk), static_cast<std::size_t>(written)});
+    } while (in != end && kChunk - written < static_cast<std::ptrdiff_t>(kRunSlack));
+}
+
 void decodeAll(Output<char16_t>& out, std::string_view text, CharsetCode charset, ErrorPolicy policy,
                char16_t replacement) {
-    while (!text.empty()) {
-        const Decoded next = decodeOne(text, charset);
-        if (next.length == 0) {
-            if (!replaceByte(out, static_cast<std::uint8_t>(text[0]), charset, policy, replacement))
-                return;
-        } else if (next.character < 0x10000) {
-            out.add(next.character);
-        } else {
-            out.add(0xD800 + ((next.character - 0x10000) >> 10));
-            out.add(0xDC00 + ((next.character - 0x10000) & 0x3FF));
-        }
-        text.remove_prefix(std::max<std::size_t>(next.length, 1));
+    if (text.size() > std::size_t{kChunk})
+        out.reserve(text.size());
+    const auto* in = reinterpret_cast<const std::uint8_t*>(text.data());
+    const std::uint8_t* const end = in + text.size();
+    while (in != end) {
+        if (charset == kCharsetUtf8)
+            addRuns(out, in, end, decodeUtf8Run);
+        else
+            addRuns(out, in, end,
+                    [table = SingleByteTable(charset)](auto&&... ends) { decodeTableRun(table, ends...); });
+        if (in != end && !replaceByte(out, *in++, charset, policy, replacement))
+            return;
     }
 }
 
@@ -158,43 +135,6 @@ void decodeByPlatform(Output<char16_t>& out, std::string_view text, ErrorPolicy 
         out.add(*wide);
 }
 
-// Writes one character (`units` are its one or two code units); returns false when the charset cannot
-// represent it.
-using Encoder = bool (*)(Output<char>& out, char32_t c, std::u16string_view units, CharsetCode charset,
-                         ErrorPolicy policy);
-
-bool encodeUtf8(Output<char>& out, char32_t c, std::u16string_view, CharsetCode, ErrorPolicy policy) {
-    // Otherwise the bytes that ToWide kept would not come back.
-    if (policy == ErrorPolicy::KeepByte && c >= 0xDC80 && c <= 0xDCFF)
-        return false;
-    const auto tail = [&](unsigned shift) { out.add(0x80 | ((c >> shift) & 0x3F)); };
-    if (c < 0x80) {
-        out.add(c);
-    } else if (c < 0x800) {
-        out.add(0xC0 | (c >> 6));
-        tail(0);
-    } else if (c < 0x10000) {
-        out.add(0xE0 | (c >> 12));
-        tail(6);
-        tail(0);
-    } else {
-        out.add(0xF0 | (c >> 18));
-        tail(12);
-        tail(6);
-        tail(0);
-    }
-    return true;
-}
-
-bool encodeByTable(Output<char>& out, char32_t c, std::u16string_view, CharsetCode charset, ErrorPolicy) {
-    const std::uint8_t byte =
-        c < 0x10000 ? encodeSingleByte(charset, static_cast<char16_t>(c)) : std::uint8_t{0};
-    if (byte == 0)
-        return false;
-    out.add(byte);
-    return true;
-}
-
 // WideCharToMultiByte such that it fails where a character has no exact counterpart.
 std::optional<std::string> strictByPlatform(std::u16string_view units) {
     // In these two the call takes neither the best-fit flag nor the question about the default character.
@@ -205,13 +145,6 @@ std::optional<std::string> strictByPlatform(std::u16string_view units) {
     std::optional<std::string> narrow =
         platform::wideToMultiByte(units, platform::kWideNoBestFitCharacters, &usedDefault);
     return usedDefault ? std::nullopt : narrow;
-}
-
-bool encodeByPlatform(Output<char>& out, char32_t, std::u16string_view units, CharsetCode, ErrorPolicy) {
-    const std::optional<std::string> narrow = strictByPlatform(units);
-    if (narrow)
-        out.add(*narrow);
-    return narrow.has_value();
 }
 
 // Writes what the policy asks for in place of a character; returns whether the conversion goes on.
@@ -240,27 +173,49 @@ bool replaceCharacter(Output<char>& out, char32_t c, bool byPlatform, ErrorPolic
     return true;
 }
 
+// The character that [in, end) begins with; `in` moves behind it.
+char32_t takeCharacter(const char16_t*& in, const char16_t* end) {
+    const char32_t c = *in++;
+    if (!isHighSurrogate(c) || in == end || !isLowSurrogate(*in))
+        return c;
+    return fromSurrogates(c, *in++);
+}
+
 void encodeAll(Output<char>& out, std::u16string_view text, CharsetCode charset, ErrorPolicy policy,
                char replacement) {
-    const bool byPlatform = charset == kCharsetPlatform;
-    const Encoder encode = byPlatform                ? &encodeByPlatform
-                           : charset == kCharsetUtf8 ? &encodeUtf8
-                                                     : &encodeByTable;
-    while (!text.empty()) {
-        const bool pair = text.size() > 1 && isHigh(text[0]) && isLow(text[1]);
-        const char32_t c = pair ? 0x10000 + ((text[0] - 0xD800u) << 10) + (text[1] - 0xDC00u) : text[0];
-        const std::u16string_view units = text.substr(0, pair ? 2 : 1);
-        if (!encode(out, c, units, charset, policy) &&
-            !replaceCharacter(out, c, byPlatform, policy, replacement))
+    const char16_t* in = text.data();
+    const char16_t* const end = in + text.size();
+    while (in != end) {
+        if (charset == kCharsetUtf8)
+            addRuns(out, in, end, [keeps = policy == ErrorPolicy::KeepByte](auto&&... ends) {
+                encodeUtf8Run(ends..., keeps);
+            });
+        else
+            addRuns(out, in, end,
+                    [table = SingleByteTable(charset)](auto&&... ends) { encodeTableRun(table, ends...); });
+        if (in != end && !replaceCharacter(out, takeCharacter(in, end), false, policy, replacement))
             return;
-        text.remove_prefix(units.size());
+    }
+}
+
+// Character by character, since the platform does not tell where the whole text failed.
+void encodeByPlatform(Output<char>& out, std::u16string_view text, ErrorPolicy policy, char replacement) {
+    const char16_t* in = text.data();
+    const char16_t* const end = in + text.size();
+    while (in != end) {
+        const char16_t* const start = in;
+        const char32_t c = takeCharacter(in, end);
+        if (const std::optional<std::string> narrow = strictByPlatform({start, in}))
+            out.add(*narrow);
+        else if (!replaceCharacter(out, c, true, policy, replacement))
+            return;
     }
 }
 
 // The charset that converts: the system's for kCharsetSystem, kCharsetPlatform where that is not one of the
 // table.
 CharsetCode resolved(CharsetCode charset) {
-    if (charset > kCharsetDos850 && charset != kCharsetPlatform)
+    if (charset >= kCharsetCount && charset != kCharsetPlatform)
         throwInvalidConversion();
     if (charset == kCharsetSystem)
         charset = systemCharset();
@@ -291,13 +246,12 @@ std::string ToNarrow(std::u16string_view text, CharsetCode charset, ErrorPolicy 
             throwStringTooLong();
         out.reserve(2 * text.size());
     }
-    // The whole text in one call first; character by character only where that fails.
-    const std::optional<std::string> whole =
-        charset == kCharsetPlatform ? strictByPlatform(text) : std::optional<std::string>{};
-    if (whole)
+    if (charset != kCharsetPlatform)
+        encodeAll(out, text, charset, policy, replacement);
+    else if (const std::optional<std::string> whole = strictByPlatform(text))
         out.add(*whole);
     else
-        encodeAll(out, text, charset, policy, replacement);
+        encodeByPlatform(out, text, policy, replacement);
     if (failed != nullptr)
         *failed = out.failed;
     return out.take();

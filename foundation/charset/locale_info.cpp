@@ -31,7 +31,7 @@ LocaleInfo::LocaleInfo() : charset_(systemCharset()) {
 void LocaleInfo::SetCharset(CharsetCode charset) {
     if (charset == kCharsetSystem)
         charset = systemCharset();
-    if (charset < kCharsetUtf8 || charset > kCharsetDos850)
+    if (charset < kCharsetUtf8 || charset >= kCharsetCount)
         throwInvalidCharset();
     if (charset != charset_)
         convertAll(charset);

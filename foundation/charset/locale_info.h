@@ -31,7 +31,7 @@ class LocaleInfo {
     LocaleInfo();
 
     // kCharsetSystem stands for the system charset. Throws "invalid charset" and changes nothing when the
-    // code is not one of kCharsetUtf8 to kCharsetDos850; so too for kCharsetSystem when the system's code
+    // code is not one of kCharsetUtf8 to kCharsetCount - 1; so too for kCharsetSystem when the system's code
     // page has no charset.
     void SetCharset(CharsetCode charset);
 

@@ -1,4 +1,4 @@
-// The published tables of the single-byte charsets, kCharsetAscii to kCharsetDos850.
+// The published tables of the single-byte charsets, from kCharsetAscii on.
 #pragma once
 
 #include <cstdint>
@@ -7,11 +7,39 @@
 
 namespace owlkit {
 
-// The code unit of a byte, or 0 when the charset leaves the byte undefined. 0 also for the byte 0.
-// `charset` must be a single-byte charset.
-char16_t decodeSingleByte(CharsetCode charset, std::uint8_t byte);
+// The table of one charset; bytes and code units below 0x80 are the same in each.
+class SingleByteTable {
+  public:
+    // `charset` must be a single-byte charset.
+    explicit SingleByteTable(CharsetCode charset);
 
-// The byte of a code unit, or 0 when the charset has none. 0 also for the code unit 0.
-std::uint8_t encodeSingleByte(CharsetCode charset, char16_t unit);
+    // The code unit of a byte, or 0 when the charset leaves the byte undefined. 0 also for the byte 0.
+    char16_t decode(std::uint8_t byte) const { return byte < 0x80 ? byte : units_[byte - 0x80]; }
+
+    // The byte of a code unit, or 0 when the charset has none. 0 also for the code unit 0.
+    std::uint8_t encode(char16_t unit) const {
+        return unit < 0x80 ? static_cast<std::uint8_t>(unit) : encodeUpper(unit);
+    }
+
+    // The slot of a code unit among 256; where it is taken, the next one.
+    static constexpr std::uint8_t slotOf(char16_t unit) {
+        return static_cast<std::uint8_t>(unit * 0x9E3Bu >> 8);
+    }
+    static constexpr std::uint8_t kEmpty = 0xFF;
+
+  private:
+    std::uint8_t encodeUpper(char16_t unit) const {
+        for (std::uint8_t slot = slotOf(unit);; ++slot) {
+            const std::uint8_t place = slots_[slot];
+            if (place == kEmpty)
+                return 0;
+            if (units_[place] == unit)
+                return static_cast<std::uint8_t>(0x80 + place);
+        }
+    }
+
+    const char16_t* units_;      // of the bytes from 0x80 on
+    const std::uint8_t* slots_;  // their places in it, or kEmpty
+};
 
 }  // namespace owlkit

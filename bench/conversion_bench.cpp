@@ -1,4 +1,5 @@
-// The foundation's conversions beside those of well-known libraries, which are development packages of this program only.
+// The foundation's conversions beside those of well-known libraries, which are development packages of this
+// program only.
 #include <benchmark/benchmark.h>
 #include <iconv.h>
 #include <openssl/evp.h>
@@ -68,8 +69,8 @@ void toWideIcuCharset(benchmark::State& state, std::string text) {
     UConverter* converter = ucnv_open("windows-1252", &error);
     std::u16string out(text.size(), u'\0');
     for (auto _ : state)
-        benchmark::DoNotOptimize(ucnv_toUChars(converter, out.data(), static_cast<std::int32_t>(out.size()), text.data(),
-                                               static_cast<std::int32_t>(text.size()), &error));
+        benchmark::DoNotOptimize(ucnv_toUChars(converter, out.data(), static_cast<std::int32_t>(out.size()),
+                                               text.data(), static_cast<std::int32_t>(text.size()), &error));
     ucnv_close(converter);
     report(state, text.size());
 }
@@ -112,7 +113,8 @@ void toNarrowIcuCharset(benchmark::State& state, std::u16string text) {
     std::string out(text.size() * 2, '\0');
     for (auto _ : state)
         benchmark::DoNotOptimize(ucnv_fromUChars(converter, out.data(), static_cast<std::int32_t>(out.size()),
-                                                 text.data(), static_cast<std::int32_t>(text.size()), &error));
+                                                 text.data(), static_cast<std::int32_t>(text.size()),
+                                                 &error));
     ucnv_close(converter);
     report(state, text.size() * 2);
 }
@@ -162,7 +164,7 @@ void formatToChars(benchmark::State& state) {
     std::int64_t value = 1;
     for (auto _ : state) {
         char digits[24];
-        const char* end = std::to_chars(digits, digits + sizeof digits, value = value * 31 % 1000000007).ptr;
+        char* const end = std::to_chars(digits, digits + sizeof digits, value = value * 31 % 1000000007).ptr;
         benchmark::DoNotOptimize(std::string(digits, end));
     }
 }

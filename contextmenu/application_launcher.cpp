@@ -39,8 +39,8 @@ bool ApplicationLauncher::launch(void* owner, std::u16string_view executable, st
 std::u16string ApplicationLauncher::buildArguments(std::uint32_t command, const LaunchRequest& request) {
     std::u16string arguments;
     if (command != 0)
-        append(arguments,
-               argument(kCommandKeyword, owlkit::formatNumber<char16_t>(command, owlkit::kLowerHex)));
+        append(arguments, argument(kCommandKeyword,
+                                   owlkit::formatNumber<char16_t>(command, owlkit::NumberFormat::LowerHex)));
     if (request.cursorValid)
         append(arguments, argument(kCursorKeyword, encodeCursor(request.cursor)));
     // Deliberate: the separating space is there before the data is tried, and stays when there turns out to

@@ -23,7 +23,7 @@ std::u16string handoverFileName(std::uint32_t counter, std::u16string_view exten
         name.clear();
     const std::uint32_t number = (counter % kNameCycle + 1) * kNameFactor;
     name += u"tfn_";
-    name += owlkit::formatNumber<char16_t>(number, owlkit::kLowerHex, kNameDigits);
+    name += owlkit::formatNumber<char16_t>(number, owlkit::NumberFormat::LowerHex, kNameDigits);
     name += extension;
     return name;
 }

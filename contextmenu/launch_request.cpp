@@ -1,6 +1,6 @@
 #include "contextmenu/launch_request.h"
 
-#include <stdexcept>
+#include <optional>
 
 #include "contextmenu/handover_file.h"
 #include "foundation/codec/base64.h"
@@ -15,33 +15,21 @@ constexpr std::u16string_view kEscapedSpace = u"%20";
 constexpr std::uint32_t kHexadecimal = 16;
 constexpr std::size_t kShortestBase64 = 2;
 
-constexpr std::int32_t kNoLineBreaks = 0;
-
-std::u16string toBase64(owlkit::MemoryStream& bytes) {
-    std::u16string text;
-    bytes.seek(0, 0);
-    owlkit::Base64Codec().encodeToString(bytes, text);
-    return text;
+// Scalars least significant byte first, texts as their bare code units.
+void useLittleEndian(owlkit::MemoryStream& stream) {
+    stream.setByteOrder(owlkit::kLittleEndian);
+    stream.setTextEncoding(owlkit::kEncodingUtf16);
 }
 
-// Fills `bytes`, positioned at its start; false, and nothing in it, when `text` is not base64.
-bool fromBase64(std::u16string_view text, owlkit::MemoryStream& bytes) {
-    if (text.size() < kShortestBase64)
-        return false;
-    try {
-        // A character that got lost or added on the way must not silently turn a path into another one.
-        owlkit::Base64Codec(kNoLineBreaks, owlkit::kBase64Standard, owlkit::kRefuseStrays)
-            .decodeFromString(text, bytes);
-    } catch (const std::runtime_error&) {
-        return false;
-    }
-    return bytes.seek(0, 0);
+std::u16string toBase64(const owlkit::MemoryStream& stream) {
+    return owlkit::base64(
+        {reinterpret_cast<const char*>(stream.data()), static_cast<std::size_t>(stream.size())});
 }
 
-// Texts in `bytes` are the bare code units, least significant byte first.
-void useUtf16(owlkit::MemoryStream& bytes) {
-    bytes.setByteOrder(owlkit::kLittleEndian);
-    bytes.setTextEncoding(owlkit::kEncodingUtf16);
+// The bytes of a value; nothing when it is too short or not base64: a character that got lost or added on the
+// way must not silently turn a path into another one.
+std::optional<std::string> fromValue(std::u16string_view text) {
+    return text.size() < kShortestBase64 ? std::nullopt : owlkit::fromBase64(text);
 }
 
 std::uint32_t parseCommand(std::u16string_view text) {
@@ -53,38 +41,39 @@ std::uint32_t parseCommand(std::u16string_view text) {
 }  // namespace
 
 std::u16string encodeCursor(const CursorPoint& point) {
-    owlkit::MemoryStream bytes;
-    bytes.setByteOrder(owlkit::kLittleEndian);
-    bytes.writeInt32(point.x);
-    bytes.writeInt32(point.y);
-    return toBase64(bytes);
+    owlkit::MemoryStream stream;
+    useLittleEndian(stream);
+    stream.writeInt32(point.x);
+    stream.writeInt32(point.y);
+    return toBase64(stream);
 }
 
 bool decodeCursor(std::u16string_view text, CursorPoint& point) {
     point = {};
-    owlkit::MemoryStream bytes;
-    if (!fromBase64(text, bytes))
+    const std::optional<std::string> bytes = fromValue(text);
+    if (!bytes)
         return false;
-    bytes.setByteOrder(owlkit::kLittleEndian);
-    bytes.readInt32(point.x);
-    bytes.readInt32(point.y);
+    owlkit::MemoryStream stream(bytes->data(), bytes->size(), false);
+    useLittleEndian(stream);
+    stream.readInt32(point.x);
+    stream.readInt32(point.y);
     return true;
 }
 
 std::u16string encodeInlineData(std::u16string_view data) {
-    owlkit::MemoryStream bytes;
-    useUtf16(bytes);
-    bytes.writeText(data);
-    return toBase64(bytes);
+    owlkit::MemoryStream stream;
+    useLittleEndian(stream);
+    stream.writeText(data);
+    return toBase64(stream);
 }
 
 std::u16string decodeData(std::u16string_view text) {
     std::u16string data;
-    owlkit::MemoryStream bytes;
-    if (!fromBase64(text, bytes))
-        return data;
-    useUtf16(bytes);
-    bytes.readText(data);
+    if (const std::optional<std::string> bytes = fromValue(text)) {
+        owlkit::MemoryStream stream(bytes->data(), bytes->size(), false);
+        useLittleEndian(stream);
+        stream.readText(data);
+    }
     return data;
 }
 

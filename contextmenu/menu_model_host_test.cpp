@@ -100,7 +100,7 @@ std::string dump(const host::Menu& menu, const std::string& indent = "") {
     for (const host::RecordedItem& item : menu.items) {
         lines += indent;
         for (const std::uint32_t number : {item.request.mask, item.request.type, item.request.state})
-            lines += owlkit::formatNumber<char>(number, owlkit::kLowerHex) + " ";
+            lines += owlkit::formatNumber<char>(number, owlkit::NumberFormat::LowerHex) + " ";
         lines += std::to_string(item.request.id) + " " +
                  (item.request.hasText ? platform::toHostName(item.text) : "(none)");
         if (item.request.mask & platform::kItemBitmap)

@@ -9,10 +9,11 @@
 
 namespace {
 
-void roundTrip(const std::uint8_t* data, std::size_t size, std::int32_t lineLength, std::uint32_t alphabet) {
+void roundTrip(const std::uint8_t* data, std::size_t size, std::int32_t lineLength,
+               owlkit::Base64Alphabet alphabet) {
     owlkit::MemoryStream source(data, size);
     std::u16string text;
-    owlkit::Base64Codec codec(lineLength, alphabet, owlkit::kIgnoreLineBreaks);
+    owlkit::Base64Codec codec(lineLength, alphabet, owlkit::Base64Strays::IgnoreLineBreaks);
     codec.encodeToString(source, text);
     owlkit::MemoryStream decoded;
     codec.decodeFromString(text, decoded);
@@ -26,13 +27,14 @@ void roundTrip(const std::uint8_t* data, std::size_t size, std::int32_t lineLeng
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0)
         return 0;
-    roundTrip(data + 1, size - 1, data[0] % 80, owlkit::kBase64Standard);
-    roundTrip(data + 1, size - 1, 0, owlkit::kBase64Url);
+    roundTrip(data + 1, size - 1, data[0] % 80, owlkit::Base64Alphabet::Standard);
+    roundTrip(data + 1, size - 1, 0, owlkit::Base64Alphabet::Url);
 
     const std::string text(reinterpret_cast<const char*>(data + 1), size - 1);
     owlkit::MemoryStream decoded;
     try {
-        owlkit::Base64Codec(0, data[0] & 1, data[0] >> 1 & 3).decodeFromString(text, decoded);
+        owlkit::Base64Codec(0, owlkit::Base64Alphabet(data[0] & 1), owlkit::Base64Strays(data[0] >> 1 & 3))
+            .decodeFromString(text, decoded);
     } catch (const std::runtime_error& error) {
         if (std::strcmp(error.what(), "parse error") != 0)
             std::abort();

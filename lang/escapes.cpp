@@ -50,7 +50,7 @@ int escapeValue(std::u16string_view text, std::size_t& length) {
 void appendHex(std::u16string& result, char16_t unit) {
     const bool wide = unit > 0xFF;
     result += wide ? u"\\u" : u"\\x";
-    result += formatNumber<char16_t>(unit, kUpperHex, wide ? 4 : 2);
+    result += formatNumber<char16_t>(unit, NumberFormat::UpperHex, wide ? 4 : 2);
 }
 
 void appendSpaces(std::u16string& result, std::size_t count) {

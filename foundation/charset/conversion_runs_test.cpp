@@ -50,7 +50,7 @@ std::u16string toWideSlowly(std::string_view text, CharsetCode charset, ErrorPol
         else if (policy == ErrorPolicy::Empty || policy == ErrorPolicy::Stop)
             return policy == ErrorPolicy::Empty ? std::u16string() : out;
         else if (policy == ErrorPolicy::Hex)
-            out += u"x" + formatNumber<char16_t>(byte, kUpperHex, 2);
+            out += u"x" + formatNumber<char16_t>(byte, NumberFormat::UpperHex, 2);
         else if (policy == ErrorPolicy::KeepByte)
             out += static_cast<char16_t>(0xDC00 + byte);
         else if (policy != ErrorPolicy::Latin1)
@@ -91,7 +91,7 @@ std::string toNarrowSlowly(std::u16string_view text, CharsetCode charset, ErrorP
         else if (policy == ErrorPolicy::Empty || policy == ErrorPolicy::Stop)
             return policy == ErrorPolicy::Empty ? std::string() : out;
         else if (policy == ErrorPolicy::Hex)
-            out += "x" + formatNumber<char>(c, kUpperHex, c > 0xFFFF ? 6 : 4);
+            out += "x" + formatNumber<char>(c, NumberFormat::UpperHex, c > 0xFFFF ? 6 : 4);
         else if (policy == ErrorPolicy::Replace || policy == ErrorPolicy::Fixed)
             out += policy == ErrorPolicy::Fixed ? '\x1A' : '?';
         else if (policy == ErrorPolicy::KeepByte && c >= 0xDC00 && c <= 0xDCFF)

@@ -42,7 +42,7 @@ class Output {
     }
     void addHex(std::uint32_t value, std::int32_t width) {
         add('x');
-        add(formatNumber<Char>(value, kUpperHex, width));
+        add(formatNumber<Char>(value, NumberFormat::UpperHex, width));
     }
 
     // The part of the policies that is the same in both directions: returns whether the conversion goes on.
@@ -104,21 +104,25 @@ void addRuns(Output<Char>& out, const In*& in, const In* end, Run run) {
     } while (in != end && kChunk - written < static_cast<std::ptrdiff_t>(kRunSlack));
 }
 
+template <class Run>
 void decodeAll(Output<char16_t>& out, std::string_view text, CharsetCode charset, ErrorPolicy policy,
-               char16_t replacement) {
+               char16_t replacement, Run run) {
     if (text.size() > std::size_t{kChunk})
         out.reserve(text.size());
     const auto* in = reinterpret_cast<const std::uint8_t*>(text.data());
     const std::uint8_t* const end = in + text.size();
     while (in != end) {
-        if (charset == kCharsetUtf8)
-            addRuns(out, in, end, decodeUtf8Run);
-        else
-            addRuns(out, in, end,
-                    [table = SingleByteTable(charset)](auto&&... ends) { decodeTableRun(table, ends...); });
+        addRuns(out, in, end, run);
         if (in != end && !replaceByte(out, *in++, charset, policy, replacement))
             return;
     }
+}
+
+void decodeByTable(Output<char16_t>& out, std::string_view text, CharsetCode charset, ErrorPolicy policy,
+                   char16_t replacement) {
+    const SingleByteTable table(charset);
+    decodeAll(out, text, charset, policy, replacement,
+              [&](auto&&... ends) { decodeTableRun(table, ends...); });
 }
 
 void decodeByPlatform(Output<char16_t>& out, std::string_view text, ErrorPolicy policy) {
@@ -181,21 +185,27 @@ char32_t takeCharacter(const char16_t*& in, const char16_t* end) {
     return fromSurrogates(c, *in++);
 }
 
-void encodeAll(Output<char>& out, std::u16string_view text, CharsetCode charset, ErrorPolicy policy,
-               char replacement) {
+template <class Run>
+void encodeAll(Output<char>& out, std::u16string_view text, ErrorPolicy policy, char replacement, Run run) {
     const char16_t* in = text.data();
     const char16_t* const end = in + text.size();
     while (in != end) {
-        if (charset == kCharsetUtf8)
-            addRuns(out, in, end, [keeps = policy == ErrorPolicy::KeepByte](auto&&... ends) {
-                encodeUtf8Run(ends..., keeps);
-            });
-        else
-            addRuns(out, in, end,
-                    [table = SingleByteTable(charset)](auto&&... ends) { encodeTableRun(table, ends...); });
+        addRuns(out, in, end, run);
         if (in != end && !replaceCharacter(out, takeCharacter(in, end), false, policy, replacement))
             return;
     }
+}
+
+void encodeUtf8(Output<char>& out, std::u16string_view text, ErrorPolicy policy, char replacement) {
+    // Otherwise the bytes that ToWide kept would not come back.
+    const bool keepBytes = policy == ErrorPolicy::KeepByte;
+    encodeAll(out, text, policy, replacement, [&](auto&&... ends) { encodeUtf8Run(ends..., keepBytes); });
+}
+
+void encodeByTable(Output<char>& out, std::u16string_view text, CharsetCode charset, ErrorPolicy policy,
+                   char replacement) {
+    const SingleByteTable table(charset);
+    encodeAll(out, text, policy, replacement, [&](auto&&... ends) { encodeTableRun(table, ends...); });
 }
 
 // Character by character, since the platform does not tell where the whole text failed.
@@ -230,8 +240,10 @@ std::u16string ToWide(std::string_view text, CharsetCode charset, ErrorPolicy po
     Output<char16_t> out;
     if (charset == kCharsetPlatform)
         decodeByPlatform(out, text, policy);
+    else if (charset == kCharsetUtf8)
+        decodeAll(out, text, charset, policy, replacement, decodeUtf8Run);
     else
-        decodeAll(out, text, charset, policy, replacement);
+        decodeByTable(out, text, charset, policy, replacement);
     if (failed != nullptr)
         *failed = out.failed;
     return out.take();
@@ -246,8 +258,10 @@ std::string ToNarrow(std::u16string_view text, CharsetCode charset, ErrorPolicy 
             throwStringTooLong();
         out.reserve(2 * text.size());
     }
-    if (charset != kCharsetPlatform)
-        encodeAll(out, text, charset, policy, replacement);
+    if (charset == kCharsetUtf8)
+        encodeUtf8(out, text, policy, replacement);
+    else if (charset != kCharsetPlatform)
+        encodeByTable(out, text, charset, policy, replacement);
     else if (const std::optional<std::string> whole = strictByPlatform(text))
         out.add(*whole);
     else

@@ -1,5 +1,6 @@
 #include "foundation/charset/single_byte_tables.h"
 
+#include <algorithm>
 #include <array>
 #include <iterator>
 
@@ -242,19 +243,19 @@ constexpr UpperHalf kDos850 = {
 
 // clang-format on
 
-// Where the code units of a table stand in it, by their slots.
+// The bytes of the code units of a table, by the units' slots.
 using Slots = std::array<std::uint8_t, 256>;
 
 constexpr Slots slotsOf(const UpperHalf& units) {
-    Slots slots;
-    slots.fill(SingleByteTable::kEmpty);
+    Slots slots = {};
+    static_assert(SingleByteTable::kEmpty == 0);
     for (std::size_t i = 0; i < units.size(); ++i) {
         if (units[i] == 0)
             continue;
         std::uint8_t slot = SingleByteTable::slotOf(units[i]);
         while (slots[slot] != SingleByteTable::kEmpty)
             ++slot;
-        slots[slot] = static_cast<std::uint8_t>(i);
+        slots[slot] = static_cast<std::uint8_t>(0x80 + i);
     }
     return slots;
 }
@@ -285,7 +286,11 @@ static_assert(std::size(kTables) == kCharsetCount - kCharsetAscii);
 }  // namespace
 
 SingleByteTable::SingleByteTable(CharsetCode charset)
-    : units_(kTables[charset - kCharsetAscii].units->data()),
-      slots_(kTables[charset - kCharsetAscii].slots->data()) {}
+    : slots_(kTables[charset - kCharsetAscii].slots->data()) {
+    for (std::size_t byte = 0; byte < 0x80; ++byte)
+        units_[byte] = static_cast<char16_t>(byte);
+    std::copy(kTables[charset - kCharsetAscii].units->begin(), kTables[charset - kCharsetAscii].units->end(),
+              units_.begin() + 0x80);
+}
 
 }  // namespace owlkit

@@ -1,23 +1,67 @@
 #include "foundation/codec/base64.h"
 
 #include <algorithm>
-#include <iterator>
 #include <vector>
 
+#include "foundation/codec/base64_groups.h"
 #include "foundation/errors.h"
 #include "foundation/stream/memory_stream.h"
 
 namespace owlkit {
 namespace {
 
-constexpr std::uint32_t kPadding = 64;  // the place of "=" in the alphabets
-constexpr std::uint32_t kSkipped = 65;
-constexpr std::string_view kStandardLetters =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/=";
-constexpr std::string_view kUrlLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_=";
-
 // Streams are read and written in blocks: one of a few bytes may cost a platform call.
 constexpr std::int64_t kBlock = 3 * 4096;
+
+const Base64Letters& lettersOf(Base64Alphabet alphabet) {
+    return alphabet == Base64Alphabet::Url ? kUrlLetters : kStandardLetters;
+}
+
+// Writes the letters and the padding of `size` bytes that are all or the last of a text.
+template <class Char>
+Char* encodeLast(const Base64Letters& letters, bool padded, const std::uint8_t* bytes, std::size_t size,
+                 Char* out) {
+    out = encodeBase64Groups(letters, bytes, size / 3, out);
+    const std::size_t rest = size % 3;
+    if (rest == 0)
+        return out;
+    out = encodeBase64Rest(letters, bytes + (size - rest), rest, out);
+    return padded ? std::fill_n(out, 3 - rest, Char{'='}) : out;
+}
+
+// Writes encoded characters with the line feeds that belong between them.
+class LineWriter {
+  public:
+    LineWriter(Base64Alphabet alphabet, std::int32_t lineLength)
+        : letters_(lettersOf(alphabet)),
+          padded_(alphabet != Base64Alphabet::Url),
+          groupsOfLine_(padded_ && lineLength > 0 ? (static_cast<std::size_t>(lineLength) + 3) / 4 : 0),
+          left_(groupsOfLine_) {}
+
+    // `out` is replaced by the text of these bytes; all but the last of a text come in whole groups.
+    void write(const std::uint8_t* bytes, std::size_t size, std::string& out) {
+        const std::size_t groups = (size + 2) / 3;
+        out.resize(groups * 4 + (groupsOfLine_ == 0 ? 0 : groups / groupsOfLine_ + 1));
+        char* end = out.data();
+        while (groupsOfLine_ != 0 && (size + 2) / 3 >= left_) {
+            const std::size_t line = std::min(left_ * 3, size);
+            end = encodeLast(letters_, padded_, bytes, line, end);
+            *end++ = '\n';
+            bytes += line;
+            size -= line;
+            left_ = groupsOfLine_;
+        }
+        end = encodeLast(letters_, padded_, bytes, size, end);
+        left_ -= groupsOfLine_ == 0 ? 0 : (size + 2) / 3;
+        out.resize(static_cast<std::size_t>(end - out.data()));
+    }
+
+  private:
+    const Base64Letters& letters_;
+    bool padded_;
+    std::size_t groupsOfLine_;  // 0: no line breaks
+    std::size_t left_;          // groups until the next line feed
+};
 
 // Writes `out` and empties it; whether all of it was written.
 bool drain(std::string& out, ByteStream& target, std::int64_t& total) {
@@ -28,58 +72,74 @@ bool drain(std::string& out, ByteStream& target, std::int64_t& total) {
     return whole;
 }
 
+bool isIgnored(std::uint8_t character, Base64Strays strays) {
+    const bool lineBreak = character == '\n' || character == '\r';
+    return strays == Base64Strays::Ignore || (strays == Base64Strays::IgnoreLineBreaks && lineBreak);
+}
+
+// Decodes one block into `out`, which is replaced; gives how many characters were taken. A stray that is not
+// ignored is not taken.
+std::size_t decodeBlock(Base64Decoder& decoder, const std::vector<std::uint8_t>& block, std::size_t size,
+                        Base64Strays strays, std::string& out) {
+    out.resize(size / 4 * 3 + 6);
+    char* to = out.data();
+    const std::uint8_t* in = block.data();
+    const std::uint8_t* const end = in + size;
+    for (;;) {
+        decoder.take(in, end, to);
+        if (in == end || decoder.ended() || !isIgnored(*in, strays))
+            break;
+        ++in;
+    }
+    out.resize(static_cast<std::size_t>(to - out.data()));
+    return static_cast<std::size_t>(in - block.data());
+}
+
+template <class Char>
+std::size_t assignEncoded(Base64Codec& codec, ByteStream& source, std::basic_string<Char>& target,
+                          std::int64_t count) {
+    MemoryStream encoded;
+    codec.encode(source, encoded, count);
+    const std::uint8_t* letters = encoded.data();
+    target.assign(letters, letters + encoded.size());
+    return target.size();
+}
+
 }  // namespace
 
-char Base64Codec::letter(std::uint32_t sextet) const {
-    if (sextet > kPadding)
-        throwFailed();
-    return (alphabet_ == kBase64Url ? kUrlLetters : kStandardLetters)[sextet];
+std::u16string base64(std::string_view bytes) {
+    std::u16string text((bytes.size() + 2) / 3 * 4, u'\0');
+    encodeLast(kStandardLetters, true, reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size(),
+               text.data());
+    return text;
 }
 
-std::uint32_t Base64Codec::sextet(std::size_t position) const {
-    switch (position) {
-        case 0:
-            return group_[0] >> 2;
-        case 1:
-            return (group_[0] & 0x03u) << 4 | group_[1] >> 4;
-        case 2:
-            return (group_[1] & 0x0Fu) << 2 | group_[2] >> 6;
-        case 3:
-            return group_[2] & 0x3Fu;
-        default:
-            throwFailed();
-    }
-}
-
-// Appends the letters of the group's first `bytes` bytes, and the padding.
-void Base64Codec::encodeGroup(std::size_t bytes, std::string& out) {
-    for (std::size_t i = 0; i <= bytes; ++i)
-        out += letter(sextet(i));
-    if (alphabet_ != kBase64Url)
-        out.append(3 - bytes, letter(kPadding));
+std::optional<std::string> fromBase64(std::u16string_view text) {
+    std::string bytes(text.size() / 4 * 3 + 3, '\0');
+    char* out = bytes.data();
+    const char16_t* in = text.data();
+    const char16_t* const end = in + text.size();
+    Base64Decoder decoder(kStandardLetters);
+    decoder.take(in, end, out);
+    while (decoder.ended() && in != end && *in == u'=')
+        ++in;
+    if (in != end)
+        return std::nullopt;
+    decoder.finish(out);
+    bytes.resize(static_cast<std::size_t>(out - bytes.data()));
+    return bytes;
 }
 
 std::int64_t Base64Codec::encode(ByteStream& source, ByteStream& target, std::int64_t count) {
-    const bool breaksLines = alphabet_ != kBase64Url && lineLength_ > 0;
+    LineWriter writer(alphabet_, lineLength_);
     std::vector<std::uint8_t> block(static_cast<std::size_t>(kBlock));
     std::string out;
     std::int64_t total = 0;
-    std::int64_t column = 0;
     std::int64_t left = count;
     while (left != 0) {
         const std::size_t wanted = static_cast<std::size_t>(left < 0 ? kBlock : std::min(left, kBlock));
         const std::size_t got = source.read(block.data(), wanted);
-        for (std::size_t i = 0; i < got; i += 3) {
-            const std::size_t bytes = std::min<std::size_t>(3, got - i);
-            std::fill(std::begin(group_), std::end(group_), std::uint8_t{0});
-            std::copy_n(block.data() + i, bytes, group_);
-            encodeGroup(bytes, out);
-            column += 4;
-            if (breaksLines && column >= lineLength_) {
-                out += '\n';
-                column = 0;
-            }
-        }
+        writer.write(block.data(), got, out);
         if (!drain(out, target, total) || got < static_cast<std::size_t>(kBlock))
             break;
         if (left > 0)
@@ -88,95 +148,43 @@ std::int64_t Base64Codec::encode(ByteStream& source, ByteStream& target, std::in
     return total;
 }
 
-std::uint32_t Base64Codec::sextetOf(unsigned char letter) const {
-    const std::string_view letters = alphabet_ == kBase64Url ? kUrlLetters : kStandardLetters;
-    const std::size_t place = letters.find(static_cast<char>(letter));
-    if (place != std::string_view::npos)
-        return static_cast<std::uint32_t>(place);
-    const bool lineBreak = letter == '\n' || letter == '\r';
-    if (strayPolicy_ == kIgnoreStrays || (strayPolicy_ == kIgnoreLineBreaks && lineBreak))
-        return kSkipped;
-    throwParseError();
-}
-
-void Base64Codec::placeSextet(std::size_t position, std::uint32_t sextet) {
-    if (sextet >= kPadding)
-        throwFailed();
-    switch (position) {
-        case 0:
-            group_[0] = static_cast<std::uint8_t>(sextet << 2);
-            break;
-        case 1:
-            group_[0] |= static_cast<std::uint8_t>(sextet >> 4);
-            group_[1] = static_cast<std::uint8_t>(sextet << 4);
-            break;
-        case 2:
-            group_[1] |= static_cast<std::uint8_t>(sextet >> 2);
-            group_[2] = static_cast<std::uint8_t>(sextet << 6);
-            break;
-        case 3:
-            group_[2] |= static_cast<std::uint8_t>(sextet);
-            break;
-        default:
-            throwFailed();
-    }
-}
-
-// Reads the next group and gives the number of its sextets; `left` is the number of characters that may still
-// be read, negative for any.
-std::size_t Base64Codec::decodeGroup(ByteStream& source, std::int64_t& left) {
-    std::fill(std::begin(group_), std::end(group_), std::uint8_t{0});
-    std::size_t sextets = 0;
-    while (sextets < 4 && left != 0) {
-        unsigned char character = 0;
-        if (source.readByte(character) == 0)
-            break;
-        if (left > 0)
-            --left;
-        const std::uint32_t value = sextetOf(character);
-        if (value < kPadding)
-            placeSextet(sextets++, value);
-        else if (value == kPadding && sextets >= 2)
-            break;
-    }
-    return sextets;
-}
-
 std::int64_t Base64Codec::decode(ByteStream& source, ByteStream& target, std::int64_t count) {
+    // Where a stream cannot go back, no character behind the text may be read.
+    const std::int64_t blockSize = source.isSeekable() ? kBlock : 1;
+    std::vector<std::uint8_t> block(static_cast<std::size_t>(blockSize));
+    Base64Decoder decoder(lettersOf(alphabet_));
     std::string out;
     std::int64_t total = 0;
-    std::int64_t left = count;
-    std::size_t sextets = 4;
-    try {
-        while (sextets == 4) {
-            sextets = decodeGroup(source, left);
-            if (sextets != 0)
-                out.append(reinterpret_cast<const char*>(group_), std::max<std::size_t>(sextets - 1, 1));
-            if (out.size() >= static_cast<std::size_t>(kBlock) && !drain(out, target, total))
-                return total;
-        }
-    } catch (...) {
-        drain(out, target, total);
-        throw;
+    for (std::int64_t left = count; left != 0 && !decoder.ended();) {
+        const std::size_t wanted = static_cast<std::size_t>(left < 0 ? blockSize : std::min(left, blockSize));
+        const std::size_t got = source.read(block.data(), wanted);
+        if (got == 0)
+            break;
+        const std::size_t taken = decodeBlock(decoder, block, got, strays_, out);
+        const bool refused = taken != got && !decoder.ended();
+        if (const std::size_t unread = got - taken - (refused ? 1 : 0); unread != 0)
+            source.seek(-static_cast<std::int64_t>(unread), kFromPosition);
+        if (!drain(out, target, total))
+            return total;
+        if (refused)
+            throwParseError();
+        if (left > 0)
+            left -= static_cast<std::int64_t>(got);
     }
+    char last[3];
+    char* end = last;
+    decoder.finish(end);
+    out.assign(last, end);
     drain(out, target, total);
     return total;
 }
 
 std::size_t Base64Codec::encodeToString(ByteStream& source, std::string& target, std::int64_t count) {
-    MemoryStream encoded;
-    encode(source, encoded, count);
-    const std::uint8_t* letters = encoded.data();
-    target.assign(letters, letters + encoded.size());
-    return target.size();
+    return assignEncoded(*this, source, target, count);
 }
 
 std::size_t Base64Codec::encodeToString(ByteStream& source, std::u16string& target, std::int64_t count) {
-    MemoryStream encoded;
-    encode(source, encoded, count);
-    const std::uint8_t* letters = encoded.data();
-    target.assign(letters, letters + encoded.size());
-    return target.size();
+    return assignEncoded(*this, source, target, count);
 }
 
 std::int64_t Base64Codec::decodeFromString(std::string_view text, ByteStream& target) {
@@ -190,7 +198,7 @@ std::int64_t Base64Codec::decodeFromString(std::u16string_view text, ByteStream&
     for (const char16_t unit : text) {
         if (unit < 128)
             narrow += static_cast<char>(unit);
-        else if (strayPolicy_ != kIgnoreStrays)
+        else if (strays_ != Base64Strays::Ignore)
             throwParseError();
     }
     return decodeFromString(narrow, target);

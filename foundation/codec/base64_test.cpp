@@ -1,5 +1,6 @@
 #include "foundation/codec/base64.h"
 
+#include <optional>
 #include <random>
 #include <stdexcept>
 
@@ -11,7 +12,10 @@ namespace {
 using namespace std::string_literals;
 using namespace std::string_view_literals;
 
-std::string encoded(const std::string& bytes, std::int32_t line, std::uint32_t alphabet,
+using enum Base64Alphabet;
+using enum Base64Strays;
+
+std::string encoded(const std::string& bytes, std::int32_t line, Base64Alphabet alphabet,
                     std::int64_t count = -1) {
     MemoryStream source(bytes.data(), bytes.size());
     std::string text = "old";
@@ -20,9 +24,9 @@ std::string encoded(const std::string& bytes, std::int32_t line, std::uint32_t a
     return text;
 }
 
-std::string decoded(std::string_view text, std::uint32_t alphabet, std::uint32_t policy) {
+std::string decoded(std::string_view text, Base64Alphabet alphabet, Base64Strays strays) {
     MemoryStream target;
-    const std::int64_t written = Base64Codec(0, alphabet, policy).decodeFromString(text, target);
+    const std::int64_t written = Base64Codec(0, alphabet, strays).decodeFromString(text, target);
     EXPECT_EQ(written, target.size());
     return {reinterpret_cast<const char*>(target.data()), static_cast<std::size_t>(target.size())};
 }
@@ -30,19 +34,26 @@ std::string decoded(std::string_view text, std::uint32_t alphabet, std::uint32_t
 TEST(Base64, Encodes) {
     const struct {
         std::string bytes;
-        std::uint32_t alphabet;
+        Base64Alphabet alphabet;
         const char* text;
-    } cases[] = {
-        {"Man", 0, "TWFu"}, {"Ma", 0, "TWE="},      {"M", 0, "TQ=="},        {"", 0, ""},
-        {"Ma", 1, "TWE"},   {"\xFB\xFF", 1, "-_8"}, {"\xFB\xFF", 0, "+/8="}, {"\0\0\0M"s, 0, "AAAATQ=="}};
+    } cases[] = {{"Man", Standard, "TWFu"},
+                 {"Ma", Standard, "TWE="},
+                 {"M", Standard, "TQ=="},
+                 {"", Standard, ""},
+                 {"Ma", Url, "TWE"},
+                 {"\xFB\xFF", Url, "-_8"},
+                 {"\xFB\xFF", Standard, "+/8="},
+                 {"\0\0\0M"s, Standard, "AAAATQ=="}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text);
         EXPECT_EQ(encoded(c.bytes, 0, c.alphabet), c.text);
-        EXPECT_EQ(decoded(c.text, c.alphabet, kRefuseStrays), c.bytes);
+        EXPECT_EQ(decoded(c.text, c.alphabet, Refuse), c.bytes);
     }
-    EXPECT_EQ(encoded("Many", 0, 0, 0) + encoded("Many", 0, 0, 2) + encoded("Man", 0, 0, 9), "TWE=TWFu");
-    EXPECT_EQ(encoded(std::string(57, '\0'), 76, 0), std::string(76, 'A') + "\n");
-    EXPECT_EQ(encoded("ManMa", 5, 0) + encoded("ManM", 1, 1), "TWFuTWE=\nTWFuTQ");
+    EXPECT_EQ(
+        encoded("Many", 0, Standard, 0) + encoded("Many", 0, Standard, 2) + encoded("Man", 0, Standard, 9),
+        "TWE=TWFu");
+    EXPECT_EQ(encoded(std::string(57, '\0'), 76, Standard), std::string(76, 'A') + "\n");
+    EXPECT_EQ(encoded("ManMa", 5, Standard) + encoded("ManM", 1, Url), "TWFuTWE=\nTWFuTQ");
     MemoryStream source("M\xFF", 2);
     std::u16string wide;
     EXPECT_EQ(Base64Codec().encodeToString(source, wide), 4u);
@@ -52,15 +63,24 @@ TEST(Base64, Encodes) {
 TEST(Base64, Decodes) {
     const struct {
         const char* text;
-        std::uint32_t alphabet, policy;
+        Base64Alphabet alphabet;
+        Base64Strays strays;
         const char* bytes;  // null for "parse error"
-    } cases[] = {{"TWFu====", 0, 2, "Man"}, {"TWFuT", 0, 2, "ManL"},    {"T", 0, 2, "L"},
-                 {"TQ==TWFu", 0, 2, "M"},   {"T=WFu", 0, 2, "Man"},     {"TW\r\nFu", 0, 1, "Man"},
-                 {"TW Fu", 0, 1, nullptr},  {"TW Fu\x80", 0, 0, "Man"}, {"TW\nFu", 0, 2, nullptr},
-                 {"+_8", 1, 2, nullptr},    {"-/8", 0, 1, nullptr},     {"-+_/8", 0, 0, "\xFB\xFF"}};
+    } cases[] = {{"TWFu====", Standard, Refuse, "Man"},
+                 {"TWFuT", Standard, Refuse, "ManL"},
+                 {"T", Standard, Refuse, "L"},
+                 {"TQ==TWFu", Standard, Refuse, "M"},
+                 {"T=WFu", Standard, Refuse, "Man"},
+                 {"TW\r\nFu", Standard, IgnoreLineBreaks, "Man"},
+                 {"TW Fu", Standard, IgnoreLineBreaks, nullptr},
+                 {"TW Fu\x80", Standard, Ignore, "Man"},
+                 {"TW\nFu", Standard, Refuse, nullptr},
+                 {"+_8", Url, Refuse, nullptr},
+                 {"-/8", Standard, IgnoreLineBreaks, nullptr},
+                 {"-+_/8", Standard, Ignore, "\xFB\xFF"}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text);
-        const auto decode = [&] { return decoded(c.text, c.alphabet, c.policy); };
+        const auto decode = [&] { return decoded(c.text, c.alphabet, c.strays); };
         if (c.bytes == nullptr)
             expectError<std::runtime_error>("parse error", decode);
         else
@@ -70,12 +90,41 @@ TEST(Base64, Decodes) {
     EXPECT_EQ(Base64Codec().decode(source, target, 6), 4);  // a limit counts characters
     EXPECT_EQ(Base64Codec().decode(source, target, 0), 0);
     source.seek(0, kFromStart);
-    EXPECT_THROW(Base64Codec(0, 0, 2).decode(source, target, -1), std::runtime_error);
+    EXPECT_THROW(Base64Codec(0, Standard, Refuse).decode(source, target, -1), std::runtime_error);
     EXPECT_EQ(target.size(), 4 + 6);  // what stands before the bad character is written
     EXPECT_EQ(Base64Codec().decodeFromString(u"TW\u0146\u2028Fu"sv, target), 3);
-    const auto strict = [&] { Base64Codec(0, 0, 1).decodeFromString(u"TWFu\x80"sv, target); };
+    const auto strict = [&] {
+        Base64Codec(0, Standard, IgnoreLineBreaks).decodeFromString(u"TWFu\x80"sv, target);
+    };
     expectError<std::runtime_error>("parse error", strict);
     EXPECT_EQ(target.size(), 13);
+}
+
+TEST(Base64, TakesATextAsAWholeOrNotAtAll) {
+    const struct {
+        std::u16string_view text;
+        std::optional<std::string> bytes;
+    } cases[] = {{u"", ""},          {u"TWFu", "Man"},           {u"TQ==", "M"},
+                 {u"TQ", "M"},       {u"TWFuT", "ManL"},         {u"QQA=!!", {}},
+                 {u"TQ==TWFu", {}},  {u"TWFu TWFu", {}},         {u"TW\n", {}},
+                 {u"TWF\u0146", {}}, {u"TWFuTWFuTWFu\u5754", {}}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(std::u16string(c.text)));
+        EXPECT_EQ(fromBase64(c.text), c.bytes);
+    }
+    EXPECT_EQ(base64("ManMa"), u"TWFuTWE=");
+}
+
+// Strays between blocks, groups and padding, in any block of the source.
+TEST(Base64, StopsBehindThePaddingWhereverItStands) {
+    for (const std::size_t before : {0u, 4u, 12284u, 12288u, 40000u}) {
+        SCOPED_TRACE(before);
+        const std::string text = std::string(before, 'A') + "TQ=*=rest";
+        MemoryStream source(text.data(), text.size());
+        MemoryStream target;
+        EXPECT_EQ(Base64Codec().decode(source, target, -1), static_cast<std::int64_t>(before / 4 * 3 + 1));
+        EXPECT_EQ(source.position(), static_cast<std::int64_t>(before + 3));
+    }
 }
 
 TEST(Base64, EverythingComesBack) {
@@ -86,8 +135,8 @@ TEST(Base64, EverythingComesBack) {
         for (char& byte : bytes)
             byte = static_cast<char>(random());
         const auto line = static_cast<std::int32_t>(random() % 80);
-        for (const std::uint32_t alphabet : {kBase64Standard, kBase64Url})
-            EXPECT_EQ(decoded(encoded(bytes, line, alphabet), alphabet, kIgnoreLineBreaks), bytes);
+        for (const Base64Alphabet alphabet : {Standard, Url})
+            EXPECT_EQ(decoded(encoded(bytes, line, alphabet), alphabet, IgnoreLineBreaks), bytes);
     }
 }
 

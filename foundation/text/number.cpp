@@ -1,5 +1,6 @@
 #include "foundation/text/number.h"
 
+#include <algorithm>
 #include <charconv>
 #include <iterator>
 #include <type_traits>
@@ -34,30 +35,24 @@ std::uint32_t digitOf(std::uint32_t code) {
     return code >= 48 ? code - 48 : kNoDigit;
 }
 
-std::string formatNarrow(std::int64_t value, std::uint32_t format, std::int32_t width) {
-    if (format == kBoolean)
-        return value != 0 ? "true" : "false";
-    const bool isSigned = format < kUnsignedDecimal || format > kOctal;
-    const bool minus = isSigned && value < 0;
-    const auto bits = static_cast<std::uint64_t>(value);
-    const bool hex = format == kUpperHex || format == kLowerHex;
-    char digits[24];  // the longest are the 22 octal digits
-    const auto end = std::to_chars(digits, std::end(digits), minus ? 0 - bits : bits,
-                                   hex                ? 16
-                                   : format == kOctal ? 8
-                                                      : 10);
-    std::string text(digits, end.ptr);
-    if (format == kUpperHex) {
-        for (char& c : text) {
-            if (c >= 'a')
-                c = static_cast<char>(c - 'a' + 'A');
-        }
+// The digits of `value`; gives their end.
+char* putDigits(char* first, char* last, std::uint64_t value, NumberFormat format) {
+    switch (format) {
+        case NumberFormat::UpperHex:
+        case NumberFormat::LowerHex:
+            return std::to_chars(first, last, value, 16).ptr;
+        case NumberFormat::Octal:
+            return std::to_chars(first, last, value, 8).ptr;
+        case NumberFormat::SignedDecimal:
+        case NumberFormat::UnsignedDecimal:
+        case NumberFormat::Boolean:
+            break;
     }
-    const std::size_t sign = minus ? 1 : 0;
-    if (width >= 1 && width <= kMaximumWidth && text.size() + sign < static_cast<std::size_t>(width))
-        text.insert(0, static_cast<std::size_t>(width) - sign - text.size(), '0');
-    text.insert(0, sign, '-');
-    return text;
+    return std::to_chars(first, last, value).ptr;
+}
+
+bool isSigned(NumberFormat format) {
+    return format < NumberFormat::UnsignedDecimal || format > NumberFormat::Octal;
 }
 
 // The walk over one text. Results are kept here and handed out only when the parse succeeded.
@@ -179,7 +174,6 @@ std::uint32_t parseSigned(std::basic_string_view<Char> text, std::int32_t& value
         return taken;
     if (negative)
         bits = 0 - bits;
-    // Deliberate: by this rule "-0" and a lone "-" do not fit in radix 10.
     if (radix == 10 && (bits >> 31 != 0) != negative)
         return kParseOverflow;
     value = static_cast<std::int32_t>(bits);
@@ -210,12 +204,29 @@ std::int32_t parseSignedOr(std::basic_string_view<Char> text, std::int32_t fallb
 }  // namespace
 
 template <class Char>
-std::basic_string<Char> formatNumber(std::int64_t value, std::uint32_t format, std::int32_t width) {
-    const std::string text = formatNarrow(value, format, width);
-    return std::basic_string<Char>(text.begin(), text.end());
+std::basic_string<Char> formatNumber(std::int64_t value, NumberFormat format, std::int32_t width) {
+    if (format == NumberFormat::Boolean) {
+        const std::string_view word = value != 0 ? "true" : "false";
+        return {word.begin(), word.end()};
+    }
+    const bool minus = value < 0 && isSigned(format);
+    const auto bits = static_cast<std::uint64_t>(value);
+    char buffer[kMaximumWidth +
+                24];  // zeros and a sign grow towards its start; the longest digits are 22, octal
+    char* first = buffer + kMaximumWidth;
+    char* const end = putDigits(first, std::end(buffer), minus ? 0 - bits : bits, format);
+    if (format == NumberFormat::UpperHex)
+        std::transform(first, end, first,
+                       [](char c) { return c < 'a' ? c : static_cast<char>(c - 'a' + 'A'); });
+    if (width >= 1 && width <= kMaximumWidth)
+        while (end - first + minus < width)
+            *--first = '0';
+    if (minus)
+        *--first = '-';
+    return {first, end};
 }
-template std::string formatNumber<char>(std::int64_t, std::uint32_t, std::int32_t);
-template std::u16string formatNumber<char16_t>(std::int64_t, std::uint32_t, std::int32_t);
+template std::string formatNumber<char>(std::int64_t, NumberFormat, std::int32_t);
+template std::u16string formatNumber<char16_t>(std::int64_t, NumberFormat, std::int32_t);
 
 std::uint32_t parseNumber(std::string_view text, std::string_view separator, std::uint64_t& value,
                           std::uint32_t& radix, bool& negative) {

@@ -8,14 +8,14 @@
 
 namespace owlkit {
 
-// Any other code formats as kSignedDecimal.
-enum NumberFormat : std::uint32_t {
-    kSignedDecimal = 0,
-    kUnsignedDecimal = 1,
-    kUpperHex = 2,
-    kLowerHex = 3,
-    kOctal = 4,
-    kBoolean = 5,  // "true" for every value but 0, else "false"; ignores the width
+// Any other value formats as SignedDecimal.
+enum class NumberFormat : std::uint32_t {
+    SignedDecimal = 0,
+    UnsignedDecimal = 1,
+    UpperHex = 2,
+    LowerHex = 3,
+    Octal = 4,
+    Boolean = 5,  // "true" for every value but 0, else "false"; ignores the width
 };
 
 // The parse result that means overflow; -1 to a caller that reads it as signed.
@@ -25,8 +25,14 @@ inline constexpr std::uint32_t kParseOverflow = 0xFFFFFFFF;
 // to that many characters, a sign counted in and kept in front; any other width fills nothing. Unsigned,
 // hexadecimal and octal text shows a negative value as its 64-bit two's complement. Instantiated for char and
 // char16_t.
+//
+//   formatNumber<char>(257, NumberFormat::LowerHex)          "101"
+//   formatNumber<char>(257, NumberFormat::UpperHex, 8)       "00000101"
+//   formatNumber<char>(-7, NumberFormat::SignedDecimal, 4)   "-007"
+//   formatNumber<char>(-1, NumberFormat::Octal)              "1777777777777777777777"
+//   formatNumber<char>(5, NumberFormat::SignedDecimal, 26)   "5"
 template <class Char>
-std::basic_string<Char> formatNumber(std::int64_t value, std::uint32_t format = kSignedDecimal,
+std::basic_string<Char> formatNumber(std::int64_t value, NumberFormat format = NumberFormat::SignedDecimal,
                                      std::int32_t width = 0);
 
 // Reads white space (see isSpace, not extended), then a sign or the prefix "0x" or "0X" (allowed in radix 0
@@ -45,7 +51,16 @@ std::uint32_t parseNumber(std::u16string_view text, std::u16string_view separato
 
 // parseNumber for 32 bits. A magnitude above 0xFFFFFFFF is an overflow. In radix 10 the number must also fit
 // its sign; in every other radix the full 32 bits are accepted and "ffffffff" is -1. `value` changes only
-// when the result is neither 0 nor kParseOverflow.
+// when the result is neither 0 nor kParseOverflow. By the rule of the sign "-0" and a lone "-" do not fit in
+// radix 10.
+//
+//   text           radix  result            value
+//   " 42 files"    10     3                 42
+//   "0x1A"         0      4                 26
+//   "0x1A"         10     0                 unchanged
+//   "ffffffff"     16     8                 -1
+//   "2147483648"   10     kParseOverflow    unchanged
+//   "+"            10     1                 0
 std::uint32_t parseInt32(std::string_view text, std::int32_t& value, std::uint32_t radix = 10,
                          std::string_view separator = {});
 std::uint32_t parseInt32(std::u16string_view text, std::int32_t& value, std::uint32_t radix = 10,

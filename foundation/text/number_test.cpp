@@ -26,19 +26,21 @@ TEST(FormatNumber, AgreesWithPrintf) {
         for (const std::uint32_t format : {0u, 1u, 2u, 3u, 4u, 6u, 0xFFFFFFFFu}) {
             for (std::int32_t width = -1; width <= 27; ++width) {
                 SCOPED_TRACE(testing::Message() << value << " format " << format << " width " << width);
-                const std::uint32_t row = format > kOctal ? 0 : format;
+                const std::uint32_t row = format > 4 ? 0 : format;
                 char expected[64];
                 if (width >= 1 && width <= 25)
                     std::snprintf(expected, sizeof expected, kPadded[row], width, value);
                 else
                     std::snprintf(expected, sizeof expected, kPlain[row], value);
-                EXPECT_EQ(formatNumber<char>(value, format, width), expected);
-                EXPECT_EQ(formatNumber<char16_t>(value, format, width), widened(expected));
+                EXPECT_EQ(formatNumber<char>(value, NumberFormat(format), width), expected);
+                EXPECT_EQ(formatNumber<char16_t>(value, NumberFormat(format), width), widened(expected));
             }
         }
     }
-    EXPECT_EQ(formatNumber<char>(0, kBoolean, 9), "false");
-    EXPECT_EQ(formatNumber<char16_t>(-1, kBoolean, 9), u"true");
+    EXPECT_EQ(formatNumber<char>(257, NumberFormat::UpperHex, 8), "00000101");
+    EXPECT_EQ(formatNumber<char>(-7, NumberFormat::SignedDecimal, 4), "-007");
+    EXPECT_EQ(formatNumber<char>(0, NumberFormat::Boolean, 9), "false");
+    EXPECT_EQ(formatNumber<char16_t>(-1, NumberFormat::Boolean, 9), u"true");
 }
 
 TEST(ParseNumber, TakesWhatIsANumber) {
@@ -130,6 +132,11 @@ TEST(ParseInt32, HoldsTheRange) {
         {"99999999999999999999", 10, kParseOverflow, 77, kParseOverflow},
         {"-0", 10, kParseOverflow, 77, kParseOverflow},
         {"x", 10, 0, 77, 0},
+        {" 42 files", 10, 3, 42, 3},
+        {"0x1A", 0, 4, 26, 4},
+        {"0x1A", 10, 0, 77, 0},
+        {"ffffffff", 16, 8, -1, 8},
+        {"+", 10, 1, 0, 1},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text);

@@ -61,7 +61,7 @@ Json strings(const std::vector<std::u16string>& texts) {
 std::string codeUnits(std::u16string_view data) {
     std::string hex;
     for (const char16_t unit : data)
-        hex += owlkit::formatNumber<char>(unit, owlkit::kLowerHex, 4);
+        hex += owlkit::formatNumber<char>(unit, owlkit::NumberFormat::LowerHex, 4);
     return hex;
 }
 

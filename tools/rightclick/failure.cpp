@@ -5,7 +5,8 @@
 namespace rightclick {
 
 std::string hexadecimal(HRESULT result) {
-    return "0x" + owlkit::formatNumber<char>(static_cast<std::uint32_t>(result), owlkit::kUpperHex, 8);
+    return "0x" +
+           owlkit::formatNumber<char>(static_cast<std::uint32_t>(result), owlkit::NumberFormat::UpperHex, 8);
 }
 
 void require(HRESULT result, const char* message) {

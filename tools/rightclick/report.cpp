@@ -73,7 +73,7 @@ std::string idColumn(const MenuEntry& entry) {
     column.resize(std::max<std::size_t>(column.size(), 10), ' ');
     std::string id = "-";
     if (entry.id != 0)
-        id = "0x" + owlkit::formatNumber<char>(entry.id, owlkit::kUpperHex, 4);
+        id = "0x" + owlkit::formatNumber<char>(entry.id, owlkit::NumberFormat::UpperHex, 4);
     id.resize(std::max<std::size_t>(id.size(), 8), ' ');
     return column + id;
 }

@@ -4,9 +4,12 @@ import os
 import pathlib
 import struct
 import subprocess
+import sys
 import time
 import unittest
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "examples"))
+import receiver  # noqa: E402
 from wine_session import APPROVED, BIN, FILES_CLASS, ROOT, SETTINGS, WineTest, windows_path
 
 SEPARATOR = "--"
@@ -73,6 +76,16 @@ class MenuTest(WineTest):
         path = self.work / name
         path.write_text("x", encoding="utf-8")
         return windows_path(path)
+
+    def pick(self, offset, *selection):
+        """What nmark.exe received, which the example receiver understands alike."""
+        request = super().pick(offset, *selection)
+        if "-tfn" not in request["arguments"]:  # that file is gone
+            parsed = receiver.parse(request["arguments"])
+            self.assertEqual(parsed["command"], request["command"])
+            self.assertEqual(parsed["cursor"], request["cursor"] and [request["cursor"]["x"], request["cursor"]["y"]])
+            self.assertEqual(parsed["data"].encode("utf-16-be", "surrogatepass").hex(), request["dataUnits"])
+        return request
 
     def entries(self, *selection):
         result = self.rightclick(*selection)

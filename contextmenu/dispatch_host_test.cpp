@@ -1,6 +1,7 @@
 #include "contextmenu/dispatch.h"
 
 #include "contextmenu/commands.h"
+#include "contextmenu/handover_file.h"
 #include "platform/file.h"
 #include "tests/host_fixture.h"
 
@@ -62,6 +63,7 @@ TEST_F(DispatchTest, DoesWhatEachEntryStandsFor) {
 
 TEST_F(DispatchTest, ElevatesForAVolumeThatIsClosed) {
     makeFile("\\\\.\\D:", "volume");
+    makeFile("\\\\.\\A:", "the first drive");
     const std::tuple<std::u16string, const char*, const char16_t*> kCases[] = {
         {u"d:\\x\0E:\\\0"s, "none", u"open"},
         {u"E:\\\0D:\\\0"s, "none", u"runas"},
@@ -69,6 +71,7 @@ TEST_F(DispatchTest, ElevatesForAVolumeThatIsClosed) {
         {u"D:\\\0"s, "DeviceIoControl", u"runas"},
         {u"\\\\server\\share\0D:\\\0"s, "none", u"runas"},
         {u"", "none", u"runas"},
+        {u"A:\\\0"s, "none", u"open"},
         {u"D:\\\0"s, "none", u"open"},
     };
     for (const auto& [paths, operation, verb] : kCases) {
@@ -99,6 +102,15 @@ TEST_F(DispatchTest, GoesAheadWithoutDataThatCannotBeWritten) {
         fault::arm(operation, 1, platform::kErrorAccessDenied);
         EXPECT_EQ(launcher_.buildArguments(0x101, request), parameters) << operation;
     }
+    const std::u16string name = escaped + u"tfn_db710640.tmp";
+    LaunchRequest back;
+    parseArguments({u"-tfn", name}, back);
+    EXPECT_EQ(back.data, request.data);
+    ASSERT_TRUE(writeHandoverFile(folder() + u"tfn_db710640.tmp", request.data));
+    fault::arm("ReadFile", 1, platform::kErrorAccessDenied, true);
+    parseArguments({u"-tfn", name}, back);
+    EXPECT_EQ(back.data, u"");
+    fault::disarm();
 }
 
 }  // namespace

@@ -78,6 +78,7 @@ TEST(LaunchRequest, IsReadFromAnyArguments) {
         {{.path = u"a"}, {u"-p b -p a", u"-cmd -tfn -p a", u"-cent -p a", u"-data -cmd -p a"}},
         {{.path = u"a b%2520"}, {u"-p a%20b%2520"}},
         {{.command = 5, .path = u"-cmd"}, {u"-p -cmd 5"}},
+        {{.command = 5}, {u"-tfn -cmd -cmd 5", u"-data -cmd -cmd 5"}},
     };
     for (const auto& [expected, allParameters] : kCases) {
         for (const std::u16string& parameters : allParameters) {
@@ -94,6 +95,8 @@ TEST(HandoverFile, HasANameFromACycleOfHundred) {
     EXPECT_TRUE(launcher.makeHandoverFileName().ends_with(u"tfn_db710640.tmp"));
     launcher.setTempExtension(u".nmark");
     EXPECT_TRUE(ApplicationLauncher(counter).makeHandoverFileName().ends_with(u"tfn_c9298960.tmp"));
+    counter = 12;
+    EXPECT_TRUE(launcher.makeHandoverFileName().ends_with(u"tfn_00172bc0.nmark"));
     counter = 99;
     EXPECT_TRUE(launcher.makeHandoverFileName().ends_with(u"tfn_edb88320.nmark"));
     EXPECT_TRUE(launcher.makeHandoverFileName().ends_with(u"tfn_db710640.nmark"));

@@ -38,6 +38,11 @@ TEST_F(SelectionTest, IsEmptyWithoutADropList) {
         EXPECT_TRUE(CollectDroppedPaths(data, paths) == 0 && paths.empty());
     }
     EXPECT_EQ(host::releasedMedia(), 0u);
+    host::DataObject file(drop.global, S_OK, TYMED_FILE);
+    std::u16string paths = u"old";
+    EXPECT_EQ(CollectDroppedPaths(&file, paths), 0u);
+    EXPECT_EQ(paths, u"");
+    EXPECT_EQ(host::releasedMedia(), 1u);
 }
 
 TEST_F(SelectionTest, WalksALongDropListOnce) {

@@ -69,6 +69,9 @@ TEST(Interlang, EveryOperationKeepsItsState) {
     table.SetKey(u"k");
     table.SetLanguage(u" \t");
     EXPECT_EQ(errorOf(addText), "invalid state") << "no language";
+    table.SetKey(u"");
+    table.SetLanguage(u"en");
+    EXPECT_EQ(errorOf(addText), "invalid state") << "no key";
     table.EndLoad();
     for (const auto& call : loading)
         EXPECT_EQ(errorOf(call), "invalid state") << "built " << &call - loading;

@@ -6,9 +6,12 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
+#include <stdexcept>
 #include <tuple>
 
+#include "foundation/stream/file_stream.h"
 #include "foundation/stream/memory_stream.h"
+#include "lang/read_observer.h"
 #include "platform/file.h"
 #include "platform/host/fault.h"
 #include "platform/host/file_record.h"
@@ -92,6 +95,45 @@ TEST_F(LanguageLoader, OthersMayWriteWhileAFileIsReadInLargePieces) {
     EXPECT_LE(fault::calls("ReadFile"), 6u);
     EXPECT_EQ(platform::lastCreateFile().share, platform::kFileShareRead | platform::kFileShareWrite);
     EXPECT_EQ(platform::lastCreateFile().access, platform::kGenericRead);
+}
+
+// A file that can be read no further, or written no further, or that is too large to be read at all.
+TEST_F(LanguageLoader, FilesThatCannotBeReadOrWrittenToTheEnd) {
+    struct Bound final : ReadObserver {
+        void opening(std::u16string_view) override {
+            if (++lines > 40000)
+                throw std::runtime_error("more lines than the file has");
+        }
+        void stored(const StoredText&) override {}
+        int lines = 0;
+    };
+    put("a.lang.txt", std::string(40000, '\n'));
+    std::uint32_t n = 0;
+    do {
+        SCOPED_TRACE(++n);
+        FileStream file;
+        Bound bound;
+        std::uint32_t line = 0;
+        ASSERT_TRUE(file.open(path(u"a.lang.txt"), kOpenRead));
+        table_.BeginLoad();
+        fault::arm("ReadFile", n, platform::ErrorCode{5}, true);
+        const bool read = table_.Parse(file, line, &bound);
+        EXPECT_NE(read, fault::fired());
+        table_.EndLoad();
+    } while (fault::fired());
+    fault::disarm();
+    EXPECT_GT(n, 3u);
+
+    put("a.lang.txt", "LANG: en\nKEY: a\nTEXT: 1");
+    ASSERT_EQ(LoadLanguageFile(path(u"a.lang.txt"), table_), u"");
+    FileStream out;
+    ASSERT_TRUE(out.open(path(u"out"), kCreateWrite));
+    fault::arm("WriteFile", 1, platform::ErrorCode{112});
+    EXPECT_FALSE(table_.Write(out));
+    fault::disarm();
+
+    fs::resize_file(folder_ / "a.lang.txt", 0x80000000);  // a hole, no disk space
+    EXPECT_EQ(LoadLanguageFile(path(u"a.lang.txt"), table_), failure(u"-1", path(u"a.lang.txt")));
 }
 
 TEST_F(LanguageLoader, SystemLanguage) {

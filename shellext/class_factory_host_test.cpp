@@ -93,6 +93,14 @@ TEST_F(LanguageTest, FollowsTheSettingWithTheNextClassObject) {
     host::resetLocale();
 }
 
+TEST_F(LanguageTest, TakesNoFilesOfTheCurrentFolder) {
+    module_.attach(this);
+    EXPECT_TRUE(module_.languageLoaded);
+    fault::arm("GetModuleFileNameW", 1, platform::kErrorAccessDenied);
+    module_.attach(this);
+    EXPECT_FALSE(module_.languageLoaded);
+}
+
 TEST_F(LanguageTest, IsServedThroughTheExports) {
     const auto enter = [&](DWORD reason, bool enabled = true) {
         setFlag(u"Enabled", enabled);

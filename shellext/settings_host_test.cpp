@@ -66,6 +66,7 @@ TEST_F(SettingsTest, OnlyTheRightTypeCounts) {
                  {"5", 4, "\5\0\0\0"s, true, u""},
                  {"0x100", 4, "\0\1\0\0"s, true, u""},
                  {"short number", 4, "\0\0"s, true, u""},
+                 {"64-bit 0", 11, std::string(8, '\0'), true, u""},
                  {"binary 0", 3, "\0\0\0\0"s, true, u""},
                  {"text 0", 1, "0\0\0\0"s, true, u"0"},
                  {"text of odd size", 1, "d\0e\0!"s, true, u"de"},

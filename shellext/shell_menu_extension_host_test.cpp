@@ -111,6 +111,9 @@ TEST_F(ShellMenuTest, GivesHelpTextsThatFit) {
     }
     for (const UINT_PTR other : {id, UINT_PTR{0x10000}, UINT_PTR{0x100000000}, ~UINT_PTR{0}})
         EXPECT_EQ(help(menu, other, buffer, 99), E_FAIL);
+    EXPECT_EQ(help(menu, 0, nullptr, 99), E_FAIL);
+    module_.texts.BeginLoad();
+    EXPECT_EQ(help(menu, 0, buffer, 99), E_FAIL) << "asked for while the table is written: an exception";
 }
 
 TEST_F(ShellMenuTest, InvokesByOffsetOnly) {
@@ -156,10 +159,14 @@ TEST_F(ShellMenuTest, SurvivesEveryFailedAllocation) {
          [&] { return released(getClassObject(module_, kClasses[0], IID_IUnknown, &object)); });
     walk("CreateInstance", E_OUTOFMEMORY, true,
          [&] { return released(held->CreateInstance(nullptr, IID_IUnknown, &object)); });
-    const Ref<IContextMenu> menu = extension(Files);
+    const Ref<IContextMenu> menu = extension(RecycleBin);
     const auto init = query<IShellExtInit>(menu, IID_IShellExtInit);
     Drop drop({{u"D:\\a path that is longer than short"}, {std::u16string(600, u'p')}});
-    walk("Initialize", E_FAIL, false, [&] { return init->Initialize(nullptr, &drop.data, nullptr); });
+    walk("Initialize", E_FAIL, false, [&] {
+        const HRESULT result = init->Initialize(nullptr, &drop.data, nullptr);
+        EXPECT_TRUE(result == S_OK || show(menu) == 0);  // without its selection it offers nothing
+        return result;
+    });
     EXPECT_EQ(drop.data.references(), 0u);
     for (const SelectionKind kind : {Files, Drives, RecycleBin})
         walk("QueryContextMenu", E_FAIL, false, [&] {

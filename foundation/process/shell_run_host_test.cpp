@@ -67,6 +67,7 @@ TEST_F(ShellRunOnHost, StartsAndWaits) {
 TEST_F(ShellRunOnHost, OpensWhatItsKindAllows) {
     const TestFolder folder;
     const std::u16string path = folder.path().u16string();
+    std::filesystem::create_directory(folder.path() / "blank ");
     const struct {
         const char* name;
         std::uint32_t kind;
@@ -76,6 +77,7 @@ TEST_F(ShellRunOnHost, OpensWhatItsKindAllows) {
         {"nothing", 1, u"", u""},
         {"an address", 1, u" web://no such place", u" web://no such place"},
         {"a folder", 1, path, u"file://" + path},
+        {"a name that ends in a blank", 1, path + u"/blank ", u"file://" + path + u"/blank"},
         {"a missing file", 1, path + u".missing", u""},
         {"an address without slashes", 1, u"mailto:a@b", u""},
         {"a mail address", 2, u"\t a@b.c ", u"mailto:a@b.c"},

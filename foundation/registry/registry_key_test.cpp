@@ -25,6 +25,7 @@ TEST_F(RegistryTest, LengthOfPaths) {
         EXPECT_FALSE(operation(std::u16string(254, u'x')));
         EXPECT_EQ(outcome([&] { operation(std::u16string(255, u'x')); }), "invalid argument");
     }
+    EXPECT_EQ(RegistryKey::readDwordOr(kUser, std::u16string(255, u'x'), u"v", -7), -7) << "throws nothing";
     EXPECT_EQ(key.path(), kTestPath) << "what fails leaves the open key as it is";
     key.writeDword(u"still", 1);
     EXPECT_EQ(outcome([&] { key.create(kUser, u""); }), "invalid argument");

@@ -44,6 +44,9 @@ TEST_F(RegistryTest, ReadsValuesOfAnyTypeAndForm) {
         EXPECT_EQ(outcome([&] { return key.readQword(u"v"); }), row.qword);
         EXPECT_EQ(outcome([&] { return key.readString(u"v"); }), row.text);
     }
+    putRaw(platform::kRegSz, "a\0b\0c", 5);
+    const std::u16string odd = key.readString(u"v");
+    EXPECT_EQ(odd.c_str()[2], u'\0') << "the odd byte lies over the end of the text";
     EXPECT_EQ(outcome([&] { return key.readDword(u"none"); }), "not found");
     EXPECT_EQ(outcome([&] { return key.readBinary(u"none", nullptr, 0); }), "not found");
 }
@@ -104,7 +107,8 @@ TEST_F(RegistryTest, WritesWithinTheLimits) {
 TEST_F(RegistryTest, ReadsBinaryIntoTheRoomGiven) {
     std::string buffer = "....";
     putRaw(platform::kRegBinary, "abc", 3);
-    EXPECT_EQ(key.readBinary(u"v", buffer.data(), 4), 3U);
+    for (const std::uint32_t room : {3U, 4U})
+        EXPECT_EQ(key.readBinary(u"v", buffer.data(), room), 3U);
     EXPECT_EQ(buffer, "abc.");
     EXPECT_EQ(outcome([&] { key.readBinary(u"v", buffer.data(), 2); }), "invalid size");
     EXPECT_EQ(outcome([&] { key.readBinary(u"v", nullptr, 2); }), "invalid pointer");

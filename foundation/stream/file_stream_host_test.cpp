@@ -205,6 +205,12 @@ TEST(FileStreamHost, AFailedReadMovesNothing) {
     fault::disarm();
     EXPECT_EQ(byte, 'a');
     EXPECT_EQ(stream.position(), 1);
+    // Where it does not get back to, a text begins somewhere else.
+    ASSERT_TRUE(stream.seek(0, kFromStart));
+    fault::arm("SetFilePointerEx", 1, 5);
+    EXPECT_FALSE(stream.detectTextEncoding(99));
+    EXPECT_TRUE(fault::fired());
+    fault::disarm();
 }
 
 }  // namespace

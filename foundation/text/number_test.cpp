@@ -96,7 +96,8 @@ TEST(ParseNumber, KnowsFullWidthDigits) {
     std::uint32_t value = 0;
     EXPECT_EQ(parseUInt32(u"\uFF11\uFF21\uFF46", value, 16), 3u);
     EXPECT_EQ(value, 0x1AFu);
-    EXPECT_EQ(parseUInt32(u"1\uFFFF", value, 36), 1u);
+    for (const char16_t* const behind : {u"1\uFF0F", u"1\uFF40", u"1\uFFFF"})
+        EXPECT_EQ(parseUInt32(behind, value, 36), 1u);
 }
 
 TEST(ParseNumber, RefusesARadixAndChangesNothing) {

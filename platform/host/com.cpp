@@ -25,7 +25,8 @@ std::uint32_t& releasedMedia() {
     return count;
 }
 
-DataObject::DataObject(HGLOBAL dropList, HRESULT result) : dropList_(dropList), result_(result) {}
+DataObject::DataObject(HGLOBAL dropList, HRESULT result, DWORD tymed)
+    : dropList_(dropList), result_(result), tymed_(tymed) {}
 
 HRESULT DataObject::QueryInterface(REFIID iid, void** object) {
     const bool known = iid == IID_IUnknown || iid == IID_IDataObject;
@@ -51,7 +52,7 @@ HRESULT DataObject::GetData(FORMATETC* format, STGMEDIUM* medium) {
         return result_;
     if (format->cfFormat != CF_HDROP || format->tymed != TYMED_HGLOBAL || !dropList_)
         return DV_E_FORMATETC;
-    medium->tymed = TYMED_HGLOBAL;
+    medium->tymed = tymed_;
     medium->hGlobal = dropList_;
     medium->pUnkForRelease = this;
     AddRef();

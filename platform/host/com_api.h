@@ -109,6 +109,7 @@ struct IClassFactory : IUnknown {
 inline constexpr CLIPFORMAT CF_HDROP = 15;
 inline constexpr DWORD DVASPECT_CONTENT = 1;
 inline constexpr DWORD TYMED_HGLOBAL = 1;
+inline constexpr DWORD TYMED_FILE = 2;
 
 struct FORMATETC {
     CLIPFORMAT cfFormat;

@@ -11,12 +11,12 @@ namespace platform::host {
 std::uint32_t& releasedMedia();
 
 // A data object with one drop list (made by the host's shell stand-in and owned by the caller, who keeps it
-// alive), or with none (nullptr). GetData hands out CF_HDROP in global memory, or fails with `result` when
-// that is a failure; an injected fault of "IDataObject::GetData" makes it fail with E_OUTOFMEMORY. Lives on
-// the caller's stack: Release only counts.
+// alive), or with none (nullptr). GetData hands out CF_HDROP and calls it a medium of the kind `tymed`, or
+// fails with `result` when that is a failure; an injected fault of "IDataObject::GetData" makes it fail with
+// E_OUTOFMEMORY. Lives on the caller's stack: Release only counts.
 class DataObject final : public IDataObject {
   public:
-    explicit DataObject(HGLOBAL dropList, HRESULT result = S_OK);
+    explicit DataObject(HGLOBAL dropList, HRESULT result = S_OK, DWORD tymed = TYMED_HGLOBAL);
     virtual ~DataObject() = default;
 
     HRESULT QueryInterface(REFIID iid, void** object) override;
@@ -40,6 +40,7 @@ class DataObject final : public IDataObject {
   private:
     HGLOBAL dropList_;
     HRESULT result_;
+    DWORD tymed_;
     ULONG references_ = 0;
     FORMATETC lastFormat_{};
 };

@@ -25,7 +25,10 @@ class DropMemory {
         std::memcpy(bytes + offset, paths, size);
         GlobalUnlock(handle_);
     }
-    ~DropMemory() { GlobalFree(handle_); }
+    ~DropMemory() {
+        EXPECT_EQ(GlobalFlags(handle_) & GMEM_LOCKCOUNT, 0u) << "a list that is gone still locks it";
+        GlobalFree(handle_);
+    }
     DropMemory(const DropMemory&) = delete;
     DropMemory& operator=(const DropMemory&) = delete;
 
@@ -91,6 +94,7 @@ TEST(DropList, NeverReadsBehindTheBlock) {
     EXPECT_EQ(count(std::u16string_view(u"ab\0", 3), 6), 120);  // only the list has no end
     const DropMemory beyond("", 0, true, 4000);
     static_cast<DROPFILES*>(GlobalLock(beyond.handle()))->pFiles = 0xFFFFFFFF;
+    GlobalUnlock(beyond.handle());
     EXPECT_EQ(DropList::open(beyond.handle()).count(), 0u);
 }
 

@@ -1,22 +1,22 @@
-#include "lang/interlang.h"
+#include "lang/consistency.h"
+
+#include <vector>
 
 namespace owlkit {
 namespace {
 
-// The first language of the list counts as the primary one here, not the one that lookups fall back to;
-// deliberate.
-template <class Texts>
-void appendEntry(std::u16string& report, std::u16string_view key, const Texts& texts,
+// Compatible: translators know the first language of the list as the primary one here, not the one that
+// lookups fall back to.
+void appendEntry(std::u16string& report, const std::u16string& key, const std::vector<bool>& has,
                  const std::vector<std::u16string>& languages) {
     report.append(u"KEY: ").append(key);
     if (languages.empty()) {
         report += u"ERROR: Data does not contain any translations";
-    } else if (texts.contains(languages.front())) {
+    } else if (has.front()) {
         report += u"\nNew Key? This key is absent in the following languages:";
-        for (const std::u16string& name : languages) {
-            if (!texts.contains(name))
-                report.append(u" ").append(name);
-        }
+        for (std::size_t i = 0; i < languages.size(); ++i)
+            if (!has[i])
+                report.append(u" ").append(languages[i]);
     } else {
         report += u"\nObsolete Key? This key has no primary language translation.";
     }
@@ -25,19 +25,28 @@ void appendEntry(std::u16string& report, std::u16string_view key, const Texts& t
 
 }  // namespace
 
-bool interlang::CheckConsistency(std::u16string& report, std::int32_t maximum) const {
+bool checkConsistency(const interlang& table, std::u16string& report, std::int32_t maximum) {
     report.clear();
-    requireNotLoading();
+    std::vector<std::u16string> languages;
+    std::vector<std::u16string> keys;
+    table.GetLanguages(languages);
+    table.GetKeys(keys);
     std::int32_t errors = 0;
-    for (const auto& [key, texts] : translations_) {
-        if (texts.size() == languages_.size())
+    std::vector<bool> has(languages.size());
+    for (const std::u16string& key : keys) {
+        bool everywhere = true;
+        for (std::size_t i = 0; i < languages.size(); ++i) {
+            has[i] = table.HasText(key, languages[i]);
+            everywhere = everywhere && has[i];
+        }
+        if (everywhere)
             continue;
         ++errors;
         if (maximum > 0 && errors > maximum) {
             report += u"More errors found, but report truncated.";
             return false;
         }
-        appendEntry(report, key, texts, languages_);
+        appendEntry(report, key, has, languages);
     }
     return errors == 0;
 }

@@ -1,12 +1,14 @@
 #include "lang/interlang.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "foundation/charset/convert.h"
 #include "foundation/errors.h"
 #include "foundation/text/text.h"
+#include "lang/consistency.h"
 #include "lang/escapes.h"
+#include "lang/language_reader.h"
+#include "lang/language_writer.h"
 #include "platform/locale.h"
 
 namespace owlkit {
@@ -42,13 +44,13 @@ void interlang::requireNotLoading() const {
 
 void interlang::Clear() {
     requireLoading();
-    translations_.clear();
+    keys_.clear();
     languages_.clear();
     active_.clear();
     activeSource_ = ActiveSource::Named;
     primary_.clear();
     currentKey_.clear();
-    currentLanguage_.clear();
+    SetLanguage(u"");
     notFoundMode_ = NotFoundMode::UsePrimary;
 }
 
@@ -56,6 +58,7 @@ void interlang::BeginLoad() {
     requireNotLoading();
     currentKey_.clear();
     currentLanguage_.clear();
+    currentPlace_.reset();
     state_ = State::Loading;
 }
 
@@ -95,30 +98,50 @@ void interlang::SetKey(std::u16string_view key) {
 void interlang::SetLanguage(std::u16string_view name) {
     requireLoading();
     currentLanguage_ = trim(name);
+    currentPlace_.reset();
 }
 
 void interlang::AddText(std::u16string_view text) {
     requireLoading();
     if (currentKey_.empty() || currentLanguage_.empty())
         throwInvalidState();
-    store(std::u16string(text));
+    std::u16string decoded(text);
+    decodeEscapes(decoded);
+    if (!currentPlace_)
+        currentPlace_ = placeOf(currentLanguage_);
+    if (!currentPlace_) {
+        languages_.push_back({currentLanguage_, {}});
+        currentPlace_ = languages_.size() - 1;
+    }
+    const std::size_t key = placeOfCurrentKey();
+    std::vector<std::optional<std::u16string>>& texts = languages_[*currentPlace_].texts;
+    if (key >= texts.size())
+        texts.resize(key + 1);
+    texts[key] = std::move(decoded);
+    lastKey_ = key;
 }
 
-void interlang::store(std::u16string text) {
-    decodeEscapes(text);
-    if (!knowsLanguage(currentLanguage_))
-        languages_.push_back(currentLanguage_);
-    translations_[currentKey_].insert_or_assign(currentLanguage_, std::move(text));
+// Files have their keys in the same order, so the next one is tried first.
+std::size_t interlang::placeOfCurrentKey() {
+    if (lastKey_ + 1 < keys_.size() && keys_[lastKey_ + 1] == currentKey_)
+        return lastKey_ + 1;
+    if (const std::optional<std::size_t> place = keys_.find(currentKey_))
+        return *place;
+    keys_.add(currentKey_);
+    return keys_.size() - 1;
 }
 
-bool interlang::knowsLanguage(std::u16string_view name) const {
-    return std::find(languages_.begin(), languages_.end(), name) != languages_.end();
+std::optional<std::size_t> interlang::placeOf(std::u16string_view language) const {
+    for (std::size_t place = 0; place < languages_.size(); ++place)
+        if (languages_[place].name == language)
+            return place;
+    return std::nullopt;
 }
 
 std::u16string_view interlang::activeLanguage() const {
     if (activeSource_ == ActiveSource::Named)
         return active_;
-    return activeSource_ == ActiveSource::Primary ? primary_ : languages_.front();
+    return activeSource_ == ActiveSource::Primary ? primary_ : languages_.front().name;
 }
 
 // Where the active language is looked up once loading has ended.
@@ -136,25 +159,29 @@ bool interlang::HasLanguage(std::u16string_view name) const {
 
 std::size_t interlang::GetLanguages(std::vector<std::u16string>& names) const {
     requireNotLoading();
-    names = languages_;
+    names.clear();
+    names.reserve(languages_.size());
+    for (const Language& language : languages_)
+        names.push_back(language.name);
     return names.size();
 }
 
 std::size_t interlang::GetKeys(std::vector<std::u16string>& keys) const {
     requireNotLoading();
     keys.clear();
-    keys.reserve(translations_.size());
-    for (const auto& entry : translations_)
-        keys.push_back(entry.first);
+    keys.reserve(keys_.size());
+    for (const std::size_t place : keys_.sorted())
+        keys.push_back(keys_[place]);
     return keys.size();
 }
 
 const std::u16string* interlang::storedText(std::u16string_view language, std::u16string_view key) const {
-    const auto texts = translations_.find(key);
-    if (texts == translations_.end())
+    const std::optional<std::size_t> place = placeOf(language);
+    const std::optional<std::size_t> at = place ? keys_.find(key) : std::nullopt;
+    if (!at || *at >= languages_[*place].texts.size())
         return nullptr;
-    const auto text = texts->second.find(language);
-    return text == texts->second.end() ? nullptr : &text->second;
+    const std::optional<std::u16string>& text = languages_[*place].texts[*at];
+    return text ? &*text : nullptr;
 }
 
 bool interlang::Find(std::u16string_view language, std::u16string_view key, NotFoundMode mode,
@@ -191,6 +218,18 @@ std::u16string interlang::GetTextWithArgs(std::u16string_view key, std::u16strin
     std::u16string text = GetText(key, language);
     text = replaceAll(text, u"%1", first);
     return replaceAll(text, u"%2", second);
+}
+
+bool interlang::Parse(ByteStream& stream, std::uint32_t& line, ReadObserver* observer) {
+    return readLanguages(*this, stream, line, observer);
+}
+
+bool interlang::Write(ByteStream& out, std::u16string_view language, std::u16string_view reference) const {
+    return writeLanguages(*this, out, language, reference);
+}
+
+bool interlang::CheckConsistency(std::u16string& report, std::int32_t maximum) const {
+    return checkConsistency(*this, report, maximum);
 }
 
 }  // namespace owlkit

@@ -3,13 +3,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
-#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "foundation/charset/charset.h"
+#include "lang/key_table.h"
 
 namespace owlkit {
 
@@ -29,10 +29,7 @@ enum class NotFoundMode : std::uint32_t {
 // The table is filled between BeginLoad and EndLoad and asked afterwards. "Loading" below marks operations
 // that need the first, "built" those that need the second; called in the wrong state they throw
 // std::logic_error "invalid state". A table into which nothing was ever loaded (empty) answers the built
-// operations with nothing: false, 0, the key.
-//
-// Narrow forms convert at the boundary, with '?' for what cannot be converted: language names as ISO-8859-1,
-// keys and texts in the system charset or in the one given.
+// operations with nothing: false, 0, the key. While it is built it may be asked by several threads.
 class interlang {
   public:
     enum class State : std::uint32_t { Empty = 0, Loading = 1, Built = 2 };
@@ -56,93 +53,95 @@ class interlang {
     // Loading: sets the active and the primary language, both trimmed. An empty active language means the
     // user's own: the ISO 639 name of GetLocaleInfoW, or the abbreviated language name when that is empty.
     void SetLanguages(std::u16string_view active, std::u16string_view primary);
-    void SetLanguages(std::string_view active, std::string_view primary);
 
     // Whether setting these two between BeginLoad and EndLoad would change no answer. Writes nothing.
     bool UsesLanguages(std::u16string_view active, std::u16string_view primary) const;
 
-    // Loading: where the next text goes. The language name is trimmed, the key is not.
+    // Loading: where the next text goes, in this load also from one file to the next. The language name is
+    // trimmed, the key is not.
     void SetKey(std::u16string_view key);
-    void SetKey(std::string_view key, CharsetCode charset = kCharsetSystem);
     void SetLanguage(std::u16string_view name);
-    void SetLanguage(std::string_view name);
+    const std::u16string& currentKey() const { return currentKey_; }
+    const std::u16string& currentLanguage() const { return currentLanguage_; }
 
     // Loading, with a current key and a current language: decodes the escapes of `text` (lang/escapes.h) and
     // stores it, in place of an earlier text of the same key and language.
     void AddText(std::u16string_view text);
-    void AddText(std::string_view text, CharsetCode charset = kCharsetSystem);
 
-    // Loading: reads a language file from the stream's position to its end. False on a syntax error or a
-    // failed read, with the number of that line in `line` (0xFFFFFFFF when the stream could not be prepared);
-    // what came before it stays in the table. After true, `line` is the number of lines. The stream's
-    // settings are the same afterwards. An `observer` is told what is read (lang/read_observer.h).
+    // Loading: reads a language file; see readLanguages in lang/language_reader.h.
     bool Parse(ByteStream& stream, std::uint32_t& line, ReadObserver* observer = nullptr);
 
-    // Built: writes one language, or with an empty name all in the order of the language list. With a
-    // reference language that exists, each entry is preceded by a comment with its text in that language.
-    // Lines end as the stream's terminator setting says, with LF when it is none; without a text encoding it
-    // is UTF-8. False when there is no language at all or a write failed; std::logic_error "invalid state"
-    // for a language that does not exist.
+    // Built: writes languages as a file; see writeLanguages in lang/language_writer.h.
     bool Write(ByteStream& out, std::u16string_view language = {}, std::u16string_view reference = {}) const;
-    bool Write(ByteStream& out, std::string_view language, std::string_view reference = {}) const;
 
     // Built: what there is. The lists are replaced; the result is their length.
     bool HasLanguage(std::u16string_view name) const;
-    bool HasLanguage(std::string_view name) const;
-    std::size_t GetLanguages(
-        std::vector<std::u16string>& names) const;  // in the order in which they were first met
-    std::size_t GetLanguages(std::vector<std::string>& names) const;
-    std::size_t GetKeys(std::vector<std::u16string>& keys) const;  // ascending
-    std::size_t GetKeys(std::vector<std::string>& keys) const;
+    std::size_t GetLanguages(std::vector<std::u16string>& names) const;  // in the order first met
+    std::size_t GetKeys(std::vector<std::u16string>& keys) const;        // ascending
 
     // Built: whether there is a text; it, or what `mode` says, is put into `out` unless that is null.
     bool Find(std::u16string_view language, std::u16string_view key, NotFoundMode mode,
               std::u16string* out = nullptr) const;
-    bool Find(std::string_view language, std::string_view key, NotFoundMode mode, std::string* out = nullptr,
-              CharsetCode charset = kCharsetSystem) const;
 
     // Built: lookups in the given language, or in the active one when it is empty.
     std::u16string GetText(std::u16string_view key, std::u16string_view language = {}) const;
-    std::string GetText(std::string_view key, std::string_view language = {},
-                        CharsetCode charset = kCharsetSystem) const;
     bool HasText(std::u16string_view key, std::u16string_view language = {}) const;
-    bool HasText(std::string_view key, std::string_view language = {},
-                 CharsetCode charset = kCharsetSystem) const;
 
     // Built: GetText, then "%1" replaced everywhere by `first`, and in the result "%2" everywhere by
     // `second`.
     std::u16string GetTextWithArgs(std::u16string_view key, std::u16string_view first,
                                    std::u16string_view second = {}, std::u16string_view language = {}) const;
+
+    // Built: whether every key has a text in every language; see checkConsistency in lang/consistency.h.
+    bool CheckConsistency(std::u16string& report, std::int32_t maximum) const;
+
+    // The narrow forms, which the extension itself does not call. They convert at the boundary, with '?' for
+    // what cannot be converted: language names as ISO-8859-1, keys and texts in the system charset or in the
+    // one given.
+    void SetLanguages(std::string_view active, std::string_view primary);
+    void SetKey(std::string_view key, CharsetCode charset = kCharsetSystem);
+    void SetLanguage(std::string_view name);
+    void AddText(std::string_view text, CharsetCode charset = kCharsetSystem);
+    bool Write(ByteStream& out, std::string_view language, std::string_view reference = {}) const;
+    bool HasLanguage(std::string_view name) const;
+    std::size_t GetLanguages(std::vector<std::string>& names) const;
+    std::size_t GetKeys(std::vector<std::string>& keys) const;
+    bool Find(std::string_view language, std::string_view key, NotFoundMode mode, std::string* out = nullptr,
+              CharsetCode charset = kCharsetSystem) const;
+    std::string GetText(std::string_view key, std::string_view language = {},
+                        CharsetCode charset = kCharsetSystem) const;
+    bool HasText(std::string_view key, std::string_view language = {},
+                 CharsetCode charset = kCharsetSystem) const;
     std::string GetTextWithArgs(std::string_view key, std::string_view first, std::string_view second = {},
                                 std::string_view language = {}, CharsetCode charset = kCharsetSystem) const;
-
-    // Built: whether every key has a text in every language. `report` is replaced by one entry for each key
-    // that has not, at most `maximum` of them (0 or less: all), then "More errors found, but report
-    // truncated.".
-    bool CheckConsistency(std::u16string& report, std::int32_t maximum) const;
     bool CheckConsistency(std::string& report, std::int32_t maximum) const;
 
   private:
-    class Reader;
-    class Writer;
-    using Texts = std::map<std::u16string, std::u16string, std::less<>>;  // by language name
     enum class ActiveSource { Named, Primary, First };
+    // A language of the list and its texts, by the places of their keys; those behind the last are missing.
+    struct Language {
+        std::u16string name;
+        std::vector<std::optional<std::u16string>> texts;
+    };
 
     void requireLoading() const;
     void requireNotLoading() const;
-    bool knowsLanguage(std::u16string_view name) const;
+    std::optional<std::size_t> placeOf(std::u16string_view language) const;
+    bool knowsLanguage(std::u16string_view name) const { return placeOf(name).has_value(); }
     const std::u16string* storedText(std::u16string_view language, std::u16string_view key) const;
     std::u16string_view activeLanguage() const;
     ActiveSource settledSource(std::u16string_view active, std::u16string_view primary) const;
-    void store(std::u16string text);
+    std::size_t placeOfCurrentKey();
 
-    std::map<std::u16string, Texts, std::less<>> translations_;
-    std::vector<std::u16string> languages_;  // every language of `translations_` exactly once
-    std::u16string active_;                  // in use as long as the source is Named
+    KeyTable keys_;
+    std::vector<Language> languages_;  // in the order in which they were first met, each exactly once
+    std::u16string active_;            // in use as long as the source is Named
     ActiveSource activeSource_ = ActiveSource::Named;
     std::u16string primary_;
     std::u16string currentKey_;
     std::u16string currentLanguage_;
+    std::optional<std::size_t> currentPlace_;  // of the current language, once it has been looked up
+    std::size_t lastKey_ = 0;                  // the place of the key of the last text
     State state_ = State::Empty;
     NotFoundMode notFoundMode_ = NotFoundMode::UsePrimary;
 };

@@ -46,8 +46,9 @@ bool interlang::HasLanguage(std::string_view name) const {
 }
 
 std::size_t interlang::GetLanguages(std::vector<std::string>& names) const {
-    requireNotLoading();
-    return convertList(languages_, names, [](const auto& name) { return ToNarrow(name, kCharsetLatin1); });
+    std::vector<std::u16string> wide;
+    GetLanguages(wide);
+    return convertList(wide, names, [](const auto& name) { return ToNarrow(name, kCharsetLatin1); });
 }
 
 std::size_t interlang::GetKeys(std::vector<std::string>& keys) const {

@@ -65,6 +65,8 @@ TEST(LanguageFile, Read) {
         {"UTF-8 with mark", "\xEF\xBB\xBFLANG: e\nKEY: a\nTEXT:\xC3\xA4", true, 3, u"a|e|\u00E4\n"},
         {"UTF-16", "\xFE\xFF\0K\0E\0Y\0:\0a\0\n\0L\0A\0N\0G\0:\0b\0\n\0T\0E\0X\0T\0:\x20\xAC\0"s, true, 3,
          u"a|b|\u20AC\n"},
+        {"UTF-16, a line cut within a unit", "\xFF\xFE#\0x"s, true, 1, u""},
+        {"UTF-16, a unit cut behind a line", "\xFF\xFE#\0\n\0x"s, true, 2, u""},
         {"key after key", "LANG: en\nKEY: a\nTEXT: 1\nKEY: b\n#\nKEY: c\nTEXT: 2", false, 6, u"a|en|1\n"},
         {"text after text", "LANG: en\nKEY: a\nTEXT:\nTEXT: 2\nKEY: b", false, 4, u""},
         {"no key", "LANG: en\nTEXT: 1\n\nLANG: de\nKEY: a", false, 4, u""},

@@ -1,25 +1,47 @@
-#include <cstddef>
-#include <utility>
+#include "lang/language_reader.h"
 
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "foundation/errors.h"
+#include "foundation/stream/memory_stream.h"
+#include "foundation/stream/text_units.h"
 #include "foundation/text/text.h"
-#include "lang/interlang.h"
-#include "lang/kept_settings.h"
-#include "lang/read_observer.h"
 
 namespace owlkit {
 namespace {
 
 constexpr std::size_t kSampleSize = 2048;
-constexpr std::uint32_t kNotPrepared = 0xFFFFFFFF;
+constexpr std::uint32_t kNotRead = 0xFFFFFFFF;
 
 bool isComment(std::u16string_view line) {
     return line.starts_with(u'#') || line.starts_with(u"//");
 }
 
-}  // namespace
+// A record's text as it grows: a part of the file until it is continued.
+class Pending {
+  public:
+    std::u16string_view text() const { return text_; }
+    bool empty() const { return text_.empty(); }
+    void set(std::u16string_view text) { text_ = text; }
+    void append(std::u16string_view line) {
+        if (text_.data() != joined_.data())
+            joined_ = text_;
+        joined_ += u' ';
+        joined_ += line;
+        text_ = joined_;
+    }
+    std::u16string_view take() { return std::exchange(text_, {}); }
 
-// The grammar of language files, fed one line at a time.
-class interlang::Reader {
+  private:
+    std::u16string_view text_;
+    std::u16string joined_;
+};
+
+// The grammar of language files, fed one line at a time. Lines must stay where they are.
+class Reader {
   public:
     Reader(interlang& table, ReadObserver* observer) : table_(table), observer_(observer) {}
 
@@ -55,7 +77,7 @@ class interlang::Reader {
     bool keyRecord(std::u16string_view payload) {
         if (!key_.empty())
             return false;
-        key_ = payload;
+        key_.set(payload);
         last_ = Record::Key;
         return true;
     }
@@ -69,7 +91,7 @@ class interlang::Reader {
     bool textRecord(std::u16string_view payload) {
         if (textPending_)
             return false;
-        text_ = payload;
+        text_.set(payload);
         textPending_ = true;
         textLine_ = number_;
         last_ = Record::Text;
@@ -79,11 +101,10 @@ class interlang::Reader {
     bool continuation(std::u16string_view text) {
         if (last_ != Record::Key && last_ != Record::Text)
             return false;
-        std::u16string& continued = last_ == Record::Key ? key_ : text_;
+        Pending& continued = last_ == Record::Key ? key_ : text_;
         if (continued.empty())
             return false;
-        continued += u' ';
-        continued += text;
+        continued.append(text);
         return true;
     }
 
@@ -98,24 +119,24 @@ class interlang::Reader {
             return true;
         takeKey();
         if (last_ == Record::Language && !language_.empty())
-            table_.currentLanguage_ = std::exchange(language_, {});
+            table_.SetLanguage(std::exchange(language_, {}));
         return true;
     }
 
     void takeKey() {
         if (!key_.empty())
-            table_.currentKey_ = std::exchange(key_, {});
+            table_.SetKey(key_.take());
     }
 
     bool storeText() {
         if (!textPending_)
             return true;
-        if (table_.currentKey_.empty() || table_.currentLanguage_.empty())
+        if (table_.currentKey().empty() || table_.currentLanguage().empty())
             return false;
         textPending_ = false;
         if (observer_ != nullptr)
-            observer_->stored({textLine_, table_.currentKey_, table_.currentLanguage_, text_});
-        table_.store(std::exchange(text_, {}));
+            observer_->stored({textLine_, table_.currentKey(), table_.currentLanguage(), text_.text()});
+        table_.AddText(text_.take());
         return true;
     }
 
@@ -123,28 +144,59 @@ class interlang::Reader {
     ReadObserver* observer_;
     std::uint32_t number_ = 0;
     Record last_ = Record::None;
-    std::u16string key_;       // pending while not empty
-    std::u16string language_;  // pending while not empty
-    std::u16string text_;
+    Pending key_;                   // while not empty
+    std::u16string_view language_;  // pending while not empty
+    Pending text_;
     bool textPending_ = false;  // a pending text may be empty
     std::uint32_t textLine_ = 0;
 };
 
-bool interlang::Parse(ByteStream& stream, std::uint32_t& line, ReadObserver* observer) {
-    requireLoading();
+// What remains of a stream, decoded.
+struct Content {
+    std::u16string text;
+    bool cut = false;  // the end cuts a unit, which then counts as a line's last
+};
+
+// False when the encoding or not all of it could be read. All is read before any is looked at: a read that
+// fails once within a line and then goes on would otherwise make two lines of it.
+bool readContent(ByteStream& stream, Content& content) {
+    const std::int64_t left = stream.remaining();
+    if (!stream.isReadable() || left > MemoryStream::kMaximumSize)
+        return false;
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(left));
+    if (stream.read(bytes.data(), bytes.size()) != bytes.size())
+        return false;
+    MemoryStream rest(std::move(bytes));
+    rest.setSettings(stream.settings());
+    if (!rest.detectTextEncoding(kSampleSize))
+        return false;
+    const TextFormat format = {rest.textEncoding(), rest.charset(), rest.byteOrder() == kBigEndian};
+    const auto size = static_cast<std::size_t>(rest.remaining());
+    content.text = decodeUnits({reinterpret_cast<const char*>(rest.data() + rest.position()), size}, format);
+    content.cut = size % unitWidth(format, true) != 0;
+    return true;
+}
+
+}  // namespace
+
+bool readLanguages(interlang& table, ByteStream& stream, std::uint32_t& line, ReadObserver* observer) {
+    if (table.state() != interlang::State::Loading)
+        throwInvalidState();
     line = 0;
-    const KeptSettings kept(stream);
-    if (!stream.detectTextEncoding(kSampleSize)) {
-        line = kNotPrepared;
+    Content content;
+    if (!readContent(stream, content)) {
+        line = kNotRead;
         return false;
     }
-    stream.setStringTerminator(kLf);
-    Reader reader(*this, observer);
-    std::u16string text;
-    while (!stream.atEnd()) {
+    Reader reader(table, observer);
+    std::u16string_view rest = content.text;
+    while (!rest.empty() || content.cut) {
         ++line;
-        const bool stuck = stream.readText(text) == 0 && !stream.atEnd();
-        if (stuck || !reader.line(text, line, stream.atEnd()))
+        const std::size_t end = rest.find(u'\n');
+        const std::u16string_view text = rest.substr(0, end);
+        content.cut = content.cut && end != rest.npos;
+        rest = end == rest.npos ? std::u16string_view() : rest.substr(end + 1);
+        if (!reader.line(text, line, rest.empty() && !content.cut))
             return false;
     }
     return true;

@@ -1,14 +1,17 @@
+#include "lang/language_writer.h"
+
 #include <algorithm>
+#include <string>
+#include <vector>
 
 #include "foundation/errors.h"
 #include "foundation/stream/memory_stream.h"
 #include "lang/escapes.h"
-#include "lang/interlang.h"
+#include "lang/language_file_names.h"
 
 namespace owlkit {
 namespace {
 
-constexpr std::u16string_view kLanguageKey = u"LANGUAGE";  // its text is the language's own name
 constexpr std::u16string_view kRule = u"########################################";
 
 // Keys like CXT_MENU_HELP, which are written before all others.
@@ -17,24 +20,24 @@ bool isIdentifier(std::u16string_view key) {
            std::all_of(key.begin(), key.end(), [](char16_t c) { return c >= 32 && c <= 96; });
 }
 
-}  // namespace
-
 // Writes the entries of single languages.
-class interlang::Writer {
+class Writer {
   public:
     // An empty `reference` means none.
     Writer(const interlang& table, ByteStream& out, std::u16string_view reference)
-        : table_(table), out_(out), reference_(reference) {}
+        : table_(table), out_(out), reference_(reference) {
+        table.GetKeys(keys_);
+    }
 
     void language(std::u16string_view name) {
         line(kRule);
         line(u"LANG: ", name);
         line(kRule);
         line({});
-        if (table_.translations_.contains(kLanguageKey)) {
+        if (std::binary_search(keys_.begin(), keys_.end(), kLanguageNameKey)) {
             if (!reference_.empty())
                 line(u"# Localized language name");
-            entry(kLanguageKey, name);
+            entry(kLanguageNameKey, name);
         }
         pass(name, true);
         pass(name, false);
@@ -42,8 +45,8 @@ class interlang::Writer {
 
   private:
     void pass(std::u16string_view name, bool identifiers) {
-        for (const auto& [key, texts] : table_.translations_) {
-            if (key == kLanguageKey || isIdentifier(key) != identifiers)
+        for (const std::u16string& key : keys_) {
+            if (key == kLanguageNameKey || isIdentifier(key) != identifiers)
                 continue;
             if (!reference_.empty())
                 line(u"# ", encodedText(reference_, key));
@@ -58,8 +61,9 @@ class interlang::Writer {
     }
 
     std::u16string encodedText(std::u16string_view name, std::u16string_view key) const {
-        const std::u16string* text = table_.storedText(name, key);
-        return text == nullptr ? std::u16string() : encodeEscapes(*text);
+        std::u16string text;
+        table_.Find(name, key, NotFoundMode::GiveNothing, &text);
+        return encodeEscapes(text);
     }
 
     void line(std::u16string_view start, std::u16string_view rest = {}) {
@@ -70,27 +74,31 @@ class interlang::Writer {
     const interlang& table_;
     ByteStream& out_;
     std::u16string_view reference_;
+    std::vector<std::u16string> keys_;
     std::u16string buffer_;
 };
 
-bool interlang::Write(ByteStream& out, std::u16string_view language, std::u16string_view reference) const {
-    requireNotLoading();
-    if (languages_.empty())
+}  // namespace
+
+bool writeLanguages(const interlang& table, ByteStream& out, std::u16string_view language,
+                    std::u16string_view reference) {
+    std::vector<std::u16string> languages;
+    if (table.GetLanguages(languages) == 0)
         return false;
-    if (!language.empty() && !knowsLanguage(language))
+    if (!language.empty() && !table.HasLanguage(language))
         throwInvalidState();
+    StreamSettings settings = out.settings();
+    if (settings.stringTerminator == kNoTerminator)
+        settings.stringTerminator = kLf;
+    if (settings.textEncoding == kEncodingNone)
+        settings.textEncoding = kEncodingUtf8;
     MemoryStream text;
-    text.copySettings(out);
-    if (text.stringTerminator() == kNoTerminator)
-        text.setStringTerminator(kLf);
-    if (text.textEncoding() == kEncodingNone)
-        text.setTextEncoding(kEncodingUtf8);
-    Writer writer(*this, text, knowsLanguage(reference) ? reference : std::u16string_view());
+    text.setSettings(settings);
+    Writer writer(table, text, table.HasLanguage(reference) ? reference : std::u16string_view());
     if (!language.empty())
-        writer.language(language);
-    else
-        for (const std::u16string& name : languages_)
-            writer.language(name);
+        languages.assign(1, std::u16string(language));
+    for (const std::u16string& name : languages)
+        writer.language(name);
     // In one piece, so that a write that falls short is seen.
     const auto size = static_cast<std::size_t>(text.size());
     return out.write(text.data(), size) == size;

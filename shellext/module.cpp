@@ -1,6 +1,7 @@
 #include "shellext/module.h"
 
 #include "foundation/process/folders.h"
+#include "lang/language_file_names.h"
 #include "lang/language_loader.h"
 #include "lang/loading_scope.h"
 #include "platform/file.h"
@@ -18,7 +19,9 @@ void Module::attach(void* instance) {
     if (!enabled)
         return;
     // Without its own folder the module must not take files from wherever the process happens to be.
-    languageLoaded = !folder.empty() && owlkit::LoadLanguageFolder(folder + u"langs", texts).empty();
+    languageLoaded =
+        !folder.empty() &&
+        owlkit::LoadLanguageFolder(folder + std::u16string(owlkit::kLanguageFolder), texts).empty();
     applyLanguage(settings.language(), u"en");
 }
 

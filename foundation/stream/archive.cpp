@@ -43,10 +43,14 @@ std::uint32_t stopUnit(std::uint32_t terminator) {
 }  // namespace
 
 void Archive::copySettings(const Archive& other) {
-    setByteOrder(other.byteOrder());
-    setStringTerminator(other.stringTerminator());
-    setTextEncoding(other.textEncoding());
-    setCharset(other.charset());
+    setSettings(other.settings());
+}
+
+void Archive::setSettings(const StreamSettings& settings) {
+    setByteOrder(settings.byteOrder);
+    setStringTerminator(settings.stringTerminator);
+    setTextEncoding(settings.textEncoding);
+    setCharset(settings.charset);
 }
 
 bool Archive::settingsCompatible(const Archive& other) const {

@@ -108,6 +108,10 @@ class Archive {
     // Used under kEncodingCharset.
     void setCharset(CharsetCode charset) { charset_ = charset; }
 
+    // All settings at once, to be kept and put back.
+    StreamSettings settings() const { return {byteOrder(), stringTerminator(), textEncoding(), charset()}; }
+    void setSettings(const StreamSettings& settings);
+
   protected:
     Archive() = default;
     void swapArchive(Archive& other) noexcept;

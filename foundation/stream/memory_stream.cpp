@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "foundation/errors.h"
 
@@ -21,6 +22,12 @@ MemoryStream::MemoryStream(const void* data, std::size_t size, bool writable) : 
         throwInvalidSize();
     const std::uint8_t* bytes = static_cast<const std::uint8_t*>(data);
     bytes_.assign(bytes, bytes + size);
+    setPosition(0);
+}
+
+MemoryStream::MemoryStream(std::vector<std::uint8_t> bytes) : bytes_(std::move(bytes)) {
+    if (bytes_.size() > static_cast<std::size_t>(kMaximumSize))
+        throwInvalidSize();
     setPosition(0);
 }
 

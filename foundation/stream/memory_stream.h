@@ -16,6 +16,8 @@ class MemoryStream final : public ByteStream {
     // A copy of `size` bytes, positioned at their start. "invalid pointer" for a null `data` with a size,
     // "invalid size" beyond maximumSize().
     MemoryStream(const void* data, std::size_t size, bool writable = true);
+    // The bytes themselves, likewise.
+    explicit MemoryStream(std::vector<std::uint8_t> bytes);
 
     bool isReadable() const override { return true; }
     bool isWritable() const override { return writable_; }

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "foundation/charset/charset.h"
+
 namespace owlkit {
 
 enum ByteOrder : std::uint32_t { kNativeOrder = 0, kBigEndian = 1, kLittleEndian = 2 };
@@ -20,6 +22,14 @@ enum TextEncoding : std::uint32_t {
     kEncodingUtf16 = 2,  // in the byte order
     kEncodingUtf32 = 3,  // in the byte order
     kEncodingCharset = 4,
+};
+
+// All four, as a value. A stream copies and compares them by copySettings and settingsCompatible.
+struct StreamSettings {
+    std::uint32_t byteOrder = kNativeOrder;
+    std::uint32_t stringTerminator = kNoTerminator;
+    std::uint32_t textEncoding = kEncodingNone;
+    CharsetCode charset = kCharsetSystem;
 };
 
 // 16- and 32-bit codes that are neither numbers nor characters.

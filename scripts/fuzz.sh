@@ -85,13 +85,15 @@ measure_coverage() {
     objects+=(-object "$programs/fuzz_$target")
   done
   llvm-profdata merge -o "$data/all.profdata" "$data"/*.profraw
-  for target in "${targets[@]}"; do cat "$programs/fuzz_$target.covers"; done | sort -u |
-    xargs llvm-cov export -format=lcov "${objects[@]}" -instr-profile="$data/all.profdata" -sources |
-    awk -F'[:,]' -v root="$PWD/" '
-      /^SF:/ { file = substr($2, length(root) + 1); lines = reached = 0; missed = "" }
+  for target in "${targets[@]}"; do cat "$programs/fuzz_$target.covers"; done | sort -u >"$data/sources"
+  llvm-cov export -format=lcov -instr-profile="$data/all.profdata" "${objects[@]:1}" |
+    awk -F'[:,]' '
+      /^SF:/ { file = $2; lines = reached = 0; missed = "" }
       /^DA:/ { lines++; if ($3 > 0) reached++; else missed = missed " " $2 }
       /^end_of_record/ { print file, lines, reached missed }' |
     while read -r file lines reached missed; do
+      file=$(realpath --relative-to=. "$file")
+      grep -qxF "$file" "$data/sources" || continue
       printf '%-48s %4d of %4d lines\n' "$file" "$reached" "$lines"
       for line in $missed; do printf '%8d: %s\n' "$line" "$(sed -n "${line}p" "$file")"; done
     done

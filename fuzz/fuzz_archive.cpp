@@ -61,45 +61,57 @@ class Items {
     std::uint32_t pick(std::uint32_t last) { return input_.ConsumeIntegralInRange<std::uint32_t>(0, last); }
 
     std::int64_t writeOne() {
-        switch (pick(9)) {
+        switch (pick(14)) {
             case 0:
-                return number<int>([](auto& s, auto& v) { return s.writeInt32(v); },
-                                   [](auto& s, auto& v) { return s.readInt32(v); });
+                return number<int>([](auto& s, auto& v) { return s.writeInt32(v); }, read32);
             case 1:
-                return number<unsigned>([](auto& s, auto& v) { return s.writeValue32(v); },
-                                        [](auto& s, auto& v) { return s.readInt32(v); });
+                return number<unsigned>([](auto& s, auto& v) { return s.writeInt32(v); }, read32);
             case 2:
-                return number<short>([](auto& s, auto& v) { return s.writeInt16(v); },
-                                     [](auto& s, auto& v) { return s.readInt16(v); });
+                return number<long, int>([](auto& s, auto& v) { return s.writeInt32(v); }, read32);
             case 3:
+                return number<unsigned long, unsigned>([](auto& s, auto& v) { return s.writeInt32(v); },
+                                                       read32);
+            case 4:
+                return number<unsigned>([](auto& s, auto& v) { return s.writeValue32(v); }, read32);
+            case 5:
+                return number<short>([](auto& s, auto& v) { return s.writeInt16(v); }, read16);
+            case 6:
+                return number<unsigned short>([](auto& s, auto& v) { return s.writeValue16(v); }, read16);
+            case 7:
                 return number<unsigned char>([](auto& s, auto& v) { return s.writeByte(v); },
                                              [](auto& s, auto& v) { return s.readByte(v); });
-            case 4:
-                return number<long long>([](auto& s, auto& v) { return s.writeInt64(v); },
-                                         [](auto& s, auto& v) { return s.readInt64(v); });
-            case 5:
-                return number<double>([](auto& s, auto& v) { return s.writeFloating(v); },
-                                      [](auto& s, auto& v) { return s.readFloating(v); });
-            case 6:
-                return number<float>([](auto& s, auto& v) { return s.writeFloating(v); },
-                                     [](auto& s, auto& v) { return s.readFloating(v); });
-            case 7:
-                return raw();
             case 8:
+                return number<long long>([](auto& s, auto& v) { return s.writeInt64(v); }, read64);
+            case 9:
+                return number<unsigned long long>([](auto& s, auto& v) { return s.writeValue64(v); }, read64);
+            case 10:
+                return number<double>([](auto& s, auto& v) { return s.writeFloating(v); }, readFloating);
+            case 11:
+                return number<float>([](auto& s, auto& v) { return s.writeFloating(v); }, readFloating);
+            case 12:
+                return raw();
+            case 13:
                 return narrowText();
             default:
                 return wideText();
         }
     }
 
-    template <class Value, class Write, class Read>
+    static constexpr auto read16 = [](auto& s, auto& v) { return s.readInt16(v); };
+    static constexpr auto read32 = [](auto& s, auto& v) { return s.readInt32(v); };
+    static constexpr auto read64 = [](auto& s, auto& v) { return s.readInt64(v); };
+    static constexpr auto readFloating = [](auto& s, auto& v) { return s.readFloating(v); };
+
+    // `Stored` is the form in which a wider `Value` lies in the stream.
+    template <class Value, class Stored = Value, class Write, class Read>
     std::int64_t number(Write write, Read read) {
-        Value value{};
-        const std::string bytes = input_.ConsumeBytesAsString(sizeof(value));
-        std::memcpy(&value, bytes.data(), bytes.size());
+        Stored stored{};
+        const std::string bytes = input_.ConsumeBytesAsString(sizeof(stored));
+        std::memcpy(&stored, bytes.data(), bytes.size());
+        const Value value = stored;
         checks_.push_back([this, value, read] {
             Value again{};
-            require(read(stream_, again) == sizeof(value));
+            require(read(stream_, again) == sizeof(Stored));
             require(std::memcmp(&again, &value, sizeof(value)) == 0);
         });
         return static_cast<std::int64_t>(write(stream_, value));

@@ -41,6 +41,8 @@ void text(const std::u16string& content, bool keepPrintable) {
     std::u16string ascii = owlkit::encodeEscapes(content, owlkit::EscapeMode::Ascii);
     require(std::ranges::all_of(ascii, [](char16_t c) { return c >= 32 && c <= 127; }));
     const bool plain = content.find(u'\\') == std::u16string::npos;
+    if (plain)
+        require(owlkit::findBrokenEscape(ascii) == std::u16string::npos);
     owlkit::decodeEscapes(escaped);
     require(escaped == content || (keepPrintable && !plain));
     owlkit::decodeEscapes(ascii);

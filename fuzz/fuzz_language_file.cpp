@@ -3,16 +3,51 @@
 #include <algorithm>
 
 #include "fuzz/fuzz_tables.h"
+#include "lang/read_observer.h"
 
 using fuzz::require;
+
+namespace {
+
+// Each text is told before it is stored, with the line on which it begins.
+class Observer final : public owlkit::ReadObserver {
+  public:
+    void opening(std::u16string_view line) override {
+        require(line.empty() || line.starts_with(u'#') || line.starts_with(u"//"));
+    }
+
+    void stored(const owlkit::StoredText& text) override {
+        require(text.line > line_);
+        line_ = text.line;
+        key_ = text.key;
+        language_ = text.language;
+        text_ = text.written;
+        owlkit::decodeEscapes(text_);
+    }
+
+    void requireLast(const owlkit::interlang& table, std::uint32_t lines) const {
+        require(line_ <= lines);
+        require(key_.empty() || table.GetText(key_, language_) == text_);
+    }
+
+  private:
+    std::uint32_t line_ = 0;
+    std::u16string key_;
+    std::u16string language_;
+    std::u16string text_;
+};
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     owlkit::MemoryStream file(data, size);
     owlkit::interlang table;
     std::uint32_t line = 0;
     table.BeginLoad();
-    const bool whole = table.Parse(file, line);
+    Observer observer;
+    const bool whole = table.Parse(file, line, &observer);
     table.EndLoad();
+    observer.requireLast(table, line);
     require(file.settingsCompatible(owlkit::MemoryStream()));
     require(line <= size);
     require(!whole || file.atEnd());

@@ -71,6 +71,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     };
     const std::u16string language = name(chosen);
     require(table.Write(out, language, name(beside)) == !languages.empty());
+    if (!languages.empty())
+        require(fuzz::error([&] { table.Write(out, u"no such name"); }) == "invalid state");
     if (!language.empty())
         languages = {language};
     out.seek(0, owlkit::kFromStart);

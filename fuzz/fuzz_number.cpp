@@ -6,6 +6,7 @@
 #include "fuzz/fuzz.h"
 
 using fuzz::require;
+using owlkit::NumberFormat;
 
 namespace {
 
@@ -32,20 +33,20 @@ std::u16string widened(std::string_view text) {
     return wide;
 }
 
-void formatted(std::int64_t value, std::uint32_t format, std::int32_t width) {
+void formatted(std::int64_t value, NumberFormat format, std::int32_t width) {
     const std::string text = owlkit::formatNumber<char>(value, format, width);
     require(owlkit::formatNumber<char16_t>(value, format, width) == widened(text));
-    if (format == owlkit::kBoolean) {
+    if (format == NumberFormat::Boolean) {
         require(text == (value != 0 ? "true" : "false"));
         return;
     }
     require(width < 1 || width > 25 || text.size() >= static_cast<std::size_t>(width));
-    const std::uint32_t radix = format == owlkit::kUpperHex || format == owlkit::kLowerHex ? 16
-                                : format == owlkit::kOctal                                 ? 8
-                                                                                           : 10;
+    const std::uint32_t radix = format == NumberFormat::UpperHex || format == NumberFormat::LowerHex ? 16
+                                : format == NumberFormat::Octal                                      ? 8
+                                                                                                     : 10;
     const Parsed parsed = parse<std::string_view>(text, {}, radix);
     require(parsed.taken == text.size());
-    const bool isSigned = format < owlkit::kUnsignedDecimal || format > owlkit::kBoolean;
+    const bool isSigned = format < NumberFormat::UnsignedDecimal || format > NumberFormat::Boolean;
     require(parsed.negative == (isSigned && value < 0));
     require((parsed.negative ? 0 - parsed.value : parsed.value) == static_cast<std::uint64_t>(value));
 }
@@ -106,7 +107,8 @@ void any(const std::string& text, const std::string& separator, std::uint32_t ra
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider input(data, size);
     const auto value = input.ConsumeIntegral<std::int64_t>() >> input.ConsumeIntegralInRange(0, 63);
-    formatted(value, input.ConsumeIntegralInRange<std::uint32_t>(0, 6), input.ConsumeIntegral<std::int8_t>());
+    formatted(value, static_cast<NumberFormat>(input.ConsumeIntegralInRange<std::uint32_t>(0, 6)),
+              input.ConsumeIntegral<std::int8_t>());
     const std::uint32_t radix = input.ConsumeIntegralInRange<std::uint32_t>(0, 37);
     const std::string separator = input.ConsumeRandomLengthString(2);
     const std::string text = input.ConsumeRemainingBytesAsString();

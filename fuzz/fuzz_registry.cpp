@@ -3,6 +3,7 @@
 #include <cstring>
 #include <limits>
 
+#include "contextmenu/launch_request.h"
 #include "foundation/registry/registry_key.h"
 #include "fuzz/fuzz.h"
 #include "platform/host/fault.h"
@@ -13,11 +14,14 @@
 using fuzz::require;
 using owlkit::RegistryKey;
 using owlkit::RegistryRoot;
+using owlkit::RegistryValueType;
 using platform::registry_control::putValue;
 
 namespace {
 
 constexpr std::u16string_view kName = u"Value";
+constexpr std::size_t kLongestText = 8190;
+constexpr std::size_t kLongestData = 16383;
 const std::u16string kPath(nmshell::kSettingsPath);
 
 struct Stored {
@@ -129,18 +133,52 @@ void settings(const Stored& stored) {
     require(nmshell::IsEnabled() == !zero);
 }
 
-void writeAndRead(const Stored& stored) {
+void writeSettings(const Stored& stored) {
     const std::u16string text = fuzz::units(stored.bytes);
+    const bool flag = stored.type % 2 != 0;
+    const std::u16string approvals = u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath);
+    require(!nmshell::SetEnabled(flag) && !nmshell::SetShowIcons(flag) && !nmshell::SetLanguageSetting(text));
+    platform::registry_control::putText(approvals, nmshell::kFileSystemClassId, 1, nmshell::kHandlerName);
+    require(nmshell::SetEnabled(flag) && nmshell::IsEnabled() == flag);
+    require(nmshell::SetShowIcons(!flag) && nmshell::ShowIcons() == !flag);
+    const bool fits = text.size() <= kLongestText;
+    require(nmshell::SetLanguageSetting(text) == fits);
+    require(nmshell::GetLanguageSetting() == (fits ? text : u""));
+}
+
+// Writes, by the open key or by one call, and reads what is then there.
+void writeAndRead(const Stored& stored) {
+    const RegistryRoot root = RegistryRoot::CurrentUser;
     const std::u16string name(kName);
+    const std::u16string text = fuzz::units(stored.bytes);
+    const bool fits = text.size() <= kLongestText;
     RegistryKey key;
-    require(key.create(RegistryRoot::CurrentUser, kPath));
-    const bool fits = text.size() <= 8190;
-    require(fuzz::error([&] { key.writeString(name, text); }) == (fits ? "" : "invalid size"));
-    require(!fits || key.readString(name) == text);
-    const bool holds = !stored.bytes.empty() && stored.bytes.size() <= 16383;
-    require(fuzz::error([&] { key.writeBinary(name, stored.bytes.data(), stored.bytes.size()); }) ==
-            (holds ? "" : "invalid size"));
-    require(!holds || key.valueSize(name) == stored.bytes.size());
+    require(key.create(root, kPath));
+    const auto wrote = [&](bool good, auto write) {
+        require(fuzz::error(write) == (good ? "" : "invalid size"));
+        return good;
+    };
+    if (wrote(fits, [&] { key.writeString(name, text); }))
+        require(RegistryKey::readRawStringOr(root, kPath, name, u"-") == text);
+    if (wrote(fits, [&] { RegistryKey::writeExpandableString(root, kPath, name, text); }))
+        require(RegistryKey::valueType(root, kPath, name) == RegistryValueType::ExpandableString);
+    std::vector<std::u16string> items = nmshell::splitPathList(text);
+    std::erase(items, u"");  // an empty one would end the list for others
+    std::size_t length = 0;
+    for (const std::u16string& item : items)
+        length += item.size() + 1;
+    if (wrote(length <= kLongestText, [&] { RegistryKey::writeMultiString(root, kPath, name, items); }))
+        require(RegistryKey::readMultiStringOr(root, kPath, name, {u"-"}) == items);
+    const auto number = static_cast<std::uint32_t>(stored.bytes.size() * 0x9E3779B9u);
+    require(RegistryKey::writeDword(root, kPath, name, number));
+    require(key.readDword(name) == static_cast<std::int32_t>(number));
+    require(RegistryKey::writeQword(root, kPath, name, std::uint64_t{number} << 7));
+    require(key.readQword(name) == std::int64_t{number} << 7);
+    const bool holds = !stored.bytes.empty() && stored.bytes.size() <= kLongestData;
+    if (wrote(holds, [&] { key.writeBinary(name, stored.bytes.data(), stored.bytes.size()); }))
+        require(key.valueSize(name) == stored.bytes.size());
+    require(RegistryKey::deleteValue(root, kPath, name) && !key.valueExists(name));
+    require(RegistryKey::readStringOr(root, kPath, name, u"none") == u"none");
 }
 
 using Reader = void(const RegistryKey& key, const std::u16string& name, const Stored& stored);
@@ -157,7 +195,7 @@ void readBy(Reader& reader, const Stored& stored) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider input(data, size);
-    const int asked = input.ConsumeIntegralInRange(0, 4);
+    const int asked = input.ConsumeIntegralInRange(0, 5);
     Stored stored;
     stored.type = input.ConsumeBool() ? input.ConsumeIntegral<std::uint32_t>()
                                       : input.ConsumeIntegralInRange<std::uint32_t>(0, 12);
@@ -173,6 +211,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         readBy(bytes, stored);
     else if (asked == 3)
         settings(stored);
+    else if (asked == 4)
+        writeSettings(stored);
     else
         writeAndRead(stored);
     require(platform::registry_control::openHandles() == 0);

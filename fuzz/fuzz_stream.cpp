@@ -59,28 +59,59 @@ template <class Value, class Read>
 void scalar(Outcome& outcome, Read read) {
     Value value{};
     outcome.result = static_cast<std::int64_t>(read(value));
-    outcome.narrow.assign(reinterpret_cast<const char*>(&value), sizeof(value));
+    if constexpr (!std::is_same_v<Value, long double>)  // which has bytes without a meaning
+        outcome.narrow.assign(reinterpret_cast<const char*>(&value), sizeof(value));
 }
 
 void readScalar(ByteStream& stream, std::int64_t kind, Outcome& outcome) {
-    switch (kind & 7) {
+    const auto read16 = [&](auto& value) { return stream.readInt16(value); };
+    const auto read32 = [&](auto& value) { return stream.readInt32(value); };
+    const auto read64 = [&](auto& value) { return stream.readInt64(value); };
+    const auto readByte = [&](auto& value) { return stream.readByte(value); };
+    const auto unit16 = [&](auto& value) { return stream.readUnit16(value); };
+    const auto unit32 = [&](auto& value) { return stream.readUnit32(value); };
+    const auto floating = [&](auto& value) { return stream.readFloating(value); };
+    switch (kind & 15) {
         case 0:
-            return scalar<int>(outcome, [&](int& value) { return stream.readInt32(value); });
+            return scalar<int>(outcome, read32);
         case 1:
-            return scalar<unsigned long>(outcome, [&](unsigned long& v) { return stream.readInt32(v); });
+            return scalar<unsigned>(outcome, read32);
         case 2:
-            return scalar<short>(outcome, [&](short& value) { return stream.readInt16(value); });
+            return scalar<long>(outcome, read32);
         case 3:
-            return scalar<bool>(outcome, [&](bool& value) { return stream.readByte(value); });
+            return scalar<unsigned long>(outcome, read32);
         case 4:
-            return scalar<char16_t>(outcome, [&](char16_t& value) { return stream.readUnit16(value); });
+            return scalar<short>(outcome, read16);
         case 5:
-            return scalar<owlkit::Code32>(outcome, [&](auto& value) { return stream.readUnit32(value); });
+            return scalar<unsigned short>(outcome, read16);
         case 6:
-            return scalar<long long>(outcome, [&](long long& value) { return stream.readInt64(value); });
+            return scalar<bool>(outcome, readByte);
+        case 7:
+            return scalar<char>(outcome, readByte);
+        case 8:
+            return scalar<char16_t>(outcome, unit16);
+        case 9:
+            return scalar<owlkit::Code16>(outcome, unit16);
+        case 10:
+            return scalar<char32_t>(outcome, unit32);
+        case 11:
+            return scalar<owlkit::Code32>(outcome, unit32);
+        case 12:
+            return scalar<unsigned long long>(outcome, read64);
+        case 13:
+            return scalar<float>(outcome, floating);
+        case 14:
+            return scalar<double>(outcome, floating);
         default:
-            return scalar<float>(outcome, [&](float& value) { return stream.readFloating(value); });
+            return scalar<long double>(outcome, floating);
     }
+}
+
+// Copies some of the stream into another one.
+void copy(ByteStream& stream, std::int64_t count, Outcome& outcome) {
+    owlkit::MemoryStream target;
+    outcome.result = stream.readInto(target, count);
+    outcome.narrow = fuzz::view(target.data(), static_cast<std::size_t>(target.size()));
 }
 
 Outcome run(ByteStream& stream, const Step& step) {
@@ -111,6 +142,9 @@ Outcome run(ByteStream& stream, const Step& step) {
             case 7:
                 outcome.result = stream.detectTextEncoding(static_cast<std::size_t>(step.count & 0xFF));
                 break;
+            case 8:
+                copy(stream, step.count, outcome);
+                break;
             default:
                 readScalar(stream, step.count, outcome);
         }
@@ -130,8 +164,9 @@ void requireLimits(const Step& step, const Outcome& outcome, std::int64_t before
     } else if (step.operation == 2) {
         require(outcome.error == (outcome.error.empty() ? "" : "read string size too large"));
         require(outcome.narrow.size() <= kRawLimit);
-    } else if (step.operation == 5) {
+    } else if (step.operation == 5 || step.operation == 8) {
         require(outcome.result == moved);
+        require(step.count < 0 ? stream.atEnd() : moved <= step.count);
     }
 }
 
@@ -146,7 +181,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     settings.setCharset(input.ConsumeIntegralInRange<std::uint32_t>(0, owlkit::kCharsetDos850));
     std::vector<Step> steps(input.ConsumeIntegralInRange<std::size_t>(1, 8));
     for (Step& step : steps)
-        step = {input.ConsumeIntegralInRange(0, 8), input.ConsumeIntegralInRange(-8, 120),
+        step = {input.ConsumeIntegralInRange(0, 9), input.ConsumeIntegralInRange(-8, 120),
                 input.ConsumeIntegralInRange<std::uint32_t>(0, 3)};
     const std::string bytes = input.ConsumeRemainingBytesAsString();
     owlkit::MemoryStream memory(bytes.data(), bytes.size(), false);

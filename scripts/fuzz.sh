@@ -62,7 +62,7 @@ fuzz_one() {
     arguments+=(-max_total_time="$seconds" $(inputs "$target"))
   fi
   "$programs/fuzz_$target" "${arguments[@]}" >"$log" 2>&1 || result="FAILED, see $log"
-  last=$(grep -E '^#[0-9]+.* cov: ' "$log" | tail -1)
+  last=$(grep -E '^#[0-9]+.* cov: ' "$log" | tail -1 || true)
   printf '%-16s %12s %10s %8s %9s  %s\n' "$target" "$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")" \
     "$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log")" "$(sed -E 's/.* cov: ([0-9]+) .*/\1/' <<<"$last")" \
     "$(sed -E 's/.* ft: ([0-9]+) .*/\1/' <<<"$last")" "$result"

@@ -125,10 +125,7 @@ void interlang::AddText(std::u16string_view text) {
 std::size_t interlang::placeOfCurrentKey() {
     if (lastKey_ + 1 < keys_.size() && keys_[lastKey_ + 1] == currentKey_)
         return lastKey_ + 1;
-    if (const std::optional<std::size_t> place = keys_.find(currentKey_))
-        return *place;
-    keys_.add(currentKey_);
-    return keys_.size() - 1;
+    return keys_.findOrAdd(currentKey_);
 }
 
 std::optional<std::size_t> interlang::placeOf(std::u16string_view language) const {

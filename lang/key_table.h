@@ -17,20 +17,24 @@ class KeyTable {
 
     // The place of a key; nothing when it is not there.
     std::optional<std::size_t> find(std::u16string_view key) const;
-    // Adds a key that is not there; its place is the last. Changes nothing when memory runs out.
-    void add(std::u16string_view key);
+    // The same, but a key that is not there is added behind the last. Changes nothing when memory runs out.
+    std::size_t findOrAdd(std::u16string_view key);
     void clear();
 
     // All places in the ascending order of their keys, by code unit.
     std::vector<std::size_t> sorted() const;
 
   private:
-    std::size_t slotOf(std::u16string_view key) const;
+    struct Slot {
+        std::uint32_t hash = 0;
+        std::uint32_t number = 0;  // of the key, from 1; 0 for none
+    };
+
+    std::size_t slotOf(std::u16string_view key, std::uint32_t hash) const;
     void grow();
 
     std::vector<std::u16string> keys_;
-    // Open addressing over a power of two: a place and 1, or 0. At least a third stays empty.
-    std::vector<std::uint32_t> slots_;
+    std::vector<Slot> slots_;  // open addressing over a power of two; at least a third stays empty
 };
 
 }  // namespace owlkit

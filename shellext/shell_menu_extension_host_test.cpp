@@ -1,25 +1,11 @@
 #include "shellext/shell_menu_extension.h"
 
-#include <cstdlib>
 #include <sstream>
 
 #include "contextmenu/launch_request.h"
 #include "shellext/exports.h"
 #include "shellext/extension_fixture.h"
-
-static std::uint32_t allocationsLeft = 0;  // until one fails; 0: none does
-
-void* operator new(std::size_t size) {
-    if (allocationsLeft != 0 && --allocationsLeft == 0)
-        throw std::bad_alloc();
-    return std::malloc(size != 0 ? size : 1);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
+#include "tests/failing_allocation.h"
 
 namespace nmshell {
 namespace {
@@ -35,9 +21,13 @@ class ShellMenuTest : public ExtensionTest {
         bool reported = false;
         for (std::uint32_t n = 1, failed = 1; failed != 0; ++n) {
             const std::int32_t objects = module_.liveObjects;
-            allocationsLeft = n;
-            const HRESULT result = call();
-            failed = std::exchange(allocationsLeft, 0) == 0;
+            failing_allocation::arm(n);
+            const HRESULT result = [&call] {
+                const failing_allocation::Counted counted;
+                return call();
+            }();
+            failed = failing_allocation::fired();
+            failing_allocation::disarm();
             reported = reported || (failed && result == failure);
             const bool defaults = readsSettings && (result >= 0 || result == CLASS_E_CLASSNOTAVAILABLE);
             ASSERT_TRUE(failed ? result == failure || defaults : result >= 0) << name << n;
@@ -170,10 +160,13 @@ TEST_F(ShellMenuTest, SurvivesEveryFailedAllocation) {
     EXPECT_EQ(drop.data.references(), 0u);
     for (const SelectionKind kind : {Files, Drives, RecycleBin})
         walk("QueryContextMenu", E_FAIL, false, [&] {
-            const std::uint32_t walking = std::exchange(allocationsLeft, 0);
-            const Ref<IContextMenu> fresh = extension(kind, {{u"D:\\"}});
-            const platform::MenuHandle target = platform::createMenu();
-            allocationsLeft = walking;
+            Ref<IContextMenu> fresh;
+            platform::MenuHandle target;
+            {
+                const failing_allocation::Counted notYet(false);
+                fresh = extension(kind, {{u"D:\\"}});
+                target = platform::createMenu();
+            }
             return fresh->QueryContextMenu(static_cast<HMENU>(target.get()), 0, 1, 100, CMF_NORMAL);
         });
     for (const UINT_PTR offset : {0u, 1u, 7u, 10u, 11u})

@@ -56,7 +56,8 @@ bool fired() {
     return !state().firedOperation.empty();
 }
 
-std::string_view firedOperation() {
+std::string firedOperation() {
+    const std::lock_guard lock(guard());
     return state().firedOperation;
 }
 

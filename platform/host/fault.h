@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "platform/error.h"
@@ -27,7 +28,7 @@ void disarm();
 // Whether the armed fault has made a call fail since it was armed, and which operation failed first; empty
 // when none did.
 bool fired();
-std::string_view firedOperation();
+std::string firedOperation();
 
 // Asked by the stand-ins: the error this call of `operation` must fail with, or kSuccess to go on.
 ErrorCode next(std::string_view operation);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <mutex>
+#include <new>
 
 #include "platform/host/fault.h"
 #include "platform/host/process_control.h"
@@ -13,6 +14,7 @@ namespace {
 
 constexpr std::int64_t kLargestFailure = 32;
 constexpr std::int64_t kFileNotFound = 2;
+constexpr std::int64_t kNotEnoughMemory = 8;
 
 struct Shell {
     std::vector<ShellStart> starts;
@@ -70,8 +72,12 @@ std::int64_t shellExecute(void* owner, const std::u16string& verb, const std::u1
                           const std::u16string& parameters, const char16_t* folder, std::int32_t show) {
     if (const ErrorCode error = fault::next("ShellExecuteW"); error != kSuccess)
         return std::min<std::int64_t>(error, kLargestFailure);
-    ProcessHandle process;
-    return start({false, verb, file, parameters, folder != nullptr, show, owner, 0}, process);
+    try {
+        ProcessHandle process;
+        return start({false, verb, file, parameters, folder != nullptr, show, owner, 0}, process);
+    } catch (const std::bad_alloc&) {
+        return kNotEnoughMemory;
+    }
 }
 
 bool shellExecuteEx(const ShellExecuteRequest& request, ProcessHandle& process) {

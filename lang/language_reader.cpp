@@ -50,7 +50,7 @@ class Reader {
         text = trim(text);
         number_ = number;
         if (text.empty() || isComment(text))
-            tell(text.empty() ? LineKind::Blank : LineKind::Comment, text);
+            tellOpening(text);
         else if (!record(text))
             return false;
         return last_ == Record::None || commit(atEnd);
@@ -59,15 +59,9 @@ class Reader {
   private:
     enum class Record { None, Key, Language, Text };
 
-    void tell(LineKind kind, std::u16string_view content) {
-        if (observer_ != nullptr)
-            observer_->line(number_, kind, content);
-    }
-
-    bool fail(SyntaxRule rule) {
-        if (observer_ != nullptr)
-            observer_->failed(rule);
-        return false;
+    void tellOpening(std::u16string_view text) {
+        if (observer_ != nullptr && last_ == Record::None)
+            observer_->opening(text);
     }
 
     bool record(std::u16string_view text) {
@@ -81,25 +75,22 @@ class Reader {
     }
 
     bool keyRecord(std::u16string_view payload) {
-        tell(LineKind::Key, payload);
         if (!key_.empty())
-            return fail(SyntaxRule::KeyAfterKey);
+            return false;
         key_.set(payload);
         last_ = Record::Key;
         return true;
     }
 
     bool languageRecord(std::u16string_view payload) {
-        tell(LineKind::Language, payload);
         language_ = payload;
         last_ = Record::Language;
         return true;
     }
 
     bool textRecord(std::u16string_view payload) {
-        tell(LineKind::Text, payload);
         if (textPending_)
-            return fail(SyntaxRule::TextAfterText);
+            return false;
         text_.set(payload);
         textPending_ = true;
         textLine_ = number_;
@@ -108,12 +99,11 @@ class Reader {
     }
 
     bool continuation(std::u16string_view text) {
-        tell(LineKind::Continuation, text);
         if (last_ != Record::Key && last_ != Record::Text)
-            return fail(SyntaxRule::NothingToContinue);
+            return false;
         Pending& continued = last_ == Record::Key ? key_ : text_;
         if (continued.empty())
-            return fail(SyntaxRule::ContinuesEmptyRecord);
+            return false;
         continued.append(text);
         return true;
     }
@@ -141,10 +131,8 @@ class Reader {
     bool storeText() {
         if (!textPending_)
             return true;
-        if (table_.currentKey().empty())
-            return fail(SyntaxRule::NoKey);
-        if (table_.currentLanguage().empty())
-            return fail(SyntaxRule::NoLanguage);
+        if (table_.currentKey().empty() || table_.currentLanguage().empty())
+            return false;
         textPending_ = false;
         if (observer_ != nullptr)
             observer_->stored({textLine_, table_.currentKey(), table_.currentLanguage(), text_.text()});

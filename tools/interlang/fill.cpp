@@ -5,7 +5,6 @@
 
 #include "foundation/text/text.h"
 #include "platform/file.h"
-#include "tools/interlang/file_access.h"
 #include "tools/interlang/layout.h"
 #include "tools/interlang/text.h"
 #include "tools/interlang/text_checks.h"
@@ -22,13 +21,10 @@ std::map<std::size_t, Texts> needed(const LanguageFiles& files, const std::u16st
     const Texts& own = *files.texts(language);
     for (const auto& [key, text] : reference.texts) {
         const auto found = own.find(key);
-        if (key == kLanguageKey || isBlank(text.text) ||
-            (found != own.end() && (!isBlank(found->second.text) || found->second.meantEmpty)))
+        if (key == kLanguageKey || isBlank(text.text) || (found != own.end() && !isBlank(found->second.text)))
             continue;
         const std::size_t file = found == own.end() ? firstFile : found->second.file;
-        Text& copy = texts[file].emplace(key, text).first->second;
-        copy.notes.clear();
-        copy.source.reset();
+        texts[file].emplace(key, text);
     }
     return texts;
 }

@@ -1,0 +1,160 @@
+#include <algorithm>
+#include <set>
+#include <sstream>
+
+#include "foundation/process/folders.h"
+#include "platform/registry.h"
+#include "shellext/identifiers.h"
+#include "shellext/registration.h"
+#include "tests/life_walk/walk.h"
+
+namespace nmshell {
+namespace {
+
+using Kind = Failure::Kind;
+namespace control = platform::registry_control;
+
+// What the machine's registry may be afterwards, in bits.
+enum State : std::uint32_t {
+    kOld = 1,         // as before
+    kRegistered = 2,  // all of the new registration and nothing of the old one
+    kRemoved = 4,     // nothing of either
+    kMixed = 8,       // parts of them, and nothing else
+};
+
+using Lines = std::set<std::string>;
+
+// The keys and values below a root, each value as a line of its own with its key in front.
+Lines below(std::string_view root) {
+    std::istringstream dump(control::dump());
+    Lines lines;
+    std::string key;
+    for (std::string line; std::getline(dump, line);) {
+        if (line.starts_with('['))
+            key = line;
+        if (key.starts_with(root))
+            lines.insert(line == key ? key : key + ' ' + line);
+    }
+    return lines;
+}
+
+Lines machine() {
+    return below("[HKEY_LOCAL_MACHINE");
+}
+
+Lines user() {
+    return below("[HKEY_CURRENT_USER");
+}
+
+class RegistrationWalk : public LifeWalkTest {
+  protected:
+    RegistrationWalk() { std::filesystem::create_directory("old"); }
+    ~RegistrationWalk() override { platform::registry_control::reset(); }
+
+    void runRegister(bool overOlder) {
+        prepare(overOlder);
+        fault::resetCounts();
+        begin();
+        const bool done = call("RegisterExtension", [] { return RegisterExtension(); });
+        end();
+        if (failure().kind == Kind::Nothing)
+            new_ = machine();
+        EXPECT_TRUE(done || failed());
+        EXPECT_NE(state() & mayBecome(done), 0u) << testing::PrintToString(machine());
+        const Lines settings = user();
+        EXPECT_TRUE(settings == usersWhole_ || (!done && settings == usersOther_));
+        EXPECT_EQ(control::openHandles(), 0u);
+    }
+
+    void runUnregister() {
+        prepare(true);
+        begin();
+        call("UnregisterExtension", [] {
+            UnregisterExtension();
+            return true;
+        });
+        end();
+        std::size_t left = 0;
+        for (const std::string& line : machine()) {
+            EXPECT_TRUE(old_.contains(line)) << line;
+            left += !removed_.contains(line);
+        }
+        // One failing call leaves the approvals, or a key with what must go after it: a server has two values
+        // and keeps its class. An allocation that fails stands for such a call.
+        if (failure().kind == Kind::Nothing || failure().kind == Kind::Call ||
+            failure().kind == Kind::Allocation) {
+            EXPECT_LE(left, failed() ? 4u : 0u);
+        }
+        UnregisterExtension();
+        EXPECT_EQ(machine(), removed_);
+        EXPECT_EQ(user(), usersOther_);
+        EXPECT_EQ(control::openHandles(), 0u);
+    }
+
+  private:
+    // A machine with other extensions and a user with settings. With `older` an older version, in another
+    // folder, is registered.
+    void prepare(bool older) {
+        const std::u16string machineRoot = u"HKEY_LOCAL_MACHINE\\";
+        control::reset();
+        control::putText(machineRoot + std::u16string(kApprovalPath), u"{other}", platform::kRegSz, u"Other");
+        for (const char16_t* const parent :
+             {u"AllFileSystemObjects\\ShellEx\\ContextMenuHandlers\\Other",
+              u"Drive\\ShellEx\\ContextMenuHandlers",
+              u"CLSID\\{645FF040-5081-101B-9F08-00AA002F954E}\\ShellEx\\ContextMenuHandlers"})
+            control::putKey(machineRoot + u"SOFTWARE\\Classes\\" + parent);
+        control::putKey(u"HKEY_CURRENT_USER\\Software");
+        const bool isFirst = failure().kind == Kind::Nothing;  // every run begins with the same
+        if (isFirst) {
+            removed_ = machine();
+            usersOther_ = user();
+        }
+        owlkit::recordApplicationFolder(folder() + u"old");
+        if (older) {
+            EXPECT_TRUE(RegisterExtension());
+        }
+        owlkit::recordApplicationFolder(folder());
+        control::putText(u"HKEY_CURRENT_USER\\" + std::u16string(kSettingsPath), u"Language",
+                         platform::kRegSz, u"de");
+        if (isFirst) {
+            old_ = machine();
+            usersWhole_ = user();
+        }
+    }
+
+    // Until the first key is made nothing has changed. Later everything is put back or taken away, which only
+    // calls or memory that go on failing can keep from being finished.
+    std::uint32_t mayBecome(bool done) const {
+        if (done)
+            return kRegistered;
+        if (failure().kind == Kind::EveryCall || failure().kind == Kind::EveryAllocation)
+            return kOld | kRemoved | kMixed;
+        return fault::calls("RegCreateKeyExW") != 0 ? kOld | kRemoved : kOld;
+    }
+
+    std::uint32_t state() const {
+        const Lines now = machine();
+        const auto isKnown = [this](const std::string& line) {
+            return old_.contains(line) || new_.contains(line);
+        };
+        std::uint32_t bits = std::ranges::all_of(now, isKnown) ? kMixed : 0u;
+        bits |= now == old_ ? kOld : 0u;
+        bits |= now == new_ ? kRegistered : 0u;
+        bits |= now == removed_ ? kRemoved : 0u;
+        return bits;
+    }
+
+    Lines removed_, old_, new_;
+    Lines usersOther_, usersWhole_;
+};
+
+TEST_F(RegistrationWalk, RegisterOverNothing) {
+    walk("register over nothing", [this] { runRegister(false); });
+}
+
+TEST_F(RegistrationWalk, Unregister) {
+    walk("unregister", [this] { runUnregister(); });
+}
+
+}  // namespace
+}  // namespace nmshell

@@ -1,0 +1,344 @@
+#include <algorithm>
+#include <array>
+#include <map>
+#include <set>
+
+#include "platform/host/locale_control.h"
+#include "platform/locale.h"
+#include "platform/module.h"
+#include "shellext/extension_fixture.h"
+#include "tests/life_walk/answers.h"
+#include "tests/life_walk/started.h"
+#include "tests/life_walk/walk.h"
+
+namespace nmshell {
+namespace {
+
+using Kind = Failure::Kind;
+
+constexpr UINT kFirstId = 100;
+constexpr HRESULT kAllOffsets = kOffsets;
+constexpr bool kNoMemory = false;  // none fails that does not for one drive
+
+struct Scenario {
+    const char* name;
+    SelectionKind kind;
+    std::vector<std::u16string> paths;
+};
+
+struct Entry {
+    std::u16string text;
+    bool grayed;
+    bool lacksIcon;  // though it is not grayed itself
+};
+
+struct Invocation {
+    HRESULT result = E_FAIL;
+    std::vector<platform::ShellStart> starts;
+    bool volumeFailed = false;
+};
+
+// What a host sees of one right-click.
+struct Outcome {
+    bool loaded = false;
+    bool served = false;
+    HRESULT shown = 0;
+    std::map<UINT, Entry> entries;  // by offset
+    std::array<Invocation, kOffsets> invocations;
+    std::array<std::u16string, kOffsets> help;
+};
+
+// The command entries of a menu and its submenus; what hangs in a grayed submenu cannot be chosen.
+void collect(const host::Menu& menu, bool grayed, std::map<UINT, Entry>& entries) {
+    for (const host::RecordedItem& item : menu.items) {
+        const bool offItself = item.request.state != platform::kStateEnabled;
+        const bool off = grayed || offItself;
+        const UINT offset = item.request.id - kFirstId;
+        if (item.submenu)
+            collect(*item.submenu, off, entries);
+        if (item.request.id == 0)
+            continue;
+        const bool lacksIcon = !offItself && (item.request.mask & platform::kItemBitmap) == 0;
+        EXPECT_TRUE(entries.try_emplace(offset, item.text, off, lacksIcon).second) << offset << " twice";
+    }
+}
+
+class RightClickWalk : public LifeWalkTest {
+  protected:
+    RightClickWalk() {
+        for (const char* const name : {"langs", "temp folder"})
+            std::filesystem::create_directory(name);
+        setenv("TMPDIR", (folder_ + "temp folder").c_str(), 1);
+        makeFile("\\\\.\\D:", "volume");
+        makeFile("a file.txt");
+        for (const std::string language : {"de", "en"}) {
+            std::string text = "LANG: " + language + "\n";
+            // Few, for the walk's sake: the other texts are their keys.
+            for (const char* const key : {"WIPE_DATA", "WIPE_DRIVE", "USER_TRASH", "OPTIONS", "ABOUT"})
+                text +=
+                    std::string("KEY: CXT_MENU_") + key + "\nTEXT: CXT_MENU_" + key + " " + language + "\n";
+            makeFile(("langs/" + language + ".lang.txt").c_str(), text.c_str());
+        }
+        platform::host::setLocaleInfo(platform::kLocaleIso639LanguageName, u"de");
+        selected_.folder = folder();
+        selected_.programsFolder = folderOf(platform::moduleFileName(nullptr));
+    }
+    ~RightClickWalk() override { platform::host::resetLocale(); }
+
+    void walkThrough(Scenario scenario, bool memory = true) {
+        scenario_ = std::move(scenario);
+        selected_.paths = scenario_.paths;
+        walk(
+            scenario_.name, [this] { run(); }, memory);
+    }
+
+  private:
+    void prepare() {
+        platform::registry_control::reset();
+        platform::registry_control::putText(u"HKEY_LOCAL_MACHINE\\" + std::u16string(kApprovalPath),
+                                            kFileSystemClassId, platform::kRegSz, u"QuietOwl_NMark");
+        // Drives have the language of the system.
+        if (scenario_.kind != SelectionKind::Drives)
+            platform::registry_control::putText(u"HKEY_CURRENT_USER\\" + std::u16string(kSettingsPath),
+                                                u"Language", platform::kRegSz, u"de");
+        platform::resetShell();
+        platform::setRecycleBin(u"D:\\", platform::RecycleBin{4096, 2});
+        platform::setRecycleBin(u"", platform::RecycleBin{4096, 2});
+        platform::resetModules();
+        platform::setModuleFileName(this, folder() + u"nmshell.dll");
+        platform::tokenRecord() = {.elevationType = platform::kElevationTypeLimited};
+        owlkit::forgetElevation();
+        owlkit::recordApplicationFolder(u"");
+    }
+
+    void run() {
+        prepare();
+        const std::set<std::string> filesBefore = files();
+        std::vector<platform::DropItem> items;
+        for (const std::u16string& path : scenario_.paths)
+            items.push_back({path});
+        Outcome outcome;
+        {
+            Drop drop(std::move(items));
+            const platform::MenuHandle target = platform::createMenu();
+            Module module;
+            begin();
+            live(module, drop, target.get(), outcome);
+            end();
+            collect(host::menu(target.get()), false, outcome.entries);
+            EXPECT_EQ(drop.data.references(), 0u);
+            EXPECT_EQ(module.liveObjects, 0);
+            EXPECT_FALSE(module.recycleBinMenuLive);
+            EXPECT_NE(module.texts.state(), owlkit::interlang::State::Loading);
+        }
+        expectNothingOpen();
+        if (failure().kind == Kind::Nothing)
+            base_ = outcome;
+        const std::uint32_t different = differences(outcome) | checkFiles(filesBefore, outcome);
+        EXPECT_EQ(different & ~mayDiffer(), 0u) << std::hex << different;
+    }
+
+    static std::set<std::string> files() {
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator("."))
+            names.insert(entry.path().string());
+        return names;
+    }
+
+    static void expectNothingOpen() {
+        EXPECT_EQ(host::userInterface().liveMenus, 0);
+        EXPECT_EQ(host::userInterface().liveBitmaps, 0);
+        EXPECT_EQ(platform::openHandleCount(), 0u);
+        EXPECT_EQ(platform::registry_control::openHandles(), 0u);
+        EXPECT_EQ(platform::openFileCount(), 0);
+    }
+
+    // From loading the module to unloading it, as the shell does it: what was refused is not gone on with.
+    void live(Module& module, Drop& drop, platform::MenuRef target, Outcome& outcome) {
+        outcome.loaded = dllMain([&] { module.attach(this); });
+        if (outcome.loaded)
+            serve(module, drop, target, outcome);
+        EXPECT_TRUE(dllMain([&] { module.detach(); }));
+    }
+
+    void serve(Module& module, Drop& drop, platform::MenuRef target, Outcome& outcome) {
+        const auto factory = obtain<IClassFactory>("DllGetClassObject", [&](void** object) {
+            return getClassObject(module, kClasses[static_cast<int>(scenario_.kind)], IID_IClassFactory,
+                                  object);
+        });
+        if (!factory)
+            return;
+        const auto init = obtain<IShellExtInit>("CreateInstance", [&](void** object) {
+            return factory->CreateInstance(nullptr, IID_IShellExtInit, object);
+        });
+        if (!init ||
+            call("Initialize", [&] { return init->Initialize(nullptr, &drop.data, nullptr); }) != S_OK)
+            return;
+        outcome.served = true;
+        const auto menu = query<IContextMenu>(init, IID_IContextMenu);
+        outcome.shown = call("QueryContextMenu", [&] {
+            return menu->QueryContextMenu(static_cast<HMENU>(target), 0, kFirstId, kFirstId + kOffsets,
+                                          CMF_NORMAL);
+        });
+        for (std::uint32_t offset = 0; offset < kOffsets; ++offset) {
+            invoke(*menu, offset, outcome.invocations[offset]);
+            char16_t text[100] = u"";
+            const HRESULT result = call("GetCommandString", [&] {
+                return menu->GetCommandString(offset, GCS_HELPTEXTW, nullptr, reinterpret_cast<CHAR*>(text),
+                                              100);
+            });
+            EXPECT_EQ(result, *text != u'\0' ? S_OK : E_FAIL);
+            outcome.help[offset] = text;
+        }
+    }
+
+    // The object that `work` gives; none when it fails, which it must say in one of two ways.
+    template <class Interface>
+    Ref<Interface> obtain(const char* name, auto work) {
+        void* object = nullptr;
+        const HRESULT result = call(name, [&] { return work(&object); });
+        EXPECT_EQ(object != nullptr, result == S_OK) << name;
+        const bool refused =
+            result == CLASS_E_CLASSNOTAVAILABLE || (failure().isOfMemory() && result == E_OUTOFMEMORY);
+        EXPECT_TRUE(result == S_OK || refused) << name << std::hex << result;
+        return Ref<Interface>(static_cast<Interface*>(object));
+    }
+
+    void invoke(IContextMenu& menu, std::uint32_t offset, Invocation& invocation) {
+        const bool failedBefore = fails();
+        const std::size_t startsBefore = platform::shellStarts().size();
+        CMINVOKECOMMANDINFO info = {};
+        info.lpVerb = reinterpret_cast<LPCSTR>(UINT_PTR{offset});
+        invocation.result = call("InvokeCommand", [&] { return menu.InvokeCommand(&info); });
+        invocation.starts.assign(platform::shellStarts().begin() + static_cast<std::ptrdiff_t>(startsBefore),
+                                 platform::shellStarts().end());
+        const bool failsStill = failure().kind == Kind::EveryCall || failure().kind == Kind::Operation;
+        const bool here = fails() && (failsStill || !failedBefore);
+        const std::string operation = fault::firedOperation();
+        invocation.volumeFailed = here && (failure().kind == Kind::EveryCall || operation == "CreateFileW" ||
+                                           operation == "DeviceIoControl");
+    }
+
+    std::uint32_t differences(const Outcome& outcome) const {
+        if (!outcome.loaded)
+            return kNotLoaded;
+        if (!outcome.served)
+            return kNotServed;
+        std::uint32_t bits = 0;
+        if (outcome.shown == kAllOffsets)
+            bits |= entryDifferences(outcome.entries);
+        else
+            bits |= kNoEntries;
+        EXPECT_TRUE(outcome.shown == kAllOffsets || (outcome.shown == 0 && outcome.entries.empty()) ||
+                    (failure().isOfMemory() && outcome.shown == E_FAIL));
+        for (std::uint32_t offset = 0; offset < kOffsets; ++offset) {
+            SCOPED_TRACE(offset);
+            bits |= invocationDifferences(offset, outcome);
+            const std::u16string& help = outcome.help[offset];
+            bits |= help.empty() ? base_.help[offset].empty() ? 0u : kNoHelp
+                                 : textDifference(help, base_.help[offset]);
+        }
+        return bits;
+    }
+
+    std::uint32_t entryDifferences(const std::map<UINT, Entry>& entries) const {
+        std::uint32_t bits = 0;
+        for (const auto& [offset, entry] : entries) {
+            const auto base = base_.entries.find(offset);
+            if (base == base_.entries.end()) {
+                ADD_FAILURE() << "an entry of another kind of selection: " << offset;
+                continue;
+            }
+            bits |= textDifference(entry.text, base->second.text);
+            if (entry.grayed != base->second.grayed)
+                bits |= entry.grayed ? kGrayed : kOffered;
+            if (entry.lacksIcon && !base->second.lacksIcon)
+                bits |= kIconLost;
+        }
+        return entries.size() < base_.entries.size() ? bits | kEntryLost : bits;
+    }
+
+    // Texts are their key, a blank and the language.
+    static std::uint32_t textDifference(const std::u16string& text, const std::u16string& base) {
+        const std::u16string key = base.substr(0, base.find(u' '));
+        if (text == base)
+            return 0;
+        if (text.empty())
+            return kNoText;
+        EXPECT_TRUE(text == key || text == key + u" en")
+            << platform::toHostName(text) << " for " << platform::toHostName(base);
+        return kOtherLanguage;
+    }
+
+    std::uint32_t invocationDifferences(std::uint32_t offset, const Outcome& outcome) const {
+        const Invocation& invocation = outcome.invocations[offset];
+        EXPECT_TRUE(invocation.result == S_OK || (failure().isOfMemory() && invocation.starts.empty()));
+        EXPECT_LE(invocation.starts.size(), 1u);
+        if (invocation.starts.empty())
+            return kNotStarted;
+        const std::uint32_t bits =
+            checkStart(offset, invocation.starts.front(), selected_, !invocation.volumeFailed);
+        // Without a path these two mean the bins of all drives.
+        const auto entry = outcome.entries.find(offset);
+        const bool offered = entry != outcome.entries.end() && !entry->second.grayed;
+        EXPECT_FALSE(offered && (offset == 3 || offset == 5) && (bits & kWithoutData) != 0);
+        return bits;
+    }
+
+    // What is left after every started program has read its hand-over file.
+    std::uint32_t checkFiles(const std::set<std::string>& before, const Outcome& outcome) const {
+        const std::string whole = platform::toHostName(pathList(selected_.paths));
+        // One that was cut short can lie there only if it could not be deleted either, and deleting takes
+        // memory here.
+        const bool goesOn = failure().kind == Kind::EveryCall || failure().kind == Kind::EveryAllocation;
+        const bool shellFailed = std::ranges::any_of(outcome.invocations, [](const Invocation& invocation) {
+            return invocation.result == S_OK && invocation.starts.empty();
+        });
+        std::uint32_t bits = 0;
+        for (const std::string& name : files()) {
+            if (before.contains(name))
+                continue;
+            const std::string content = fileBytes(name);
+            EXPECT_TRUE(whole.starts_with(content)) << name;
+            EXPECT_TRUE(goesOn || (content == whole && shellFailed)) << name;
+            std::filesystem::remove(name);
+            bits |= kHandoverLeft;
+        }
+        return bits;
+    }
+
+    const std::string folder_ = platform::toHostName(folder());
+    Scenario scenario_;
+    Selected selected_;
+    Outcome base_;
+};
+
+TEST_F(RightClickWalk, Files) {
+    walkThrough(
+        {"three files",
+         SelectionKind::Files,
+         {u"/home/a b/%20 %1.txt", u"D:\\\u00C4\u65E5\xD83D\xDE00\xDC00.txt", u"E:\\Ordner ohne Ende"}});
+}
+
+TEST_F(RightClickWalk, OneFile) {
+    walkThrough({"one file", SelectionKind::Files, {folder() + u"a file.txt"}});
+}
+
+TEST_F(RightClickWalk, OneDrive) {
+    walkThrough({"one drive", SelectionKind::Drives, {u"D:\\"}});
+}
+
+TEST_F(RightClickWalk, TwoDrives) {
+    walkThrough({"two drives", SelectionKind::Drives, {u"D:\\", u"E:\\"}}, kNoMemory);
+}
+
+TEST_F(RightClickWalk, SystemDrive) {
+    walkThrough({"system drive", SelectionKind::Drives, {u"C:\\"}}, kNoMemory);
+}
+
+TEST_F(RightClickWalk, RecycleBin) {
+    walkThrough({"recycle bin", SelectionKind::RecycleBin, {}});
+}
+
+}  // namespace
+}  // namespace nmshell

@@ -1,0 +1,78 @@
+#include "tests/life_walk/walk.h"
+
+#include <cstdio>
+#include <map>
+
+#include "tests/life_walk/answers.h"
+
+namespace nmshell {
+namespace {
+
+using Kind = Failure::Kind;
+
+std::string describe(const Failure& failure) {
+    static constexpr const char* kKinds[] = {
+        "nothing fails",  "call fails",       "call and all later ones fail",
+        "for good fails", "allocation fails", "allocation and all later ones fail"};
+    return failure.operation + " " + std::to_string(failure.nth) + ": " +
+           kKinds[static_cast<int>(failure.kind)];
+}
+
+}  // namespace
+
+void LifeWalkTest::begin() const {
+    if (failure_.isOfMemory())
+        failing_allocation::arm(failure_.nth, failure_.kind == Kind::EveryAllocation);
+    else if (failure_.kind != Kind::Nothing)
+        fault::arm(failure_.operation, failure_.nth, platform::kErrorAccessDenied,
+                   failure_.kind != Kind::Call);
+}
+
+void LifeWalkTest::end() {
+    failed_ = fails();
+    failedOperation_ = fault::firedOperation();
+    fault::disarm();
+    failing_allocation::disarm();
+}
+
+std::uint32_t LifeWalkTest::mayDiffer() const {
+    if (!failed_)
+        return 0;
+    if (failure_.isOfMemory())
+        return mayDifferWithoutMemory();
+    return failure_.kind == Kind::EveryCall ? mayDifferAfterAny() : mayDifferAfter(failedOperation_);
+}
+
+bool LifeWalkTest::runWith(const Failure& failure, const std::function<void()>& scenario) {
+    failure_ = failure;
+    failing_allocation::arm(0);
+    SCOPED_TRACE(describe(failure));
+    scenario();
+    return failed_;
+}
+
+void LifeWalkTest::walk(const char* name, const std::function<void()>& scenario, bool memory) {
+    runWith({}, scenario);
+    std::uint32_t calls = 0, callRuns = 0, allocations = 0, allocationRuns = 0;
+    std::map<std::string, std::uint32_t> ordinals;
+    while (!HasFailure() && runWith({Kind::Call, calls + 1}, scenario)) {
+        ++calls;
+        const std::string operation = failedOperation_;
+        const std::uint32_t nth = ++ordinals[operation];
+        callRuns += 1 + runWith({Kind::EveryCall, calls}, scenario);
+        callRuns += runWith({Kind::Operation, nth, operation}, scenario);
+    }
+    while (memory && !HasFailure() && runWith({Kind::Allocation, allocations + 1}, scenario)) {
+        ++allocations;
+        allocationRuns += 1 + runWith({Kind::EveryAllocation, allocations}, scenario);
+    }
+    std::printf(
+        "[   WALK   ] %s: %u platform calls, %u runs with failures among them; %u allocations, %u runs\n",
+        name, calls, callRuns, allocations, allocationRuns);
+    RecordProperty("platform_calls", static_cast<int>(calls));
+    RecordProperty("platform_call_failures", static_cast<int>(callRuns));
+    RecordProperty("allocations", static_cast<int>(allocations));
+    RecordProperty("allocation_failures", static_cast<int>(allocationRuns));
+}
+
+}  // namespace nmshell

@@ -24,6 +24,22 @@ void append(std::u16string& arguments, const std::u16string& part) {
     arguments += part;
 }
 
+// The parameters with `data` as their data part.
+std::u16string compose(std::uint32_t command, const LaunchRequest& request, const std::u16string& data) {
+    std::u16string arguments;
+    if (command != 0)
+        append(arguments, argument(kCommandKeyword,
+                                   owlkit::formatNumber<char16_t>(command, owlkit::NumberFormat::LowerHex)));
+    if (request.cursorValid)
+        append(arguments, argument(kCursorKeyword, encodeCursor(request.cursor)));
+    // Deliberate: the separating space is there for data that turns out to be none, too.
+    if (!request.data.empty())
+        append(arguments, data);
+    if (!request.path.empty())
+        append(arguments, argument(kPathKeyword, escapeSpaces(request.path)));
+    return arguments;
+}
+
 }  // namespace
 
 bool ApplicationLauncher::launch(void* owner, std::u16string_view executable, std::uint32_t command,
@@ -32,31 +48,20 @@ bool ApplicationLauncher::launch(void* owner, std::u16string_view executable, st
         owlkit::getFolder(owlkit::kFolderApplication, moduleFolder_);
     std::u16string file = moduleFolder_;
     file += executable;
-    return platform::shellExecute(owner, elevate ? u"runas" : u"open", file, buildArguments(command, request),
-                                  nullptr, platform::kShowNormal) > kLastShellExecuteError;
+    const std::u16string verb = elevate ? u"runas" : u"open";
+    const std::u16string parameters = buildArguments(command, request);  // may write a file: so it comes last
+    return platform::shellExecute(owner, verb, file, parameters, nullptr, platform::kShowNormal) >
+           kLastShellExecuteError;
 }
 
 std::u16string ApplicationLauncher::buildArguments(std::uint32_t command, const LaunchRequest& request) {
-    std::u16string arguments;
-    if (command != 0)
-        append(arguments, argument(kCommandKeyword,
-                                   owlkit::formatNumber<char16_t>(command, owlkit::NumberFormat::LowerHex)));
-    if (request.cursorValid)
-        append(arguments, argument(kCursorKeyword, encodeCursor(request.cursor)));
-    // Deliberate: the separating space is there before the data is tried, and stays when there turns out to
-    // be none.
-    if (!request.data.empty())
-        append(arguments, encodeData(request.data));
-    if (!request.path.empty())
-        append(arguments, argument(kPathKeyword, escapeSpaces(request.path)));
-    return arguments;
-}
-
-std::u16string ApplicationLauncher::encodeData(std::u16string_view data) {
-    if (data.size() <= kMaxInlineData)
-        return argument(kDataKeyword, encodeInlineData(data));
+    if (request.data.size() <= kMaxInlineData)
+        return compose(command, request, argument(kDataKeyword, encodeInlineData(request.data)));
     const std::u16string name = makeHandoverFileName();
-    return writeHandoverFile(name, data) ? argument(kDataFileKeyword, escapeSpaces(name)) : std::u16string();
+    // Both are there before the file is: once it is written nothing may fail, or nobody would be told of it.
+    std::u16string with = compose(command, request, argument(kDataFileKeyword, escapeSpaces(name)));
+    std::u16string without = compose(command, request, {});
+    return std::move(writeHandoverFile(name, request.data) ? with : without);
 }
 
 std::u16string ApplicationLauncher::makeHandoverFileName() {

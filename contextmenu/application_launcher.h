@@ -36,8 +36,6 @@ class ApplicationLauncher {
     std::u16string makeHandoverFileName();
 
   private:
-    std::u16string encodeData(std::u16string_view data);
-
     std::uint32_t& handoverCounter_;
     std::u16string tempExtension_ = u".tmp";
     std::u16string moduleFolder_;

@@ -1,6 +1,7 @@
 #include "contextmenu/handover_file.h"
 
 #include <algorithm>
+#include <exception>
 
 #include "foundation/charset/convert.h"
 #include "foundation/process/folders.h"
@@ -14,6 +15,32 @@ namespace {
 constexpr std::uint32_t kNameCycle = 100;
 constexpr std::uint32_t kNameFactor = 0xEDB88320;
 constexpr std::int32_t kNameDigits = 8;
+
+// Makes the name free. It can be known beforehand, so a link may have been laid there: deleting removes that,
+// not what it leads to, and what cannot be deleted must not be written through.
+bool makeFree(const std::u16string& name) {
+    return platform::deleteFile(name) || platform::fileAttributes(name) == platform::kInvalidFileAttributes;
+}
+
+// Deletes the file at the end, unless it is to be kept.
+class Discarded {
+  public:
+    explicit Discarded(const std::u16string& name) : name_(name) {}
+    Discarded(const Discarded&) = delete;
+    Discarded& operator=(const Discarded&) = delete;
+    ~Discarded() {
+        try {
+            if (!kept_)
+                platform::deleteFile(name_);
+        } catch (const std::exception&) {  // out of memory once more
+        }
+    }
+    void keep() { kept_ = true; }
+
+  private:
+    const std::u16string& name_;
+    bool kept_ = false;
+};
 
 }  // namespace
 
@@ -29,11 +56,16 @@ std::u16string handoverFileName(std::uint32_t counter, std::u16string_view exten
 }
 
 bool writeHandoverFile(const std::u16string& name, std::u16string_view data) {
-    owlkit::FileStream file;
-    if (!file.open(name, owlkit::kCreateWrite, owlkit::kEncodingUtf8))
-        return false;
     const std::string bytes = owlkit::ToNarrow(data, owlkit::kCharsetUtf8);
-    return file.write(bytes.data(), bytes.size()) == bytes.size();
+    if (!makeFree(name))
+        return false;
+    Discarded unlessWhole(name);
+    owlkit::FileStream file;  // closed before it is discarded
+    if (!file.open(name, owlkit::kCreateWrite, owlkit::kEncodingUtf8) ||
+        file.write(bytes.data(), bytes.size()) != bytes.size())
+        return false;
+    unlessWhole.keep();
+    return true;
 }
 
 std::u16string readHandoverFile(const std::u16string& name) {

@@ -17,8 +17,9 @@ inline constexpr std::size_t kMaxHandoverBytes = 10485760;
 // temporary folder, or without a folder when there is none. Names repeat after 100 numbers; that is intended.
 std::u16string handoverFileName(std::uint32_t counter, std::u16string_view extension);
 
-// Creates the file, or empties the one that is there, and writes `data`. False when not all of it could be
-// written.
+// Writes `data` to a new file, in place of the file or link that has the name; what cannot be deleted is left
+// as it is. False, or an exception, when not all of it could be written; then there is no file of that name
+// unless it could not be deleted.
 bool writeHandoverFile(const std::u16string& name, std::u16string_view data);
 
 // The text of the file, of which at most kMaxHandoverBytes are read; the file is then deleted. Empty when it

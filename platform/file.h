@@ -95,7 +95,7 @@ ErrorCode diskLength(const FileHandle& file, std::int64_t& size);
 // GetFileAttributesW; kInvalidFileAttributes when they cannot be read.
 std::uint32_t fileAttributes(const std::u16string& path);
 
-// DeleteFileW; false when the file could not be deleted.
+// DeleteFileW; false when the file could not be deleted. Of a link, the link is deleted and its target stays.
 bool deleteFile(const std::u16string& path);
 
 // FindFirstFileW and FindNextFileW over everything in `folder` (with or without a separator at its end; empty

@@ -175,5 +175,23 @@ TEST_F(ShellMenuTest, SurvivesEveryFailedAllocation) {
     walk("GetCommandString", E_FAIL, false, [&] { return help(menu, 4, text, 100); });
 }
 
+TEST_F(ShellMenuTest, LeavesNoHandoverFileThatNobodyIsToldOf) {
+    ApplicationLauncher launcher(module_.handoverCounter);
+    const LaunchRequest request{0x101, std::u16string(600, u'd'), u"a b c d e f g h", {}, false};
+    for (std::uint32_t n = 1, failed = 1; failed != 0; ++n) {
+        module_.handoverCounter = 0;
+        std::u16string told;
+        allocationsLeft = n;
+        try {
+            told = launcher.buildArguments(0x101, request);
+        } catch (const std::bad_alloc&) {
+        }
+        failed = std::exchange(allocationsLeft, 0) == 0;
+        const bool toldOf = told.find(u"-tfn") != std::u16string::npos;
+        EXPECT_TRUE(toldOf || failed != 0) << n;
+        EXPECT_EQ(std::filesystem::remove("tfn_db710640.tmp"), toldOf) << n;
+    }
+}
+
 }  // namespace
 }  // namespace nmshell

@@ -33,6 +33,7 @@ class HostTest : public testing::Test {
         setenv("TMPDIR", path_.c_str(), 1);
         fault::disarm();
         fault::resetCounts();
+        platform::limitWrites({});
         platform::registry_control::reset();
         platform::resetShell();
         platform::resetModules();

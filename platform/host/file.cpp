@@ -35,6 +35,11 @@ void record(CreateFileArguments arguments) {
     lastArguments() = std::move(arguments);
 }
 
+std::optional<std::uint32_t>& writeLimit() {
+    static std::optional<std::uint32_t> bytes;
+    return bytes;
+}
+
 std::atomic<int>& openFiles() {
     static std::atomic<int> count = 0;
     return count;
@@ -130,6 +135,10 @@ const CreateFileArguments& lastCreateFile() {
     return lastArguments();
 }
 
+void limitWrites(std::optional<std::uint32_t> bytes) {
+    writeLimit() = bytes;
+}
+
 int openFileCount() {
     return openFiles();
 }
@@ -182,6 +191,7 @@ ErrorCode writeFile(const FileHandle& file, const void* buffer, std::uint32_t co
     transferred = 0;
     if (const ErrorCode error = enter("WriteFile", file))
         return error;
+    count = std::min(count, writeLimit().value_or(count));
     count = granted("WriteFile, short", count);
     const ErrorCode error = transfer(count, transferred, [&](std::uint32_t done, std::uint32_t left) {
         return ::write(descriptorOf(file), static_cast<const char*>(buffer) + done, left);
@@ -238,8 +248,11 @@ ErrorCode diskLength(const FileHandle& file, std::int64_t& size) {
 
 std::uint32_t fileAttributes(const std::u16string& path) {
     struct stat status = {};
-    if (fault::next("GetFileAttributesW") != kSuccess || !isOneName(path) ||
-        ::stat(toHostName(path).c_str(), &status) != 0)
+    if (fault::next("GetFileAttributesW") != kSuccess || !isOneName(path))
+        return kInvalidFileAttributes;
+    const std::string name = toHostName(path);
+    // A link that leads nowhere is there all the same.
+    if (::stat(name.c_str(), &status) != 0 && ::lstat(name.c_str(), &status) != 0)
         return kInvalidFileAttributes;
     const std::uint32_t readOnly = isReadOnly(status) ? kFileAttributeReadOnly : 0;
     if (S_ISDIR(status.st_mode))
@@ -252,7 +265,10 @@ bool deleteFile(const std::u16string& path) {
         return false;
     const std::string name = toHostName(path);
     struct stat status = {};
-    return ::stat(name.c_str(), &status) == 0 && !isReadOnly(status) && ::unlink(name.c_str()) == 0;
+    // A link goes, not what it leads to; one to a folder counts as a folder.
+    if (::stat(name.c_str(), &status) == 0 && S_ISDIR(status.st_mode))
+        return false;
+    return ::lstat(name.c_str(), &status) == 0 && !isReadOnly(status) && ::unlink(name.c_str()) == 0;
 }
 
 bool listFolder(const std::u16string& folder, std::vector<std::u16string>& names) {

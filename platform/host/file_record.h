@@ -1,7 +1,8 @@
-// What the last createFile() of the host was asked for, for tests.
+// What the host's files were asked for, and what they are to do, for tests.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace platform {
@@ -16,6 +17,9 @@ struct CreateFileArguments {
 
 // The arguments of the latest call that no injected fault stopped, one that failed by itself included.
 const CreateFileArguments& lastCreateFile();
+
+// From now on no write takes more than `bytes`, and succeeds; nothing: every write takes all it is given.
+void limitWrites(std::optional<std::uint32_t> bytes);
 
 // How many files are open now: shows handles that were left open.
 int openFileCount();

@@ -3,6 +3,9 @@
 namespace nmshell {
 namespace {
 
+// The last position there is means "at the end", and nothing comes behind it.
+constexpr std::uint32_t kAtTheEnd = 0xFFFFFFFF;
+
 platform::MenuItem item(std::uint32_t mask, const MenuEntry& entry) {
     platform::MenuItem result;
     result.mask = mask;
@@ -49,7 +52,8 @@ void MenuInserter::insert(platform::MenuRef menu, std::uint32_t position,
             InsertSubmenu(menu, position, entry);
         else
             InsertMenuEntry(menu, position, entry);
-        ++position;
+        if (position != kAtTheEnd)
+            ++position;
     }
 }
 

@@ -47,7 +47,7 @@ class MenuInserter {
     MenuInserter(std::uint32_t firstId, bool icons, BitmapCache& bitmaps)
         : firstId_(firstId), icons_(icons), bitmaps_(bitmaps) {}
 
-    // Inserts `entries` at `position` and the positions behind it.
+    // Inserts `entries` at `position` and the positions behind it; at the end for 0xFFFFFFFF.
     void insert(platform::MenuRef menu, std::uint32_t position, const std::vector<MenuEntry>& entries);
 
   private:

@@ -146,6 +146,12 @@ c3 0 0 1002 CXT_MENU_CLEAN_DRIVE #232
         insert(menu, 1, kind);
         EXPECT_EQ(dump(host::menu(menu.get())),
                   "0 0 0 0 before\n43 800 0 0 (none)\n" + own + kProduct + "0 0 0 0 behind\n");
+        for (const std::uint32_t position : {0xFFFFFFFEu, 0xFFFFFFFFu}) {  // behind everything, in order
+            const platform::MenuHandle end = platform::createMenu();
+            platform::insertMenuItem(end.get(), 0, {.hasText = true, .text = u"before"});
+            insert(end, position, kind);
+            EXPECT_EQ(dump(host::menu(end.get())), "0 0 0 0 before\n43 800 0 0 (none)\n" + own + kProduct);
+        }
         insert(plain, 0, kind, false);
         EXPECT_EQ(dump(host::menu(plain.get())).find_first_of("c#"), std::string::npos);
     }

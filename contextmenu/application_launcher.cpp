@@ -44,8 +44,8 @@ std::u16string compose(std::uint32_t command, const LaunchRequest& request, cons
 
 bool ApplicationLauncher::launch(void* owner, std::u16string_view executable, std::uint32_t command,
                                  bool elevate, const LaunchRequest& request) {
-    if (moduleFolder_.empty())
-        owlkit::getFolder(owlkit::kFolderApplication, moduleFolder_);
+    if (moduleFolder_.empty() && !owlkit::getFolder(owlkit::kFolderApplication, moduleFolder_))
+        return false;  // a bare name is looked for in places that anybody can write to
     std::u16string file = moduleFolder_;
     file += executable;
     const std::u16string verb = elevate ? u"runas" : u"open";

@@ -23,8 +23,8 @@ class ApplicationLauncher {
     void setModuleFolder(std::u16string folder) { moduleFolder_ = std::move(folder); }
 
     // Starts `executable` from the module folder, with administrator rights when `elevate` is set, and does
-    // not wait for it. `owner` is the window that owns dialogs of the system (HWND). True when the system
-    // started it. ShellExecuteW with the verb "open" or "runas".
+    // not wait for it; starts nothing when no folder is known. `owner` is the window that owns dialogs of the
+    // system (HWND). True when the system started it. ShellExecuteW with the verb "open" or "runas".
     bool launch(void* owner, std::u16string_view executable, std::uint32_t command, bool elevate,
                 const LaunchRequest& request);
 

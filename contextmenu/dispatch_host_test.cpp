@@ -70,6 +70,17 @@ TEST_F(DispatchTest, DoesWhatEachEntryStandsFor) {
     }
 }
 
+// A bare name would be looked for wherever the system looks, and with administrator rights too.
+TEST_F(DispatchTest, StartsNothingWithoutAKnownFolder) {
+    launcher_.setModuleFolder(u"");
+    owlkit::recordApplicationFolder(folder() + u"gone");
+    selection_ = {SelectionKind::Files, 1, std::u16string(600, u'p')};
+    for (const std::uint32_t offset : {kWipeFiles, kAdminTrashDrive})
+        EXPECT_TRUE(dispatch(offset, nullptr, selection_, launcher_));  // what fails to start is not reported
+    EXPECT_TRUE(platform::shellStarts().empty());
+    EXPECT_EQ(filesHere(), 0);
+}
+
 TEST_F(DispatchTest, ElevatesForAVolumeThatIsClosed) {
     makeFile("\\\\.\\D:", "volume");
     makeFile("\\\\.\\A:", "the first drive");

@@ -1,5 +1,6 @@
 // Files, folders and raw devices. Every function stands for the one platform call that its comment names and
-// carries that call's arguments. Paths are UTF-16; on the host they become UTF-8 names.
+// carries that call's arguments. Paths are UTF-16; on the host they become UTF-8 names. One with a zero
+// inside is refused (platform/one_name.h).
 #pragma once
 
 #include <cstddef>
@@ -50,12 +51,6 @@ inline constexpr std::uint32_t kFileFlagRandomAccess = 0x10000000;
 inline constexpr std::uint32_t kFileFlagNoBuffering = 0x20000000;
 inline constexpr std::uint32_t kFileFlagOverlapped = 0x40000000;
 inline constexpr std::uint32_t kFileFlagWriteThrough = 0x80000000;
-
-// Whether `path` is one name to the platform: it ends paths at their first zero character, and the first path
-// of a list must not be taken for the list. All functions below refuse what is not.
-inline bool isOneName(const std::u16string& path) {
-    return path.find(u'\0') == std::u16string::npos;
-}
 
 struct FileTraits {
     using Type = void*;

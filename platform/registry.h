@@ -1,7 +1,7 @@
 // The registry as the platform offers it. Every function is one platform call with that call's own arguments
 // and answers its status code, kSuccess or an error; an output is written only on success unless said
-// otherwise. Names end at their first NUL, as they do in the calls. Sizes of value data are bytes, lengths of
-// names code units.
+// otherwise. Paths and names with a zero inside are refused with kErrorInvalidName (platform/one_name.h).
+// Sizes of value data are bytes, lengths of names code units.
 #pragma once
 
 #include <cstdint>
@@ -94,8 +94,8 @@ ErrorCode queryInfoKey(void* key, std::uint32_t* subkeys, std::uint32_t* values)
 ErrorCode enumKey(void* key, std::uint32_t index, char16_t* name, std::uint32_t& length);
 ErrorCode enumValue(void* key, std::uint32_t index, char16_t* name, std::uint32_t& length);
 
-// ExpandEnvironmentStringsW: the length of the expansion with its NUL, or 0 on failure. `buffer` holds the
-// expansion only when the answer is at most `size`, its room in code units.
+// ExpandEnvironmentStringsW, of the text up to its first zero: the length of the expansion with its NUL, or 0
+// on failure. `buffer` holds the expansion only when the answer is at most `size`, its room in code units.
 std::uint32_t expandEnvironmentStrings(const std::u16string& source, char16_t* buffer, std::uint32_t size);
 
 }  // namespace platform

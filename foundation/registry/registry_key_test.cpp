@@ -33,6 +33,34 @@ TEST_F(RegistryTest, LengthOfPaths) {
     EXPECT_FALSE(key.open(RegistryRoot::None, u"", RegistryMode::ReadOnly));
 }
 
+// The platform would take what stands before the zero: another key, another value.
+TEST_F(RegistryTest, NamesWithAZeroInsideAreRefused) {
+    const std::u16string path = kTestPath + std::u16string(u"\0x", 2);
+    const std::u16string name(u"v\0x", 3);
+    key.writeDword(u"v", 1);
+    const std::pair<const char*, std::function<std::string()>> cases[] = {
+        {"0", [&] { return outcome([&] { return key.open(kUser, path, RegistryMode::ReadWrite); }); }},
+        {"0", [&] { return outcome([&] { return key.exists(kUser, path); }); }},
+        {"0", [&] { return outcome([&] { return key.isWritable(kUser, path); }); }},
+        {"0", [&] { return outcome([&] { return key.create(kUser, path); }); }},
+        {"0", [&] { return outcome([&] { return key.deleteKey(kUser, path); }); }},
+        {"0", [&] { return outcome([&] { return key.valueExists(name); }); }},
+        {"not found", [&] { return outcome([&] { return key.valueSize(name); }); }},
+        {"not found", [&] { return outcome([&] { return key.readDword(name); }); }},
+        {"failed", [&] { return outcome([&] { key.writeDword(name, 2); }); }},
+        {"0", [&] { return outcome([&] { return key.deleteValue(name); }); }},
+    };
+    int row = 0;
+    for (const auto& [result, operation] : cases) {
+        SCOPED_TRACE(row++);
+        EXPECT_EQ(operation(), result);
+        EXPECT_EQ(key.path(), kTestPath);
+        EXPECT_EQ(outcome([&] { return key.readDword(u"v"); }), "1");
+    }
+    const auto plain = platform::deleteKey(platform::predefinedKey(platform::kHkeyCurrentUser), path);
+    EXPECT_EQ(plain, platform::kErrorInvalidName);
+}
+
 TEST_F(RegistryTest, OperationsAskForTheRightState) {
     RegistryKey closed;
     RegistryKey readOnly;

@@ -16,6 +16,7 @@
 #include "platform/host/fault.h"
 #include "platform/host/file_record.h"
 #include "platform/host/utf8.h"
+#include "platform/one_name.h"
 
 namespace platform {
 namespace {

@@ -9,15 +9,23 @@
 #include "platform/host/fault.h"
 #include "platform/host/registry_hive.h"
 #include "platform/host/utf8.h"
+#include "platform/one_name.h"
 
 namespace platform {
 namespace {
 
 using namespace registry_hive;
 
-// How every call on an open key begins.
-ErrorCode begin(std::string_view function, void* key, std::uint32_t rights, OpenKey& open) {
+// How every call that takes a path or a name begins.
+ErrorCode begin(std::string_view function, const std::u16string& name) {
     const ErrorCode error = fault::next(function);
+    return error != kSuccess || isOneName(name) ? error : kErrorInvalidName;
+}
+
+// How every call on an open key begins, with the name of a value where it takes one.
+ErrorCode begin(std::string_view function, void* key, std::uint32_t rights, OpenKey& open,
+                const std::u16string& name = {}) {
+    const ErrorCode error = begin(function, name);
     return error != kSuccess ? error : find(key, rights, open);
 }
 
@@ -51,7 +59,7 @@ void RegistryTraits::close(Type key) noexcept {
 ErrorCode openKey(void* parent, const std::u16string& path, std::uint32_t, std::uint32_t access,
                   RegistryHandle& key) {
     const HiveLock lock(hiveGuard());
-    if (const ErrorCode error = fault::next("RegOpenKeyExW"); error != kSuccess)
+    if (const ErrorCode error = begin("RegOpenKeyExW", path); error != kSuccess)
         return error;
     hive().lastAccessMask = access;
     Place place;
@@ -63,7 +71,7 @@ ErrorCode openKey(void* parent, const std::u16string& path, std::uint32_t, std::
 ErrorCode createKey(void* parent, const std::u16string& path, std::uint32_t, std::uint32_t access,
                     RegistryHandle& key) {
     const HiveLock lock(hiveGuard());
-    if (const ErrorCode error = fault::next("RegCreateKeyExW"); error != kSuccess)
+    if (const ErrorCode error = begin("RegCreateKeyExW", path); error != kSuccess)
         return error;
     hive().lastAccessMask = access;
     Place place;
@@ -79,7 +87,7 @@ ErrorCode createKey(void* parent, const std::u16string& path, std::uint32_t, std
 
 ErrorCode deleteKey(void* parent, const std::u16string& path) {
     const HiveLock lock(hiveGuard());
-    const ErrorCode error = fault::next("RegDeleteKeyW");
+    const ErrorCode error = begin("RegDeleteKeyW", path);
     return error != kSuccess ? error : removeKey(parent, path, 0);
 }
 
@@ -87,7 +95,7 @@ std::optional<ErrorCode> deleteKeyEx(void* parent, const std::u16string& path, s
     const HiveLock lock(hiveGuard());
     if (fault::next("GetProcAddress") != kSuccess || !hive().exportsDeleteKeyEx)
         return std::nullopt;
-    const ErrorCode error = fault::next("RegDeleteKeyExW");
+    const ErrorCode error = begin("RegDeleteKeyExW", path);
     return error != kSuccess ? error : removeKey(parent, path, viewFlag);
 }
 
@@ -95,11 +103,11 @@ ErrorCode queryValue(void* key, const std::u16string& name, std::uint32_t* type,
                      std::uint32_t* size) {
     const HiveLock lock(hiveGuard());
     OpenKey open;
-    if (const ErrorCode error = begin("RegQueryValueExW", key, kKeyQueryValue, open); error != kSuccess)
+    if (const ErrorCode error = begin("RegQueryValueExW", key, kKeyQueryValue, open, name); error != kSuccess)
         return error;
     if (data != nullptr && size == nullptr)
         return kErrorInvalidParameter;
-    const auto value = findValue(*open.node, name.c_str());
+    const auto value = findValue(*open.node, name);
     if (value == open.node->values.end())
         return kErrorFileNotFound;
     if (type != nullptr)
@@ -124,7 +132,7 @@ ErrorCode setValue(void* key, const std::u16string& name, std::uint32_t type, co
                    std::uint32_t size) {
     const HiveLock lock(hiveGuard());
     OpenKey open;
-    if (const ErrorCode error = begin("RegSetValueExW", key, kKeySetValue, open); error != kSuccess)
+    if (const ErrorCode error = begin("RegSetValueExW", key, kKeySetValue, open, name); error != kSuccess)
         return error;
     store(*open.node, name, type,
           size == 0 ? std::string() : std::string(static_cast<const char*>(data), size));
@@ -134,9 +142,9 @@ ErrorCode setValue(void* key, const std::u16string& name, std::uint32_t type, co
 ErrorCode deleteValue(void* key, const std::u16string& name) {
     const HiveLock lock(hiveGuard());
     OpenKey open;
-    if (const ErrorCode error = begin("RegDeleteValueW", key, kKeySetValue, open); error != kSuccess)
+    if (const ErrorCode error = begin("RegDeleteValueW", key, kKeySetValue, open, name); error != kSuccess)
         return error;
-    const auto value = findValue(*open.node, name.c_str());
+    const auto value = findValue(*open.node, name);
     if (value == open.node->values.end())
         return kErrorFileNotFound;
     open.node->values.erase(value);

@@ -1,5 +1,6 @@
 #include "platform/file.h"
 
+#include "platform/one_name.h"
 #include "platform/win32/win32_api.h"
 
 #include <winioctl.h>

@@ -1,5 +1,6 @@
 #include "platform/registry.h"
 
+#include "platform/one_name.h"
 #include "platform/win32/win32_api.h"
 
 namespace platform {
@@ -30,6 +31,8 @@ void RegistryTraits::close(Type key) noexcept {
 
 ErrorCode openKey(void* parent, const std::u16string& path, std::uint32_t options, std::uint32_t access,
                   RegistryHandle& key) {
+    if (!isOneName(path))
+        return kErrorInvalidName;
     HKEY opened = nullptr;
     const ErrorCode error = code(::RegOpenKeyExW(handle(parent), wide(path), options, access, &opened));
     if (error == kSuccess)
@@ -39,6 +42,8 @@ ErrorCode openKey(void* parent, const std::u16string& path, std::uint32_t option
 
 ErrorCode createKey(void* parent, const std::u16string& path, std::uint32_t options, std::uint32_t access,
                     RegistryHandle& key) {
+    if (!isOneName(path))
+        return kErrorInvalidName;
     HKEY created = nullptr;
     const ErrorCode error = code(::RegCreateKeyExW(handle(parent), wide(path), 0, nullptr, options, access,
                                                    nullptr, &created, nullptr));
@@ -48,7 +53,7 @@ ErrorCode createKey(void* parent, const std::u16string& path, std::uint32_t opti
 }
 
 ErrorCode deleteKey(void* parent, const std::u16string& path) {
-    return code(::RegDeleteKeyW(handle(parent), wide(path)));
+    return isOneName(path) ? code(::RegDeleteKeyW(handle(parent), wide(path))) : kErrorInvalidName;
 }
 
 std::optional<ErrorCode> deleteKeyEx(void* parent, const std::u16string& path, std::uint32_t viewFlag) {
@@ -60,22 +65,26 @@ std::optional<ErrorCode> deleteKeyEx(void* parent, const std::u16string& path, s
         reinterpret_cast<void*>(::GetProcAddress(module, "RegDeleteKeyExW")));
     if (function == nullptr)
         return std::nullopt;
-    return code(function(handle(parent), wide(path), viewFlag, 0));
+    return isOneName(path) ? code(function(handle(parent), wide(path), viewFlag, 0)) : kErrorInvalidName;
 }
 
 ErrorCode queryValue(void* key, const std::u16string& name, std::uint32_t* type, void* data,
                      std::uint32_t* size) {
+    if (!isOneName(name))
+        return kErrorInvalidName;
     return code(::RegQueryValueExW(handle(key), wide(name), nullptr, dword(type), static_cast<BYTE*>(data),
                                    dword(size)));
 }
 
 ErrorCode setValue(void* key, const std::u16string& name, std::uint32_t type, const void* data,
                    std::uint32_t size) {
+    if (!isOneName(name))
+        return kErrorInvalidName;
     return code(::RegSetValueExW(handle(key), wide(name), 0, type, static_cast<const BYTE*>(data), size));
 }
 
 ErrorCode deleteValue(void* key, const std::u16string& name) {
-    return code(::RegDeleteValueW(handle(key), wide(name)));
+    return isOneName(name) ? code(::RegDeleteValueW(handle(key), wide(name))) : kErrorInvalidName;
 }
 
 ErrorCode flushKey(void* key) {

@@ -9,6 +9,8 @@ namespace {
 
 using owlkit::TempFile;
 
+const std::u16string kLongPathPrefix = kPathSeparator == u'\\' ? u"\\\\?\\" : u"";
+
 TEST(PlatformFile, ListsTheFilesOfAFolder) {
     const TempFile unique;  // only for its name
     const std::filesystem::path folder = unique.path();
@@ -32,6 +34,37 @@ TEST(PlatformFile, ListsTheFilesOfAFolder) {
     std::filesystem::remove_all(folder);
     EXPECT_FALSE(listFolder(folder.u16string(), names));
     EXPECT_TRUE(names.empty());
+}
+
+// Names that the system's short path buffers do not hold, in the spellings in which they come.
+TEST(PlatformFile, LongPathsAreOrdinaryPaths) {
+    const TempFile unique;
+    std::vector<std::u16string> folders = {unique.name()};
+    const std::u16string level(60, u'\u00E9');
+    for (int i = 0; i < 5; ++i)
+        folders.push_back(folders.back() + kPathSeparator + level);
+    const std::u16string folder = folders.back();
+    std::filesystem::create_directories(kLongPathPrefix + folder);
+    const std::u16string up = folder + kPathSeparator + u".." + kPathSeparator + level;
+    std::u16string slashes = folder;
+    std::ranges::replace(slashes, kPathSeparator, u'/');
+    for (const std::u16string& spelling :
+         {folder, up, slashes, folder + kPathSeparator, kLongPathPrefix + folder}) {
+        SCOPED_TRACE(testing::PrintToString(spelling));
+        const std::u16string path = spelling + kPathSeparator + u"file.txt";
+        FileHandle file;
+        std::vector<std::u16string> names;
+        EXPECT_EQ(createFile(path, kGenericWrite, 0, kCreateNew, 0, file), kSuccess);
+        file.reset();
+        EXPECT_EQ(fileAttributes(path) & kFileAttributeDirectory, 0u);
+        EXPECT_EQ(fileAttributes(spelling) & kFileAttributeDirectory, kFileAttributeDirectory);
+        EXPECT_TRUE(listFolder(spelling, names));
+        EXPECT_EQ(names, std::vector<std::u16string>{u"file.txt"});
+        EXPECT_TRUE(deleteFile(path));
+        EXPECT_EQ(fileAttributes(path), kInvalidFileAttributes);
+    }
+    for (; !folders.empty(); folders.pop_back())
+        EXPECT_TRUE(std::filesystem::remove(kLongPathPrefix + folders.back()));
 }
 
 TEST(PlatformFile, ReadOnlyFilesStay) {

@@ -1,6 +1,7 @@
 #include "platform/file.h"
 
 #include "platform/one_name.h"
+#include "platform/win32/long_path.h"
 #include "platform/win32/win32_api.h"
 
 #include <winioctl.h>
@@ -9,7 +10,7 @@ namespace platform {
 namespace {
 
 ErrorCode outcome(BOOL succeeded) {
-    return succeeded ? kSuccess : GetLastError();
+    return succeeded ? kSuccess : lastError();
 }
 
 // The text that `fill` (a call of the GetTempPathW kind) puts into a buffer of `bufferSize` code units.
@@ -39,9 +40,10 @@ ErrorCode createFile(const std::u16string& path, std::uint32_t access, std::uint
                      std::uint32_t creation, std::uint32_t attributes, FileHandle& file) {
     if (!isOneName(path))
         return kErrorInvalidName;
-    const HANDLE handle = CreateFileW(wide(path), access, share, nullptr, creation, attributes, nullptr);
+    const HANDLE handle =
+        CreateFileW(wide(SystemPath(path).text()), access, share, nullptr, creation, attributes, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
-        return GetLastError();
+        return lastError();
     file.reset(handle);
     return kSuccess;
 }
@@ -94,11 +96,11 @@ ErrorCode diskLength(const FileHandle& file, std::int64_t& size) {
 }
 
 std::uint32_t fileAttributes(const std::u16string& path) {
-    return isOneName(path) ? GetFileAttributesW(wide(path)) : kInvalidFileAttributes;
+    return isOneName(path) ? GetFileAttributesW(wide(SystemPath(path).text())) : kInvalidFileAttributes;
 }
 
 bool deleteFile(const std::u16string& path) {
-    return isOneName(path) && DeleteFileW(wide(path)) != 0;
+    return isOneName(path) && DeleteFileW(wide(SystemPath(path).text())) != 0;
 }
 
 bool listFolder(const std::u16string& folder, std::vector<std::u16string>& names) {
@@ -110,7 +112,7 @@ bool listFolder(const std::u16string& folder, std::vector<std::u16string>& names
         pattern += kPathSeparator;
     pattern += u'*';
     WIN32_FIND_DATAW found;
-    const UniqueHandle<FindTraits> search(FindFirstFileW(wide(pattern), &found));
+    const UniqueHandle<FindTraits> search(FindFirstFileW(wide(SystemPath(pattern).text()), &found));
     if (!search)
         // A drive's root may be empty; any other folder holds at least itself.
         return GetLastError() == ERROR_FILE_NOT_FOUND;

@@ -48,8 +48,9 @@ ErrorCode adjustTokenPrivilege(const TokenHandle& token, std::uint64_t privilege
     privileges.Privileges[0].Luid.HighPart = static_cast<LONG>(privilege >> 32);
     privileges.Privileges[0].Attributes = attributes;
     SetLastError(ERROR_SUCCESS);
-    AdjustTokenPrivileges(token.get(), FALSE, &privileges, 0, nullptr, nullptr);
-    return GetLastError();
+    if (!AdjustTokenPrivileges(token.get(), FALSE, &privileges, 0, nullptr, nullptr))
+        return lastError();
+    return GetLastError();  // it succeeds, with a code, where the token lacks the privilege
 }
 
 bool exitWindows(std::uint32_t flags, std::uint32_t reason) {

@@ -21,7 +21,15 @@
 #include <string>
 #include <string_view>
 
+#include "platform/error.h"
+
 namespace platform {
+
+// Why the last call failed. Some calls fail without a code; that is no success.
+inline ErrorCode lastError() {
+    const DWORD error = GetLastError();
+    return error != ERROR_SUCCESS ? error : ERROR_GEN_FAILURE;
+}
 
 // wchar_t and char16_t are both one UTF-16 code unit here; only the type's name differs.
 static_assert(sizeof(wchar_t) == sizeof(char16_t));

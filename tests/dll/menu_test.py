@@ -74,6 +74,7 @@ class MenuTest(WineTest):
 
     def make(self, name):
         path = self.work / name
+        path.parent.mkdir(parents=True, exist_ok=True)
         path.write_text("x", encoding="utf-8")
         return windows_path(path)
 
@@ -95,7 +96,8 @@ class MenuTest(WineTest):
     def test_menu_of_files_and_folders(self):
         for selection, text in (([self.file], "&Wipe file"), ([self.folder], "&Wipe folder"),
                                 ([self.file, self.other], "&Wipe selected items"),
-                                ([self.file, self.folder], "&Wipe selected items")):
+                                ([self.file, self.folder], "&Wipe selected items"),
+                                ([self.make(f"{'long-' * 11}/" * 6 + "x.txt")], "&Wipe file")):
             with self.subTest(text):
                 self.assertEqual(self.entries(*selection), [SEPARATOR, entry(text, 0, 230), PRODUCT, SEPARATOR])
 

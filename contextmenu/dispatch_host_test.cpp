@@ -56,8 +56,10 @@ TEST_F(DispatchTest, DoesWhatEachEntryStandsFor) {
         EXPECT_EQ(lastStart(), kStarts[offset]);
         EXPECT_EQ(platform::shellStarts().back().owner, kStarts[offset].starts_with(site) ? nullptr : this);
     }
-    for (const std::uint32_t offset : {15u, 0xFFFFu, 0xFFFFFFFFu})
-        EXPECT_TRUE(!dispatch(offset, this, selection_, launcher_) && platform::shellStarts().size() == 15);
+    for (const std::uint32_t offset : {15u, 0xFFFFu, 0xFFFFFFFFu}) {
+        EXPECT_FALSE(dispatch(offset, this, selection_, launcher_));
+        EXPECT_EQ(platform::shellStarts().size(), 15u);
+    }
     fault::arm("GetCursorPos", 1, platform::kErrorAccessDenied);
     EXPECT_TRUE(dispatch(kAdminTrashAll, nullptr, selection_, launcher_));
     EXPECT_EQ(lastStart(), runas + u"-cmd 105");
@@ -101,8 +103,11 @@ TEST_F(DispatchTest, ElevatesForAVolumeThatIsClosed) {
         EXPECT_EQ(platform::shellStarts().back().verb, verb) << testing::PrintToString(paths) << operation;
     }
     const platform::CreateFileArguments& asked = platform::lastCreateFile();
-    EXPECT_TRUE(asked.path == u"\\\\.\\D:" && asked.access == platform::kGenericRead && asked.share == 3);
-    EXPECT_TRUE(asked.creation == platform::kOpenExisting && asked.attributes == 0);
+    EXPECT_TRUE(asked.path == u"\\\\.\\D:");
+    EXPECT_TRUE(asked.access == platform::kGenericRead);
+    EXPECT_TRUE(asked.share == 3);
+    EXPECT_TRUE(asked.creation == platform::kOpenExisting);
+    EXPECT_TRUE(asked.attributes == 0);
 }
 
 // A file with a part of the paths would be a smaller selection, and one that nobody is told of keeps names.

@@ -105,7 +105,8 @@ TEST(HandoverFile, HasANameFromACycleOfHundred) {
 TEST(HandoverFile, IsReadOnceAndHoldsOnlyTheLastText) {
     const std::u16string name = handoverFileName(1, u".once");
     const std::u16string text = u"\uFEFFC:\\\u00E4\0\xDC00\xD800 \U0001F4A5\r\n\0"s;
-    EXPECT_TRUE(writeHandoverFile(name, std::u16string(2000, u'x')) && writeHandoverFile(name, text));
+    EXPECT_TRUE(writeHandoverFile(name, std::u16string(2000, u'x')));
+    EXPECT_TRUE(writeHandoverFile(name, text));
     EXPECT_EQ(readHandoverFile(name), text);
     EXPECT_FALSE(std::filesystem::exists(name));
     EXPECT_EQ(readHandoverFile(name), u"");
@@ -125,7 +126,8 @@ TEST(HandoverFile, IsCutAtItsLimitWithoutShorteningAPath) {
         const std::u16string text = readHandoverFile(name);
         EXPECT_EQ(text.back(), length == 6 ? u'\xFFFD' : u'\0');
         const std::vector<std::u16string> paths = splitPathList(text);
-        EXPECT_TRUE(paths.size() == 10240 && std::ranges::count(paths, path) == 10239);
+        EXPECT_TRUE(paths.size() == 10240);
+        EXPECT_TRUE(std::ranges::count(paths, path) == 10239);
     }
 }
 

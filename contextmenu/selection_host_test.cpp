@@ -24,9 +24,14 @@ TEST_F(SelectionTest, KeepsEveryPathThatCanBeReadInOrder) {
         host::releasedMedia() = 0;
         EXPECT_EQ(CollectDroppedPaths(&drop.data, paths), items.size());
         EXPECT_EQ(paths, expected);
-        EXPECT_TRUE(host::releasedMedia() == 1 && drop.data.references() == 0);
+        EXPECT_TRUE(host::releasedMedia() == 1);
+        EXPECT_TRUE(drop.data.references() == 0);
         const FORMATETC& f = drop.data.lastFormat();
-        EXPECT_TRUE(f.cfFormat == 15 && !f.ptd && f.dwAspect == 1 && f.lindex == -1 && f.tymed == 1);
+        EXPECT_TRUE(f.cfFormat == 15);
+        EXPECT_TRUE(!f.ptd);
+        EXPECT_TRUE(f.dwAspect == 1);
+        EXPECT_TRUE(f.lindex == -1);
+        EXPECT_TRUE(f.tymed == 1);
     }
 }
 
@@ -35,7 +40,8 @@ TEST_F(SelectionTest, IsEmptyWithoutADropList) {
     host::DataObject without(nullptr), failing(drop.global, E_OUTOFMEMORY);
     for (IDataObject* const data : std::initializer_list<IDataObject*>{nullptr, &without, &failing}) {
         std::u16string paths = u"old";
-        EXPECT_TRUE(CollectDroppedPaths(data, paths) == 0 && paths.empty());
+        EXPECT_TRUE(CollectDroppedPaths(data, paths) == 0);
+        EXPECT_TRUE(paths.empty());
     }
     EXPECT_EQ(host::releasedMedia(), 0u);
     host::DataObject file(drop.global, S_OK, TYMED_FILE);
@@ -50,7 +56,8 @@ TEST_F(SelectionTest, WalksALongDropListOnce) {
     std::u16string paths;
     EXPECT_EQ(CollectDroppedPaths(&drop.data, paths), 50000u);
     EXPECT_EQ(paths.size(), 50000u * 61);
-    EXPECT_TRUE(fault::calls("DragQueryFileW") <= 100001 && fault::calls("GlobalLock") == 1);
+    EXPECT_TRUE(fault::calls("DragQueryFileW") <= 100001);
+    EXPECT_TRUE(fault::calls("GlobalLock") == 1);
 }
 
 TEST_F(SelectionTest, AsksForTheSystemDriveOnce) {
@@ -65,9 +72,11 @@ TEST_F(SelectionTest, AsksForTheSystemDriveOnce) {
         platform::setWindowsDirectory(windows);
         fault::resetCounts();
         SystemDrive drive;
-        EXPECT_TRUE(drive.holds(u"\\\\?\\Z:\\x") == onZ && drive.holds(u"\\\\server\\share") &&
-                    drive.holds(u""));
-        EXPECT_TRUE(!drive.holds(u"D:\\") && fault::calls("GetWindowsDirectoryW") == 1);
+        EXPECT_TRUE(drive.holds(u"\\\\?\\Z:\\x") == onZ);
+        EXPECT_TRUE(drive.holds(u"\\\\server\\share"));
+        EXPECT_TRUE(drive.holds(u""));
+        EXPECT_TRUE(!drive.holds(u"D:\\"));
+        EXPECT_TRUE(fault::calls("GetWindowsDirectoryW") == 1);
     }
 }
 

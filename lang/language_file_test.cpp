@@ -163,7 +163,9 @@ TEST(LanguageFile, WrittenTablesReadBack) {
         out.setTextEncoding(variant % 2 == 0 ? kEncodingUtf8 : kEncodingUtf16);
         out.setByteOrder(variant < 2 ? kBigEndian : kLittleEndian);
         out.setStringTerminator(variant < 2 ? kLf : kCrLf);
-        EXPECT_TRUE(out.writeByteOrderMark() && table.Write(out) && out.seek(0, kFromStart));
+        EXPECT_TRUE(out.writeByteOrderMark());
+        EXPECT_TRUE(table.Write(out));
+        EXPECT_TRUE(out.seek(0, kFromStart));
         interlang copy;
         std::uint32_t line = 0;
         copy.BeginLoad();

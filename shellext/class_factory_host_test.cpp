@@ -18,7 +18,8 @@ class ClassFactoryTest : public ExtensionTest {
         void* object = this;
         const HRESULT result = getClassObject(module_, clsid, IID_IUnknown, &object);
         const Ref<IUnknown> held(static_cast<IUnknown*>(object));
-        EXPECT_TRUE((held != nullptr) == (result == S_OK) && module_.liveObjects == (held ? 1 : 0));
+        EXPECT_TRUE((held != nullptr) == (result == S_OK));
+        EXPECT_TRUE(module_.liveObjects == (held ? 1 : 0));
         return result;
     }
 };
@@ -46,7 +47,8 @@ TEST_F(ClassFactoryTest, ServesThreeClassesWhileEnabled) {
 
 TEST_F(ClassFactoryTest, CountsReferencesAndMakesObjects) {
     const Ref<IClassFactory> held = factory(SelectionKind::Drives);
-    EXPECT_TRUE(held->AddRef() == 2 && held->Release() == 1);
+    EXPECT_TRUE(held->AddRef() == 2);
+    EXPECT_TRUE(held->Release() == 1);
     EXPECT_EQ(query<IUnknown>(held, IID_IUnknown).get(), held.get());
     void* none[] = {this, this, this, this};
     EXPECT_EQ(held->QueryInterface(IID_IContextMenu, &none[0]), E_NOINTERFACE);
@@ -60,7 +62,10 @@ TEST_F(ClassFactoryTest, CountsReferencesAndMakesObjects) {
 #endif
     EXPECT_EQ(getClassObject(module_, kClasses[0], IID_IShellExtInit, &none[3]), E_NOINTERFACE);
     EXPECT_EQ(module_.liveObjects--, 3);
-    EXPECT_TRUE(!none[0] && !none[1] && !none[2] && !none[3]);
+    EXPECT_TRUE(!none[0]);
+    EXPECT_TRUE(!none[1]);
+    EXPECT_TRUE(!none[2]);
+    EXPECT_TRUE(!none[3]);
 }
 
 using LanguageTest = ExtensionTest;
@@ -117,7 +122,8 @@ TEST_F(LanguageTest, IsServedThroughTheExports) {
     EXPECT_EQ(initialize(enter(DLL_PROCESS_ATTACH)), S_OK);
     Ref<IContextMenu> menu = enter(DLL_PROCESS_DETACH, false);
     EXPECT_EQ(initialize(menu, {{u"a"}}), S_OK);
-    EXPECT_TRUE(show(menu) == 15 && host::userInterface().liveBitmaps != 0);
+    EXPECT_TRUE(show(menu) == 15);
+    EXPECT_TRUE(host::userInterface().liveBitmaps != 0);
     EXPECT_EQ(invoke(menu, 7), S_OK);
     EXPECT_EQ(lastStart(), u"open|" + folder() + u"nmark.exe|-cent ZAAAAMgAAAA=");
     menu.reset();

@@ -116,7 +116,8 @@ TEST_F(RegistrationTest, WritesNothingWithoutFolderOrApprovals) {
 
 TEST_F(RegistrationTest, RemovalGoesOnPastFailures) {
     for (std::uint32_t n = 1; n <= 14; ++n) {
-        ASSERT_TRUE(RegisterExtension() && SetEnabled(true));
+        ASSERT_TRUE(RegisterExtension());
+        ASSERT_TRUE(SetEnabled(true));
         fault::arm("Reg*", n, platform::kErrorAccessDenied);
         UnregisterExtension();
         EXPECT_TRUE(fault::fired()) << "call " << n;

@@ -71,7 +71,9 @@ TEST_F(SettingsTest, OnlyTheRightTypeCounts) {
                  {"text 0", 1, "0\0\0\0"s, true, u"0"},
                  {"text of odd size", 1, "d\0e\0!"s, true, u"de"},
                  {"expandable text", 2, "d\0e\0\0\0"s, true, u""}};
-    EXPECT_TRUE(IsEnabled() && ShowIcons() && GetLanguageSetting().empty()) << "without a settings key";
+    EXPECT_TRUE(IsEnabled()) << "without a settings key";
+    EXPECT_TRUE(ShowIcons()) << "without a settings key";
+    EXPECT_TRUE(GetLanguageSetting().empty()) << "without a settings key";
     for (const auto& row : cases) {
         SCOPED_TRACE(row.name);
         for (const char16_t* name : {u"Enabled", u"Icons", u"Language"})
@@ -83,10 +85,13 @@ TEST_F(SettingsTest, OnlyTheRightTypeCounts) {
 }
 
 TEST_F(SettingsTest, WritersAreReadBack) {
-    EXPECT_TRUE(SetEnabled(false) && SetShowIcons(false) && SetLanguageSetting(u"Deutsch"));
+    EXPECT_TRUE(SetEnabled(false));
+    EXPECT_TRUE(SetShowIcons(false));
+    EXPECT_TRUE(SetLanguageSetting(u"Deutsch"));
     EXPECT_FALSE(IsEnabled() || ShowIcons());
     EXPECT_EQ(GetLanguageSetting(), u"Deutsch");
-    EXPECT_TRUE(SetEnabled(true) && SetShowIcons(true));
+    EXPECT_TRUE(SetEnabled(true));
+    EXPECT_TRUE(SetShowIcons(true));
     EXPECT_NE(control::dump().find("\"Enabled\" 4 01000000\n\"Icons\" 4 01000000\n"), std::string::npos);
     EXPECT_FALSE(SetLanguageSetting(std::u16string(8191, u'x')));
     control::denyAccess(kSettings, platform::kKeySetValue);
@@ -100,13 +105,17 @@ TEST_F(SettingsTest, OpensEachKeyOnce) {
             control::putKey(kSettings);
         fault::resetCounts();
         ShellSettings settings;
-        EXPECT_TRUE(settings.isEnabled() && settings.showIcons() && settings.language().empty());
+        EXPECT_TRUE(settings.isEnabled());
+        EXPECT_TRUE(settings.showIcons());
+        EXPECT_TRUE(settings.language().empty());
         EXPECT_EQ(fault::calls("RegOpenKeyExW"), 2U);  // the approval and the settings
     }
 }
 
 TEST_F(SettingsTest, EveryFailingCallGivesADefault) {
-    ASSERT_TRUE(SetEnabled(false) && SetShowIcons(false) && SetLanguageSetting(u"de"));
+    ASSERT_TRUE(SetEnabled(false));
+    ASSERT_TRUE(SetShowIcons(false));
+    ASSERT_TRUE(SetLanguageSetting(u"de"));
     const auto walk = [](auto fails) {
         for (std::uint32_t n = 1;; ++n) {
             fault::arm("Reg*", n, platform::kErrorAccessDenied);

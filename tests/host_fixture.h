@@ -44,7 +44,8 @@ class HostTest : public testing::Test {
         owlkit::recordApplicationFolder(u"");
     }
     ~HostTest() override {
-        EXPECT_TRUE(host::userInterface().liveMenus == 0 && host::userInterface().liveBitmaps == 0);
+        EXPECT_TRUE(host::userInterface().liveMenus == 0);
+        EXPECT_TRUE(host::userInterface().liveBitmaps == 0);
         EXPECT_EQ(platform::openHandleCount() + platform::registry_control::openHandles(), 0u);
         EXPECT_EQ(platform::openFileCount(), 0);
         unsetenv("TMPDIR");
@@ -59,7 +60,8 @@ class HostTest : public testing::Test {
     // The last start of a program or page: verb, file and parameters, parted by bars.
     static std::u16string lastStart() {
         const platform::ShellStart& start = platform::shellStarts().back();
-        EXPECT_TRUE(start.show == 1 && !start.hasFolder);
+        EXPECT_TRUE(start.show == 1);
+        EXPECT_TRUE(!start.hasFolder);
         return start.verb + u'|' + start.file + u'|' + start.parameters;
     }
 

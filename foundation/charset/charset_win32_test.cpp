@@ -64,7 +64,8 @@ TEST(LocaleInfo, ReadsTheUsersLocale) {
     const LocaleInfo locale;
     for (int i = 0; i <= static_cast<int>(LocaleText::LongTimeFormat); ++i) {
         const std::u16string& text = locale.wide(static_cast<LocaleText>(i));
-        EXPECT_TRUE(!text.empty() && text.find(u'\0') == text.npos) << i;
+        EXPECT_TRUE(!text.empty()) << i;
+        EXPECT_TRUE(text.find(u'\0') == text.npos) << i;
     }
     EXPECT_EQ(locale.charset(), systemCharset());
 }

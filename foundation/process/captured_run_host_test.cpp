@@ -28,7 +28,8 @@ TEST(RunCapturedOnHost, BuildsTheCommandLine) {
         const platform::ProcessStart& start = platform::processStarts().back();
         EXPECT_EQ(start.program, program);
         EXPECT_EQ(start.commandLine, commandLine);
-        EXPECT_TRUE(start.inheritHandles && start.creationFlags == 0);
+        EXPECT_TRUE(start.inheritHandles);
+        EXPECT_TRUE(start.creationFlags == 0);
     }
 }
 

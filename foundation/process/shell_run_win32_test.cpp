@@ -101,7 +101,8 @@ TEST(Process, FindsEveryFolderAndRefusesUnknownShutdowns) {
         SCOPED_TRACE(code);
         std::u16string folder;
         EXPECT_TRUE(getFolder(code, folder));
-        EXPECT_TRUE(folder.ends_with(u'\\') && std::filesystem::is_directory(folder));
+        EXPECT_TRUE(folder.ends_with(u'\\'));
+        EXPECT_TRUE(std::filesystem::is_directory(folder));
     }
     EXPECT_FALSE(shutdownSystem(4, true));
 }

@@ -19,7 +19,8 @@ TEST(Shutdown, AsksForTheModeUnderItsPrivilege) {
         platform::TokenRecord& record = platform::tokenRecord() = {};
         EXPECT_TRUE(shutdownSystem(c.mode, c.force));
         EXPECT_EQ(record.opened, std::vector<std::uint32_t>{40});
-        ASSERT_TRUE(record.adjusted.size() == 1 && record.exits.size() == 1);
+        ASSERT_TRUE(record.adjusted.size() == 1);
+        ASSERT_TRUE(record.exits.size() == 1);
         EXPECT_EQ(record.adjusted[0].attributes, 2u);
         EXPECT_EQ(record.exits[0].flags, c.flags);
         EXPECT_EQ(record.exits[0].reason, 0u);

@@ -106,7 +106,8 @@ TEST_F(RegistryTest, DeletesAndClearsKeysWithoutSubkeys) {
     EXPECT_TRUE(key.deleteKey(kUser, kTestPath + u"\\BELOW"));
     EXPECT_EQ(key.state(), KeyAccessState::ReadWrite) << "another spelling is another path";
     ASSERT_TRUE(key.create(kUser, below));
-    EXPECT_TRUE(key.exists(kUser, below) && key.isWritable(kUser, below));
+    EXPECT_TRUE(key.exists(kUser, below));
+    EXPECT_TRUE(key.isWritable(kUser, below));
     EXPECT_TRUE(key.deleteKey(key.root(), key.path()));
     EXPECT_EQ(key.state(), KeyAccessState::Closed);
     EXPECT_FALSE(key.exists(kUser, below) || key.deleteKey(kUser, below));

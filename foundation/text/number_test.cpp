@@ -111,7 +111,8 @@ TEST(ParseNumber, RefusesARadixAndChangesNothing) {
         } catch (const std::invalid_argument& error) {
             EXPECT_STREQ(error.what(), "invalid radix");
         }
-        EXPECT_TRUE(value == 99 && negative);
+        EXPECT_TRUE(value == 99);
+        EXPECT_TRUE(negative);
     }
 }
 

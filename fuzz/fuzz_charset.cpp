@@ -1,30 +1,60 @@
-// Any bytes in any charset: conversion never fails but by its policy, and what UTF-8 and the byte-keeping
-// policy promise about coming back holds.
-#include <cstdlib>
-#include <cstring>
+// Any bytes and any code units in any charset under any policy: conversions fail by their policy only, grow
+// by no more than it says, and what was converted without a failure comes back.
+#include "fuzz/fuzz.h"
 
-#include "foundation/charset/convert.h"
+using fuzz::require;
+using owlkit::ErrorPolicy;
+using owlkit::ToNarrow;
+using owlkit::ToWide;
+
+namespace {
+
+constexpr std::size_t kLongestHexUnit = 7;  // "x" and the digits of a surrogate pair
+constexpr std::size_t kLongestUtf8Unit = 3;
+
+void bytesToWide(const std::string& bytes, owlkit::CharsetCode charset, ErrorPolicy policy) {
+    bool failed = false;
+    const std::u16string wide = ToWide(bytes, charset, policy, u'?', &failed);
+    require(wide.size() <= bytes.size() * (policy == ErrorPolicy::Hex ? 3 : 1));
+    // An encoded surrogate pair is taken, though another one is written.
+    if (!failed && charset != owlkit::kCharsetUtf8)
+        require(ToNarrow(wide, charset) == bytes);
+    bool stopped = false;
+    const std::u16string start = ToWide(bytes, charset, ErrorPolicy::Stop, u'?', &stopped);
+    require(stopped == failed);
+    if (policy != ErrorPolicy::Empty)
+        require(wide.starts_with(start));
+    else
+        require(failed ? wide.empty() : wide == start);
+}
+
+void unitsToNarrow(const std::u16string& units, owlkit::CharsetCode charset, ErrorPolicy policy) {
+    bool failed = false;
+    const std::string narrow = ToNarrow(units, charset, policy, '?', &failed);
+    require(narrow.size() <=
+            units.size() * (policy == ErrorPolicy::Hex ? kLongestHexUnit : kLongestUtf8Unit));
+    if (!failed)
+        require(ToWide(narrow, charset) == units);
+    bool stopped = false;
+    const std::string start = ToNarrow(units, charset, ErrorPolicy::Stop, '?', &stopped);
+    if (policy != ErrorPolicy::KeepByte)
+        require(stopped == failed);
+    if (policy != ErrorPolicy::Empty && policy != ErrorPolicy::KeepByte)
+        require(narrow.starts_with(start));
+    if (charset == owlkit::kCharsetUtf8 && policy != ErrorPolicy::KeepByte)
+        require(!failed);
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size < 2)
-        return 0;
-    const owlkit::CharsetCode charset = 1 + data[0] % 21;
-    const auto policy = static_cast<owlkit::ErrorPolicy>(data[1] % 7);
-    const std::string bytes(reinterpret_cast<const char*>(data + 2), size - 2);
-
-    bool failed = false;
-    const std::u16string wide = owlkit::ToWide(bytes, charset, policy, u'?', &failed);
-    if (!failed && owlkit::ToNarrow(wide, charset) != bytes && charset != owlkit::kCharsetUtf8)
-        std::abort();
-
-    // The same bytes taken as code units: UTF-8 brings every unit back, lone surrogates included, unless the
-    // policy takes some of them for bytes.
-    if (policy == owlkit::ErrorPolicy::KeepByte)
-        return 0;
-    std::u16string units(bytes.size() / 2, u'\0');
-    std::memcpy(units.data(), bytes.data(), units.size() * 2);
-    const std::string narrow = owlkit::ToNarrow(units, owlkit::kCharsetUtf8, policy, '?', &failed);
-    if (failed || owlkit::ToWide(narrow, owlkit::kCharsetUtf8, policy, u'?', &failed) != units || failed)
-        std::abort();
+    FuzzedDataProvider input(data, size);
+    const owlkit::CharsetCode charset =
+        input.ConsumeIntegralInRange<std::uint32_t>(0, owlkit::kCharsetCount - 1);
+    const auto policy = static_cast<ErrorPolicy>(input.ConsumeIntegralInRange<int>(0, 6));
+    const bool asUnits = input.ConsumeBool();
+    const std::string bytes = input.ConsumeRemainingBytesAsString();
+    bytesToWide(bytes, charset, policy);
+    unitsToNarrow(asUnits ? fuzz::units(bytes) : fuzz::wide(bytes), charset, policy);
     return 0;
 }

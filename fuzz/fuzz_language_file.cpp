@@ -1,45 +1,73 @@
 // Any bytes as a language file: reading ends with a line number, and what was read is written and read back
 // the same.
-#include <cstdlib>
+#include <algorithm>
 
-#include "foundation/stream/memory_stream.h"
-#include "lang/interlang.h"
+#include "fuzz/fuzz_tables.h"
+#include "lang/read_observer.h"
+
+using fuzz::require;
 
 namespace {
 
-bool read(owlkit::interlang& table, owlkit::MemoryStream& stream) {
-    std::uint32_t line = 0;
-    table.BeginLoad();
-    const bool whole = table.Parse(stream, line);
-    table.EndLoad();
-    return whole;
-}
+// Each text is told before it is stored, with the line on which it begins.
+class Observer final : public owlkit::ReadObserver {
+  public:
+    void opening(std::u16string_view line) override {
+        require(line.empty() || line.starts_with(u'#') || line.starts_with(u"//"));
+    }
+
+    void stored(const owlkit::StoredText& text) override {
+        require(text.line > line_);
+        line_ = text.line;
+        key_ = text.key;
+        language_ = text.language;
+        text_ = text.written;
+        owlkit::decodeEscapes(text_);
+    }
+
+    void requireLast(const owlkit::interlang& table, std::uint32_t lines) const {
+        require(line_ <= lines);
+        require(key_.empty() || table.GetText(key_, language_) == text_);
+    }
+
+  private:
+    std::uint32_t line_ = 0;
+    std::u16string key_;
+    std::u16string language_;
+    std::u16string text_;
+};
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     owlkit::MemoryStream file(data, size);
     owlkit::interlang table;
-    read(table, file);
+    std::uint32_t line = 0;
+    table.BeginLoad();
+    Observer observer;
+    const bool whole = table.Parse(file, line, &observer);
+    table.EndLoad();
+    observer.requireLast(table, line);
+    require(file.settingsCompatible(owlkit::MemoryStream()));
+    require(line <= size);
+    require(!whole || file.atEnd());
 
     std::vector<std::u16string> languages;
-    std::vector<std::u16string> keys;
     table.GetLanguages(languages);
-    table.GetKeys(keys);
     owlkit::MemoryStream written;
-    if (table.Write(written) != !languages.empty())
-        std::abort();
-    written.seek(0, 0);
+    require(table.Write(written) == !languages.empty());
+    written.seek(0, owlkit::kFromStart);
     owlkit::interlang again;
-    if (!read(again, written) && !languages.empty())
-        std::abort();
-    for (const std::u16string& key : keys)
-        for (const std::u16string& language : languages) {
-            // A literal backslash before an escape's letter is known not to come back.
-            const std::u16string text = table.GetText(key, language);
-            if (table.HasText(key, language) && text.find(u'\\') == std::u16string::npos &&
-                again.GetText(key, language) != text)
-                std::abort();
-        }
+    require(fuzz::read(again, written));
+    std::vector<std::u16string> languagesAgain;
+    again.GetLanguages(languagesAgain);
+    require(languagesAgain == languages);
+    for (const std::u16string& language : languages)
+        fuzz::requireWritten(table, again, language);
+
+    std::u16string report;
+    const bool consistent = table.CheckConsistency(report, 0);
+    require(consistent == report.empty());
+    require(table.CheckConsistency(report, 1) == consistent);
     return 0;
 }

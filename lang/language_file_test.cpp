@@ -86,24 +86,46 @@ TEST(LanguageFile, Read) {
     }
 }
 
-TEST(LanguageFile, TellsAnObserverWhereTextsStand) {
-    struct Recorder final : ReadObserver {
-        void opening(std::u16string_view line) override { told.append(line).append(u"\n"); }
-        void stored(const StoredText& text) override {
-            told += static_cast<char16_t>(u'0' + text.line);
-            for (const std::u16string_view part : {text.key, text.language, text.written})
-                told.append(u"|").append(part);
-            told += u'\n';
-        }
-        std::u16string told;
-    } recorder;
-    const std::string file = " # a\n\nLANG: e\n# no\nKEY: k\nTEXT: 1\\n\n 2\nKEY: l\nTEXT:";
-    MemoryStream stream(file.data(), file.size());
-    interlang table;
-    std::uint32_t line = 0;
-    table.BeginLoad();
-    EXPECT_TRUE(table.Parse(stream, line, &recorder));
-    EXPECT_EQ(recorder.told, u"# a\n\n6|k|e|1\\n 2\n9|l|e|\n");
+// What it is told, one line each: "NUMBER KIND|CONTENT", "= NUMBER|KEY|LANGUAGE|TEXT" and "! RULE".
+struct Recorder final : ReadObserver {
+    void line(std::uint32_t number, LineKind kind, std::u16string_view content) override {
+        told += std::to_string(number) + ' ' + "BCKLT+"[static_cast<int>(kind)] + '|';
+        told += std::string(content.begin(), content.end()) + '\n';
+    }
+    void stored(const StoredText& text) override {
+        told += "= " + std::to_string(text.line);
+        for (const std::u16string_view part : {text.key, text.language, text.written})
+            told += '|' + std::string(part.begin(), part.end());
+        told += '\n';
+    }
+    void failed(SyntaxRule rule) override { told += "! " + std::to_string(static_cast<int>(rule)); }
+    std::string told;
+};
+
+TEST(LanguageFile, TellsAnObserverWhatStandsWhere) {
+    const struct Case {
+        const char* file;
+        const char* told;
+    } cases[] = {
+        {" # a\n\nLANG: e\n# no\nKEY: k\nTEXT: 1\\n\n 2\nKEY: l\nTEXT:",
+         "1 C|# a\n2 B|\n3 L|e\n4 C|# no\n5 K|k\n6 T|1\\n\n7 +|2\n8 K|l\n= 6|k|e|1\\n 2\n9 T|\n= 9|l|e|\n"},
+        {"KEY: a\nKEY: b", "1 K|a\n2 K|b\n! 0"},
+        {"TEXT: a\n\nTEXT: b", "1 T|a\n2 B|\n3 T|b\n! 1"},
+        {"LANG: a\nTEXT: b\nLANG: c", "1 L|a\n2 T|b\n3 L|c\n! 2"},
+        {"KEY: a\nTEXT: b", "1 K|a\n2 T|b\n! 3"},
+        {"LANG: a\nb", "1 L|a\n2 +|b\n! 4"},
+        {"KEY:\nb", "1 K|\n2 +|b\n! 5"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.file);
+        MemoryStream stream(c.file, std::string_view(c.file).size());
+        interlang table;
+        Recorder recorder;
+        std::uint32_t line = 0;
+        table.BeginLoad();
+        table.Parse(stream, line, &recorder);
+        EXPECT_EQ(recorder.told, c.told);
+    }
 }
 
 TEST(LanguageFile, LongLinesAndTwoStreamsInOneLoad) {

@@ -50,7 +50,7 @@ class Reader {
         text = trim(text);
         number_ = number;
         if (text.empty() || isComment(text))
-            tellOpening(text);
+            tell(text.empty() ? LineKind::Blank : LineKind::Comment, text);
         else if (!record(text))
             return false;
         return last_ == Record::None || commit(atEnd);
@@ -59,9 +59,15 @@ class Reader {
   private:
     enum class Record { None, Key, Language, Text };
 
-    void tellOpening(std::u16string_view text) {
-        if (observer_ != nullptr && last_ == Record::None)
-            observer_->opening(text);
+    void tell(LineKind kind, std::u16string_view content) {
+        if (observer_ != nullptr)
+            observer_->line(number_, kind, content);
+    }
+
+    bool fail(SyntaxRule rule) {
+        if (observer_ != nullptr)
+            observer_->failed(rule);
+        return false;
     }
 
     bool record(std::u16string_view text) {
@@ -75,22 +81,25 @@ class Reader {
     }
 
     bool keyRecord(std::u16string_view payload) {
+        tell(LineKind::Key, payload);
         if (!key_.empty())
-            return false;
+            return fail(SyntaxRule::KeyAfterKey);
         key_.set(payload);
         last_ = Record::Key;
         return true;
     }
 
     bool languageRecord(std::u16string_view payload) {
+        tell(LineKind::Language, payload);
         language_ = payload;
         last_ = Record::Language;
         return true;
     }
 
     bool textRecord(std::u16string_view payload) {
+        tell(LineKind::Text, payload);
         if (textPending_)
-            return false;
+            return fail(SyntaxRule::TextAfterText);
         text_.set(payload);
         textPending_ = true;
         textLine_ = number_;
@@ -99,11 +108,12 @@ class Reader {
     }
 
     bool continuation(std::u16string_view text) {
+        tell(LineKind::Continuation, text);
         if (last_ != Record::Key && last_ != Record::Text)
-            return false;
+            return fail(SyntaxRule::NothingToContinue);
         Pending& continued = last_ == Record::Key ? key_ : text_;
         if (continued.empty())
-            return false;
+            return fail(SyntaxRule::ContinuesEmptyRecord);
         continued.append(text);
         return true;
     }
@@ -131,8 +141,10 @@ class Reader {
     bool storeText() {
         if (!textPending_)
             return true;
-        if (table_.currentKey().empty() || table_.currentLanguage().empty())
-            return false;
+        if (table_.currentKey().empty())
+            return fail(SyntaxRule::NoKey);
+        if (table_.currentLanguage().empty())
+            return fail(SyntaxRule::NoLanguage);
         textPending_ = false;
         if (observer_ != nullptr)
             observer_->stored({textLine_, table_.currentKey(), table_.currentLanguage(), text_.text()});

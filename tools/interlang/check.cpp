@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "lang/loading_scope.h"
+#include "tools/interlang/file_checks.h"
 #include "tools/interlang/menu_levels.h"
 #include "tools/interlang/text.h"
 #include "tools/interlang/text_checks.h"
@@ -20,7 +21,14 @@ class Checker {
     Checker(LanguageFiles& files, const Reference& reference, const std::set<Check>& wanted)
         : files_(files), reference_(reference), wanted_(wanted) {}
 
-    CheckResult run() {
+    CheckResult run(const std::vector<std::u16string>& unread) {
+        for (const std::u16string& path : unread)
+            add({Check::Unread,
+                 path,
+                 0,
+                 {},
+                 {},
+                 "never read: the name of a language file ends in .lang.txt"});
         for (const LanguageFile& file : files_.files())
             checkFile(file);
         for (const std::u16string& language : files_.languages())
@@ -52,7 +60,22 @@ class Checker {
         for (const std::uint32_t line : file.invalidLines)
             add({Check::Utf8, file.path, line, {}, {}, "bytes that are not UTF-8"});
         if (file.syntaxError)
-            add({Check::Syntax, file.path, *file.syntaxError, {}, {}, "syntax error; nothing below is read"});
+            add({Check::Syntax,
+                 file.path,
+                 file.syntaxError->line,
+                 {},
+                 {},
+                 "syntax error; nothing below is read: " + file.syntaxError->message});
+        const std::string reason = file.languages.empty() ? noTextsReason(file.bytes) : std::string();
+        if (file.languages.empty() && (!file.syntaxError || !reason.empty())) {
+            add({Check::NoTexts, file.path, 0, {}, {}, "no texts" + (reason.empty() ? "" : ": " + reason)});
+        }
+        if (std::string fault = fileNameFault(file); !fault.empty())
+            add({Check::FileName, file.path, 0, {}, {}, std::move(fault)});
+        for (const LineFault& fault : file.oddContinuations)
+            add({Check::Continuation, file.path, fault.line, {}, {}, fault.message});
+        for (const LineFault& fault : file.commentedTexts)
+            add({Check::CommentedOut, file.path, fault.line, {}, {}, fault.message});
         for (const ReplacedText& text : file.replaced)
             add({Check::Repeated, file.path, text.line, text.language, text.key,
                  "replaces the text of line " + std::to_string(text.formerLine)});
@@ -71,27 +94,71 @@ class Checker {
         const auto reference = reference_.texts.find(key);
         const bool known = reference != reference_.texts.end();
         const bool isReference = language == reference_.code;
-        if (isBlank(text.text) && isReference)
+        if (accelerators(text.text) > 1)
+            add(Check::AcceleratorSeveral, language, key, text, "several accelerators: " + quoted(text.text));
+        if (std::string fault = controlFault(text.text, known ? reference->second.text : u""); !fault.empty())
+            add(Check::Control, language, key, text, std::move(fault));
+        const bool mayBeEmpty =
+            !isReference && (text.text.empty() || (known && isBlank(reference->second.text)));
+        if (isBlank(text.text) && !text.meantEmpty && !mayBeEmpty)
             add(Check::Empty, language, key, text, "empty");
-        else if (known && !isReference && !isBlank(text.text))
-            compare(language, key, text, reference->second.text);
+        else if (known && !isBlank(text.text))
+            compare(language, key, text, reference->second);
     }
 
     void compare(std::u16string_view language, std::u16string_view key, const Text& text,
-                 std::u16string_view reference) {
-        if (std::string difference = placeholderDifference(text.text, reference); !difference.empty())
+                 const Text& reference) {
+        if (std::string difference = placeholderDifference(text.text, reference.text); !difference.empty())
             add(Check::Placeholders, language, key, text, std::move(difference));
-        if (text.text == reference && withoutRegion(language) != withoutRegion(reference_.code) &&
-            (key == kLanguageKey || !isInternational(reference)))
-            add(Check::Untranslated, language, key, text,
-                "as in " + utf8(reference_.code) + ": " + quoted(reference));
+        if (language == reference_.code)
+            return;
+        const std::string other = " in " + utf8(reference_.code) + ": " + quoted(reference.text);
+        if (isChanged(text, reference))
+            add(Check::Changed, language, key, text,
+                "translated from \"" + utf8(*text.source) + "\"; it is now" + other);
+        if (text.text == reference.text && withoutRegion(language) != withoutRegion(reference_.code) &&
+            (key == kLanguageKey || !isInternational(reference.text)))
+            add(Check::Untranslated, language, key, text, "as" + other);
+        if (const bool here = endsInEllipsis(text.text); here != endsInEllipsis(reference.text))
+            add(Check::Ellipsis, language, key, text,
+                here ? "an ellipsis, unlike" + other : "no ellipsis, unlike" + other);
+        if (isTooLong(text.text, reference.text))
+            add(Check::Length, language, key, text,
+                std::to_string(columns(text.text)) + " columns wide;" + other);
     }
 
     void checkLanguage(const std::u16string& language, const Texts& texts) {
+        checkCode(language, texts);
+        checkFiles(language);
         if (language != reference_.code)
             compareKeys(language, texts);
         if (wanted_.contains(Check::AcceleratorTwice) || wanted_.contains(Check::AcceleratorMissing))
             checkAccelerators(language, texts);
+    }
+
+    // Told where the language's texts begin.
+    void checkCode(const std::u16string& language, const Texts& texts) {
+        const auto first = std::ranges::min_element(
+            texts, {}, [](const auto& entry) { return std::pair(entry.second.file, entry.second.line); });
+        if (std::string fault = languageCodeFault(language); !fault.empty() && first != texts.end())
+            add(Check::LanguageCode, language, {}, first->second, std::move(fault));
+    }
+
+    void checkFiles(const std::u16string& language) {
+        std::map<std::u16string, const Text*> met;
+        for (const LanguageFile& file : files_.files()) {
+            const auto texts = file.texts.find(language);
+            if (texts == file.texts.end())
+                continue;
+            for (const auto& [key, text] : texts->second) {
+                const Text*& former = met[key];
+                if (former != nullptr)
+                    add(Check::TwoFiles, language, key, text,
+                        "replaces the text of " + utf8(files_.files()[former->file].path) + ':' +
+                            std::to_string(former->line));
+                former = &text;
+            }
+        }
     }
 
     void compareKeys(const std::u16string& language, const Texts& texts) {
@@ -124,7 +191,7 @@ class Checker {
         std::set<std::pair<std::u16string, std::u16string>> told;
         for (const MenuLevel& level : menuLevels(files_.table())) {
             std::map<char16_t, const LevelEntry*> taken;
-            for (const LevelEntry& entry : level) {
+            for (const LevelEntry& entry : level.entries) {
                 const auto text = texts.find(entry.key);
                 if (text == texts.end())
                     continue;
@@ -169,8 +236,9 @@ class Checker {
 
 }  // namespace
 
-CheckResult check(LanguageFiles& files, const Reference& reference, const std::set<Check>& wanted) {
-    return Checker(files, reference, wanted).run();
+CheckResult check(LanguageFiles& files, const Reference& reference, const std::vector<std::u16string>& unread,
+                  const std::set<Check>& wanted) {
+    return Checker(files, reference, wanted).run(unread);
 }
 
 }  // namespace translators

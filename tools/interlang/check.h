@@ -14,16 +14,28 @@ namespace translators {
 enum class Check : std::uint32_t {
     Syntax,
     Utf8,
+    NoTexts,
     Missing,
     Placeholders,
     Escapes,
     Empty,
     AcceleratorTwice,
+    Changed,
     Obsolete,
     Untranslated,
     Blanks,
+    Control,
+    Ellipsis,
+    Length,
     AcceleratorMissing,
+    AcceleratorSeveral,
     Repeated,
+    TwoFiles,
+    Continuation,
+    CommentedOut,
+    LanguageCode,
+    FileName,
+    Unread,
     Consistency,
 };
 
@@ -34,19 +46,31 @@ struct CheckKind {
 };
 
 // By Check.
-inline constexpr std::array<CheckKind, 13> kChecks = {{
+inline constexpr std::array<CheckKind, 25> kChecks = {{
     {"syntax", true, "lines that end the reading of a file"},
     {"utf8", true, "bytes that are not UTF-8"},
+    {"no-texts", true, "files without texts"},
     {"missing", true, "keys that the program asks for without a text in the reference language"},
-    {"placeholders", true, "%1 and %2 not as often as in the reference language"},
+    {"placeholders", true, "%1 and %2 not as often as in the reference language, and unknown ones"},
     {"escapes", true, "backslashes that begin no escape"},
-    {"empty", true, "texts of the reference language without a visible character"},
+    {"empty", true, "texts without a visible character that are not meant to be empty"},
     {"accelerator-twice", true, "the same accelerator twice within one menu"},
+    {"changed", false, "texts that were translated from another text than the reference's"},
     {"obsolete", false, "keys that the reference language does not have"},
     {"untranslated", false, "texts of several words as in the reference language"},
     {"blanks", false, "blanks and control characters at either end of a text"},
+    {"control", false, "control characters, invisible ones, and directions that are not ended"},
+    {"ellipsis", false, "an ellipsis at the end here or in the reference language only"},
+    {"length", false, "texts much longer than in the reference language"},
     {"accelerator-missing", false, "menu entries without an accelerator"},
+    {"accelerator-several", false, "texts with several accelerators"},
     {"repeated", false, "texts that replace an earlier one of the same file"},
+    {"two-files", false, "texts that replace one of another file"},
+    {"continuation", false, "lines that continue a text and were hardly meant to"},
+    {"commented-out", false, "texts that stand behind #~ and are not in use"},
+    {"language-code", false, "codes that Windows never reports"},
+    {"file-name", false, "files named after another language than theirs"},
+    {"unread", false, "files that no program reads because of their names"},
     {"consistency", false, "keys without a text in every language, as a report"},
 }};
 
@@ -71,6 +95,8 @@ struct CheckResult {
     std::size_t warnings = 0;
 };
 
-CheckResult check(LanguageFiles& files, const Reference& reference, const std::set<Check>& wanted);
+// `unread` are the paths of files that the program never reads.
+CheckResult check(LanguageFiles& files, const Reference& reference, const std::vector<std::u16string>& unread,
+                  const std::set<Check>& wanted);
 
 }  // namespace translators

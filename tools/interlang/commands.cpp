@@ -1,12 +1,10 @@
 #include "tools/interlang/commands.h"
 
-#include <chrono>
-#include <cstdio>
-
 #include "foundation/text/text.h"
-#include "platform/file.h"
 #include "platform/terminal.h"
-#include "tools/interlang/exchange.h"
+#include "tools/interlang/command_input.h"
+#include "tools/interlang/file_access.h"
+#include "tools/interlang/file_checks.h"
 #include "tools/interlang/fill.h"
 #include "tools/interlang/layout.h"
 #include "tools/interlang/report.h"
@@ -15,41 +13,6 @@
 
 namespace translators {
 namespace {
-
-void print(const std::string& text) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
-        throw Failure("cannot write to standard output");
-}
-
-std::vector<std::u16string> paths(const Arguments& arguments) {
-    std::vector<std::u16string> result;
-    for (const std::string& file : arguments.files)
-        result.push_back(wide(file));
-    if (!result.empty())
-        return result;
-    const std::u16string folder = owlkit::withTrailingSeparator(wide(arguments.folder));
-    result = languageFilesOf(folder);
-    if (result.empty())
-        throw Failure("no language files in " + utf8(folder));
-    return result;
-}
-
-Reference reference(const Arguments& arguments, const LanguageFiles& files) {
-    return findReference(files, wide(arguments.reference), wide(arguments.referenceFile),
-                         wide(arguments.folder));
-}
-
-bool exists(const std::string& path) {
-    return platform::fileAttributes(wide(path)) != platform::kInvalidFileAttributes;
-}
-
-void deliver(const Arguments& arguments, const std::string& text) {
-    if (arguments.output.empty())
-        return print(text);
-    if (!arguments.force && exists(arguments.output))
-        throw Failure(arguments.output + " exists already; --force replaces it");
-    writeBytes(wide(arguments.output), text);
-}
 
 // Everything is laid out before the first file is touched.
 int rewrite(const Arguments& arguments, bool addMissing) {
@@ -71,30 +34,18 @@ int rewrite(const Arguments& arguments, bool addMissing) {
     return kClean;
 }
 
-std::string now() {
-    using namespace std::chrono;
-    const auto time = system_clock::now();
-    const auto day = floor<days>(time);
-    const year_month_day date(day);
-    const hh_mm_ss clock(floor<minutes>(time - day));
-    char text[64];
-    std::snprintf(text, sizeof text, "%04d-%02u-%02u %02d:%02d+0000", static_cast<int>(date.year()),
-                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                  static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()));
-    return text;
-}
-
-bool isXml(std::string_view bytes) {
-    if (bytes.starts_with("\xEF\xBB\xBF"))
-        bytes.remove_prefix(3);
-    return owlkit::trimLeft(bytes).starts_with('<');
-}
-
 }  // namespace
 
 int runCheck(const Arguments& arguments) {
     LanguageFiles files(paths(arguments));
-    const CheckResult result = check(files, reference(arguments, files), arguments.checks);
+    std::vector<std::u16string> unread;
+    for (const std::string& file : arguments.files) {
+        if (isNeverRead(wide(file)))
+            unread.push_back(wide(file));
+    }
+    if (arguments.files.empty())
+        unread = unreadFilesOf(owlkit::withTrailingSeparator(wide(arguments.folder)));
+    const CheckResult result = check(files, reference(arguments, files), unread, arguments.checks);
     print(arguments.json ? toJson(result) : toText(result));
     return result.errors != 0 ? kErrors : result.warnings != 0 ? kWarnings : kClean;
 }
@@ -104,7 +55,22 @@ int runStats(const Arguments& arguments) {
     const Reference other = reference(arguments, files);
     const std::vector<Coverage> languages = coverage(files, other);
     print(arguments.json ? toJson(languages, other) : toText(languages));
-    return kClean;
+    int code = kClean;
+    for (const LanguageFile& file : files.files()) {
+        if (!file.syntaxError)
+            continue;
+        warn(utf8(file.path) + ':' + std::to_string(file.syntaxError->line) +
+             ": syntax error; what stands below is not counted");
+        code = kErrors;
+    }
+    for (const Coverage& row : languages) {
+        if (percent(row) >= arguments.failUnder)
+            continue;
+        warn(utf8(row.language) + ": " + std::to_string(percent(row)) + " % are less than " +
+             std::to_string(arguments.failUnder));
+        code = kErrors;
+    }
+    return code;
 }
 
 int runShow(const Arguments& arguments) {
@@ -156,46 +122,6 @@ int runNew(const Arguments& arguments) {
     if (files.texts(language) != nullptr)
         throw Failure("there are texts in " + quoted(language) + " already");
     deliver(arguments, layOutTemplate(language, reference(arguments, files)));
-    return kClean;
-}
-
-int runExport(const Arguments& arguments) {
-    const LanguageFiles files(paths(arguments));
-    const std::u16string language = wide(arguments.language);
-    const Texts* texts = files.texts(language);
-    if (texts == nullptr)
-        throw Failure("no texts in " + quoted(language));
-    const Exchange exchange = toExchange(language, *texts, reference(arguments, files));
-    deliver(arguments, arguments.format == "po" ? writePo(exchange, now())
-                                                : writeXliff(exchange, arguments.language + ".lang.txt"));
-    return kClean;
-}
-
-int runImport(const Arguments& arguments) {
-    const std::string& path = arguments.files.front();
-    const std::string bytes = readBytes(wide(path));
-    Exchange exchange;
-    try {
-        exchange = isXml(bytes) ? readXliff(bytes) : readPo(bytes);
-    } catch (const Failure& failure) {
-        throw Failure(path + ": " + failure.what());
-    }
-    if (!arguments.language.empty())
-        exchange.language = arguments.language;
-    if (exchange.language.empty())
-        throw Failure(path + ": it names no language; --lang does");
-    if (exchange.source.empty())
-        exchange.source = arguments.reference;
-    // An existing file keeps its opening comment.
-    std::vector<std::u16string> opening;
-    if (!arguments.output.empty() && exists(arguments.output)) {
-        const LanguageFiles existing({wide(arguments.output)});
-        for (const std::u16string& language : existing.languages())
-            if (language != wide(exchange.language))
-                throw Failure(arguments.output + " holds " + quoted(language) + " too, which would be lost");
-        opening = existing.files().front().opening;
-    }
-    deliver(arguments, toLanguageFile(exchange, opening));
     return kClean;
 }
 

@@ -22,6 +22,10 @@ struct Arguments {
     std::string output;  // empty: standard output
     bool force = false;  // replaces an existing output
     bool inPlace = false;
+    bool all = false;           // export: every language
+    bool replace = false;       // import: only what comes in
+    bool strict = false;        // import: warnings are errors
+    std::size_t failUnder = 0;  // stats: hundredths
     bool removeOthers = false;  // fill: language files of the output folder that the folder does not have
     bool json = false;
     std::string format = "po";

@@ -5,6 +5,7 @@
 
 #include "foundation/text/text.h"
 #include "platform/file.h"
+#include "tools/interlang/file_access.h"
 #include "tools/interlang/layout.h"
 #include "tools/interlang/text.h"
 #include "tools/interlang/text_checks.h"
@@ -21,10 +22,13 @@ std::map<std::size_t, Texts> needed(const LanguageFiles& files, const std::u16st
     const Texts& own = *files.texts(language);
     for (const auto& [key, text] : reference.texts) {
         const auto found = own.find(key);
-        if (key == kLanguageKey || isBlank(text.text) || (found != own.end() && !isBlank(found->second.text)))
+        if (key == kLanguageKey || isBlank(text.text) ||
+            (found != own.end() && (!isBlank(found->second.text) || found->second.meantEmpty)))
             continue;
         const std::size_t file = found == own.end() ? firstFile : found->second.file;
-        texts[file].emplace(key, text);
+        Text& copy = texts[file].emplace(key, text).first->second;
+        copy.notes.clear();
+        copy.source.reset();
     }
     return texts;
 }

@@ -1,65 +1,23 @@
 #!/usr/bin/env python3
-"""Runs the translators' program over temporary files: interlang_test.py PROGRAM"""
+"""Checks, counts, rewrites and shows language files with the translators' program: interlang_test.py PROGRAM"""
 import json
+import os
 import pathlib
 import re
-import shutil
 import subprocess
-import sys
-import tempfile
 import unittest
 
-PROGRAM = pathlib.Path(sys.argv.pop(1)).resolve()
-
-# Every kind of code unit that some format cannot hold, as language files write it.
-ODD_TEXTS = {
-    "BACKSLASHES": r"C:\x5Cnew\x5C\x5Cdir\x5C", "PLAIN": r"C:\dir \\n x\ ", "CONTROL": r"\x01a\0\a\b\x1F\x7Fb\r\n\tc\x02",
-    "SURROGATES": r"\uD83D \uDE00\uDE00\uD83D \uD83D\uDE00", "BLANKS": r"\x20\x20 a  b\x20", "ONLY": r"\x20",
-    "BREAKS": r"\none\n\ntwo\r\nthree\n", "XML": "<a href=\"b\">&amp;'</a>]]>", "PO": r'"q" #, fuzzy \" %1',
-    "NONCHARACTERS": r"\uFEFFa\uFFFE\uFFFF\x85\u2028", "EMPTY": "", "odd key \\n <&\">": "x",
-}
+from interlang_fixture import ENGLISH, ODD_TEXTS, PROGRAM, InterlangTest, language
 
 
-LANGS = pathlib.Path(__file__).resolve().parents[2] / "langs"
-# Complete: the program's own English texts.
-ENGLISH = dict(re.findall(r"^KEY: (.*)\nTEXT: (.*)$", next(LANGS.glob("*en.lang.txt")).read_text(encoding="utf-8"), re.M))
-
-
-def language(code, texts):
-    return f"LANG: {code}\n" + "".join(f"KEY: {key}\nTEXT: {text}\n" for key, text in texts.items())
-
-
-class InterlangTest(unittest.TestCase):
-    def setUp(self):
-        self.work = pathlib.Path(tempfile.mkdtemp(prefix="interlang-"))
-        self.addCleanup(shutil.rmtree, self.work)
-
-    def write(self, name, text):
-        (self.work / name).write_bytes(text if isinstance(text, bytes) else text.encode("utf-8"))
-
-    def read(self, name):
-        return (self.work / name).read_text(encoding="utf-8")
-
-    def run_tool(self, *arguments, code=0):
-        finished = subprocess.run([PROGRAM, *arguments], cwd=self.work, capture_output=True, text=True, encoding="utf-8",
-                                  check=False)
-        self.assertEqual(finished.returncode, code, finished.stdout + finished.stderr)
-        return finished.stdout if finished.returncode < 2 or finished.stdout else finished.stderr
-
-    def texts(self, name):
-        """What the file holds, as the program itself exports it: key to target, None for a missing one."""
-        code = next(line[6:] for line in self.read(name).splitlines() if line.startswith("LANG: "))
-        exported = self.run_tool("export", name, "--lang", code, "--to", "xliff", "--reference-file", name, "--reference",
-                                 code)
-        return exported[exported.index("<body>"):]
-
+class FilesTest(InterlangTest):
     def test_each_fault_is_found_on_its_line(self):
         english = {**ENGLISH, "HINT": "Two words %1"}
         german = {"LANGUAGE": "Deutsch", "CXT_MENU_OPTIONS": "&Optionen...", "CXT_MENU_HELP": "&Hilfe", "HINT": "Wörter %1"}
         self.write("en.lang.txt", language("en", english))
         for check, line, changes, code in (
                 (None, 0, {}, 0),
-                (None, 0, {"HINT": r"Doppelt \x5C %1\n\t\u00e4 x"}, 0),
+                (None, 0, {"HINT": r"Doppelt \x5C %1\u00e4 x"}, 0),
                 (None, 0, {"HINT": None}, 0),
                 ("placeholders", 9, {"HINT": "Wörter"}, 2),
                 ("placeholders", 9, {"HINT": "Wörter %1 %2"}, 2),
@@ -68,12 +26,28 @@ class InterlangTest(unittest.TestCase):
                 ("escapes", 9, {"HINT": r"\\n %1"}, 2),
                 ("escapes", 9, {"HINT": "%1\\"}, 2),
                 (None, 0, {"HINT": ""}, 0),
-                ("accelerator-twice", 7, {"CXT_MENU_OPTIONS": "&Hinweise"}, 2),
+                ("accelerator-twice", 7, {"CXT_MENU_OPTIONS": "&Hinweise..."}, 2),
                 ("accelerator-missing", 7, {"CXT_MENU_HELP": "Rock && Hilfe&"}, 1),
                 ("obsolete", 11, {"OLD": "alt"}, 1),
                 ("untranslated", 9, {"HINT": "Two words %1"}, 1),
                 ("untranslated", 3, {"LANGUAGE": "English"}, 1),
                 (None, 0, {"CXT_MENU_OPTIONS": "&Options..."}, 0),
+                ("placeholders", 9, {"HINT": "Wörter %1 %3"}, 2),
+                ("placeholders", 9, {"HINT": "Wörter %1 %s {0}"}, 2),
+                ("empty", 9, {"HINT": r"\x20"}, 2),
+                ("accelerator-several", 9, {"HINT": "W&örter &%1"}, 1),
+                ("ellipsis", 9, {"HINT": "Wörter %1…"}, 1),
+                ("ellipsis", 5, {"CXT_MENU_OPTIONS": "&Optionen"}, 1),
+                (None, 0, {"CXT_MENU_OPTIONS": "設定...(&O)"}, 0),
+                ("control", 9, {"HINT": r"W\u00ADörter %1"}, 1),
+                ("control", 9, {"HINT": r"Wört\ter %1"}, 1),
+                ("control", 9, {"HINT": r"\u202Etrev %1\u202C"}, 1),
+                ("control", 9, {"HINT": r"\u2066Wörter %1"}, 1),
+                (None, 0, {"HINT": r"\u2066Wörter\u2069 \u200F%1\u200D."}, 0),
+                ("length", 9, {"HINT": "W" * 49 + " %1"}, 1),
+                ("continuation", 11, {"HINT": "Wörter %1\n\nund"}, 1),
+                ("continuation", 10, {"HINT": "Wörter %1\nTXT: und"}, 1),
+                ("commented-out", 11, {"HINT": "W %1\n#~ KEY: X\n#~ TEXT: x"}, 1),
                 ("blanks", 9, {"HINT": r"Wörter %1\x20"}, 1),
                 ("repeated", 11, {"HINT": None, "HINT\nTEXT: %1\nKEY: HINT": "%1"}, 1),
                 ("syntax", 10, {"HINT": "%1\nTEXT: zwei"}, 2),
@@ -90,11 +64,94 @@ class InterlangTest(unittest.TestCase):
                 expected = [(check, "de.lang.txt", line)] if check else []
                 self.assertEqual([(f["check"], f["file"], f["line"]) for f in found["findings"]], expected)
                 self.assertEqual((found["errors"], found["warnings"]), (int(code == 2), int(code == 1)))
-                if check:
-                    text = self.run_tool("check", "de.lang.txt", code=code)  # finds en.lang.txt by itself
-                    severity = "error" if code == 2 else "warning"
-                    self.assertRegex(text, rf"(?m)^de\.lang\.txt:{line}: {severity}: .*\[{check}\]$")
-                    self.run_tool("check", "en.lang.txt", "de.lang.txt", f"--no-{check}")
+        text = self.run_tool("check", "de.lang.txt", code=2)  # finds the English file by itself
+        self.assertRegex(text, r"(?m)^de\.lang\.txt:9: error: bytes that are not UTF-8 \[utf8\]$")
+        self.run_tool("check", "de.lang.txt", "--no-utf8")
+
+    def test_case_of_accelerators_in_every_alphabet(self):
+        self.write("en.lang.txt", language("en", ENGLISH))
+        for letters, same in (("Șș", True), ("Țț", True), ("Όό", True), ("Şş", True), ("İi", True), ("Яя", True), ("Ёё", True),
+                              ("Ğğ", True), ("Ÿÿ", True), ("ßs", False), ("×÷", False), ("aä", False)):
+            with self.subTest(letters):
+                self.write("ro.lang.txt", language("ro", {"CXT_MENU_OPTIONS": f"&{letters[0]}...", "CXT_MENU_HELP": f"&{letters[1]}"}))
+                self.assertEqual("accelerator-twice" in self.run_tool("check", "ro.lang.txt", code=2 if same else 0), same)
+
+    def test_changed_english_texts(self):
+        self.write("en.lang.txt", language("en", ENGLISH))
+        german = language("de", {"CXT_MENU_HELP": "&Hilfe"})
+        for above, changed in (("# &Help\n", False), ("#&Help\n", False), ("# &Hlp\n", True), ("// &Hlp\n", False),
+                               ("# &Hlp\n\n", False), ("# &Hlp\n// note\n", False), ("# note\n# &Help\n", False)):
+            with self.subTest(above):
+                self.write("de.lang.txt", german.replace("KEY", above + "KEY"))
+                text = self.run_tool("check", "de.lang.txt", code=int(changed))
+                self.assertEqual('translated from "&Hlp"; it is now in en: "&Help" [changed]' in text, changed)
+
+    def test_files_without_texts_and_odd_files(self):
+        self.write("en.lang.txt", language("en", ENGLISH))
+        text = language("nb", {"CXT_MENU_HELP": "&Hjelp"})
+        for name, content, told in (
+                ("nb.lang.txt", b"", "error: no texts: the file is empty [no-texts]"),
+                ("nb.lang.txt", text.replace("\n", "\r").encode(), "no texts: its lines end in CR"),
+                ("nb.lang.txt", b"\0" * 500, "no texts: nothing but zeros"),
+                ("nb.lang.txt", text.encode("utf-16le"), "zeros in it; UTF-16"),
+                ("nb.lang.txt", b"# soon\n", "no texts: there is no TEXT:"),
+                ("nb.lang.txt", b"LANG: nb\n#~ KEY: CXT_MENU_HELP\n#~ TEXT:", "nb: 0 of 22 texts"),
+                ("nb.lang.txt", b"LANG: nb\nKEY: A\nKEY: B", "nb.lang.txt:3: error: syntax error; nothing below is read: a KEY: "
+                 "after the KEY: of line 2, which has no TEXT: [syntax]"),
+                ("nb.lang.txt", b"LANG: nb\nKEY: A\nTXT: B\nKEY: C", "TEXT: was probably meant in line 3"),
+                ("nb.lang.txt", b"LANG: nb\nKEY A", "KEY: was probably meant in line 2"),
+                ("nb.lang.txt", b"LANG: nb\nKEY: A\n#~ TEXT: B\nKEY: C", "line 3 still begins with #~"),
+                ("nb.lang.txt", b"LANG: nb\n#~ KEY: A\nTEXT: B\n", "no KEY: for the text of line 3; line 2 still begins"),
+                ("nb.lang.txt", b"KEY: A\nTEXT: B\n", "there is no LANG: above the text of line 2"),
+                ("00-no.lang.txt", text.encode(), "named after no, but there is nb"),
+                ("menu.lang.txt", text.encode(), ""), ("nb.lang.TXT", text.encode(), "never read"),
+                ("nb.txt", text.encode(), "never read"), ("notes.txt", b"", ""),
+                ("xx.lang.txt", text.replace("nb", "xx").encode(), "xx is no code of ISO 639 [language-code]"),
+                ("x.lang.txt", text.replace("nb", "NB").encode(), "reports nb, in lower case"),
+                ("x.lang.txt", text.replace("nb", "nob").encode(), "reports nb, the code of ISO 639-1"),
+                ("x.lang.txt", text.replace("nb", "zh-Hant").encode(), "")):
+            with self.subTest(name=name, content=content):
+                self.write(name, content)
+                found = self.run_both("check", "--folder", ".", code=None)[0]
+                (self.work / name).unlink()
+                self.assertIn(told or "0 errors, 0 warnings", found)
+        self.write("nb.lang.txt", text)
+        self.write("nb2.lang.txt", text)
+        self.assertIn("nb2.lang.txt:3: warning: nb CXT_MENU_HELP: replaces the text of ./nb.lang.txt:3 [two-files]",
+                      self.run_tool("check", "--folder", ".", code=1))
+
+    def test_writing(self):
+        text = language("de", {"A": "eins"})
+        self.write("en.lang.txt", language("en", {"A": "one"}))
+        self.write("de.lang.txt", text)
+        os.chmod(self.work / "de.lang.txt", 0o640)
+        if os.getuid() == 0:
+            os.chown(self.work / "de.lang.txt", 12, 34)
+        os.symlink("de.lang.txt", self.work / "link.lang.txt")
+        self.write("de.lang.txt.0.new", "somebody's")
+        self.run_tool("format", "--in-place", "link.lang.txt")
+        self.assertTrue((self.work / "link.lang.txt").is_symlink())
+        status = (self.work / "de.lang.txt").stat()
+        self.assertEqual(status.st_mode & 0o777, 0o640)
+        if os.getuid() == 0:
+            self.assertEqual((status.st_uid, status.st_gid), (12, 34))
+        self.assertIn("# one\nKEY: A\nTEXT: eins\n", self.read("de.lang.txt"))
+        self.assertEqual(self.read("de.lang.txt.0.new"), "somebody's")
+        self.assertEqual(len(list(self.work.iterdir())), 4)
+        os.chmod(self.work / "de.lang.txt", 0o440)
+        self.write("en.lang.txt", language("en", {"A": "two"}))
+        self.assertIn("read-only", self.run_tool("merge", "--in-place", "--folder", ".", code=2))
+        os.mkfifo(self.work / "pipe")
+        with subprocess.Popen(["cat", "pipe"], cwd=self.work, stdout=subprocess.PIPE) as reader:
+            self.run_tool("export", "--folder", ".", "--lang", "de", "-o", "pipe")
+            self.assertIn(b'msgctxt "A"', reader.communicate()[0])
+        self.assertTrue((self.work / "pipe").is_fifo())
+        os.symlink("/dev/full", self.work / "full")
+        self.assertIn("cannot write", self.run_tool("export", "--folder", ".", "--lang", "de", "-o", "full", "--force", code=2))
+        self.assertTrue(pathlib.Path("/dev/full").is_char_device())
+        with open("/dev/full", "wb") as full:
+            self.assertEqual(subprocess.run([PROGRAM, "stats", "--folder", "."], cwd=self.work, stdout=full, check=False,
+                                            stderr=subprocess.DEVNULL).returncode, 2)
 
     def test_only_english_must_be_complete(self):
         german = {**ENGLISH, "LANGUAGE": "Deutsch", "CXT_MENU_HELP": None, "CXT_MENU_OPTIONS": "", "NEW": "neu"}
@@ -148,6 +205,8 @@ class InterlangTest(unittest.TestCase):
     def test_stats(self):
         self.write("en.lang.txt", language("en", {"LANGUAGE": "English", "A": "one two", "B": "b", "C": "c"}))
         self.write("ja.lang.txt", language("ja", {"LANGUAGE": "日本語", "A": "one two", "B": "", "D": "d"}))
+        self.assertIn("ja: 50 % are less than 51", self.run_both("stats", "--folder", ".", "--fail-under", "51", code=2)[1])
+        self.run_tool("stats", "--folder", ".", "--fail-under", "50")
         rows = json.loads(self.run_tool("stats", "--folder", ".", "--json"))["languages"]
         self.assertEqual(list(rows[1].values()), ["ja", "日本語", 50, 2, 1, 1, 1, 1])
         self.assertIn("ja    日本語       50 %         2/4", self.run_tool("stats", "--folder", "."))
@@ -160,7 +219,7 @@ class InterlangTest(unittest.TestCase):
         old = "# Obsolete: en has no such keys.\n\n" + heading + "KEY: OLD\nTEXT: alt\n\n"
         formatted = "// Kopf\n\n# x\n\n" + known + old
         self.assertEqual(self.run_tool("format", "de.lang.txt"), formatted)
-        merged = formatted.replace(heading + "# one", heading + "# &New\nKEY: NEW\nTEXT: \n\n# one")
+        merged = formatted.replace(heading + "# one", heading + "# &New\n#~ KEY: NEW\n#~ TEXT: \n\n# one")
         for _ in range(2):
             self.assertEqual(self.run_tool("merge", "--folder", ".", "--in-place"), "")
             self.assertEqual(self.read("de.lang.txt"), merged)
@@ -177,80 +236,11 @@ class InterlangTest(unittest.TestCase):
         self.run_tool("format", "en.lang.txt", "--in-place")
         self.assertEqual(self.texts("en.lang.txt"), before)
 
-    def test_exchange_loses_nothing(self):
-        self.write("en.lang.txt", language("en", {**ODD_TEXTS, "MISSING": "here", "NOT": "&there"}))
-        self.write("de.lang.txt", "# Kopf\n" + language("de", {**ODD_TEXTS, "OBSOLETE": "alt"}))
-        self.run_tool("format", "de.lang.txt", "--in-place")
-        for form, checks in (("po", [["msgfmt", "--check", "-o", "checked.mo"], ["pofilter", "--progress=none"],
-                                     ["msgcat", "--no-wrap", "-o", "again.po"], ["msgcat", "-w", "20", "-o", "narrow.po"]]),
-                             ("xliff", [["xmllint", "--noout"], ["xliff2po", "--progress=none"]])):
-            exported = f"de.{form}"
-            self.run_tool("export", "en.lang.txt", "de.lang.txt", "--lang", "de", "--to", form, "-o", exported)
-            for check in checks:
-                command = [*check, exported, *(["x.po"] if check[0] == "xliff2po" else [])]
-                if shutil.which(check[0]):
-                    finished = subprocess.run(command, cwd=self.work, capture_output=True, text=True, check=False)
-                    self.assertEqual((finished.returncode, "warning" in finished.stderr.lower()), (0, False), finished.stderr)
-            for source in [exported, *(p.name for p in self.work.glob("*.po") if form == "po")]:
-                shutil.copy(self.work / "de.lang.txt", self.work / "back.lang.txt")
-                self.assertIn("--force", self.run_tool("import", source, "-o", "back.lang.txt", code=2))
-                self.run_tool("import", source, "-o", "back.lang.txt", "--force")
-                self.assertEqual(self.texts("back.lang.txt"), self.texts("de.lang.txt"), source)
-                self.assertTrue(self.read("back.lang.txt").startswith("# Kopf\n"))
-
-    def test_imports_of_other_programs(self):
-        header = 'msgid ""\nmsgstr "Language: de\\nContent-Type: text/plain; charset=UTF-8\\n"\n\n'
-        body = '<xliff version="1.2"><file source-language="en" target-language="de"><body><group>%s</group></body></file></xliff>'
-        unit = '<trans-unit id="A"><source>a</source>%s</trans-unit>'
-        for content, result in (
-                (header + 'msgctxt "A"\nmsgid "a"\nmsgstr ""\n"x"\n"y"\n#, fuzzy\nmsgctxt "B"\nmsgid "b"\nmsgstr "z"\n',
-                 "# a\nKEY: A\nTEXT: xy\n"),
-                (header + 'msgctxt "A"\nmsgid "a"\nmsgid_plural "b"\nmsgstr[0] "x"', "line 6: not understood"),
-                (header + 'msgctxt "A"\nmsgid "a\nmsgstr "x"', "line 5: a string without its end"),
-                (header + 'msgid "a"\nmsgstr "x"', "without msgctxt"),
-                (header.replace("UTF-8", "ISO-8859-1"), "charset"),
-                (header + 'msgctxt "A"\nmsgid "a"\nmsgstr ""', "no translated texts"),
-                (body % (unit % "<target>x\r\ny&#x20AC;<![CDATA[<]]></target>"), "KEY: A\nTEXT: x\\ny€<\n"),
-                (body % (unit % "<target/>"), "no translated texts"),
-                (body % (unit % '<target state="final"/>'), "KEY: A\nTEXT: \n"),
-                (body % (unit % "<target>x<x id='1'/></target>"), "elements within a text"),
-                (body % (unit % "<target>x"), "line 1"), ("<tmx/>", "no XLIFF")):
-            with self.subTest(content):
-                self.write("in", content)
-                self.assertIn(result, self.run_tool("import", "in", code=0 if "KEY:" in result else 2))
-
-    def test_what_would_be_lost_is_refused(self):
-        self.write("en.lang.txt", language("en", {"A": "one"}))
-        two = language("de", {"A": "eins"}) + language("fr", {"A": "un"})
-        mac = language("de", {"A": "eins"}).replace("\n", "\r")
-        self.write("two.lang.txt", two)
-        self.write("mac.lang.txt", mac)
-        self.write("de.po", self.run_tool("export", "two.lang.txt", "--lang", "de", "--to", "po"))
-        self.assertIn("fr", self.run_tool("import", "de.po", "-o", "two.lang.txt", "--force", code=2))
-        self.run_tool("format", "--in-place", "mac.lang.txt", code=2)
-        self.assertEqual((self.read("two.lang.txt"), (self.work / "mac.lang.txt").read_bytes()), (two, mac.encode()))
-        with open("/dev/full", "wb") as full:
-            self.assertEqual(subprocess.run([PROGRAM, "stats"], cwd=self.work, stdout=full, check=False,
-                                            stderr=subprocess.DEVNULL).returncode, 2)
-
-    def test_files_that_came_back_from_other_programs(self):
-        self.write("en.lang.txt", language("en", {"A": "one", "B": "two"}))
-        self.write("de.lang.txt", language("de", {"A": "eins", "B": "zwei"}))
-        xliff = self.run_tool("export", "de.lang.txt", "--lang", "de", "--to", "xliff")
-        self.write("de.xlf", xliff.replace(">eins<", '>\n <mrk mtype="seg">eins</mrk>\n<')
-                   .replace('state="translated">zwei', 'state="needs-review-translation">zwei'))
-        imported = self.run_tool("import", "de.xlf")
-        self.assertIn("TEXT: eins\n", imported)
-        self.assertNotIn("zwei", imported)
-        po = self.run_tool("export", "de.lang.txt", "--lang", "de", "--to", "po")
-        self.write("de.po", po.replace('msgctxt "B"', '#, fuzzy\n#~ msgctxt "OLD"\n#~ msgid "x"\n#~ msgstr "y"\n\nmsgctxt "B"'))
-        self.assertIn("TEXT: zwei\n", self.run_tool("import", "de.po"))
-
     def test_new_language(self):
         self.write("en.lang.txt", "# Notes\n" + language("en", {"LANGUAGE": "English", "A": "one"}))
         self.run_tool("new", "fr", "--folder", ".", "-o", "fr.lang.txt")
         self.assertEqual(self.read("fr.lang.txt"), "# Notes\n\n" + "#" * 40 + "\nLANG: fr\n" + "#" * 40 + "\n\n# Localized "
-                         "language name\nKEY: LANGUAGE\nTEXT: \n\n# one\nKEY: A\nTEXT: \n\n")
+                         "language name\n#~ KEY: LANGUAGE\n#~ TEXT: \n\n# one\n#~ KEY: A\n#~ TEXT: \n\n")
         self.assertIn("already", self.run_tool("new", "fr", "--folder", ".", code=2))
 
     def test_show(self):

@@ -1,44 +1,20 @@
 #include "tools/interlang/language_files.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
-#include "foundation/stream/file_stream.h"
 #include "foundation/stream/memory_stream.h"
 #include "foundation/text/text.h"
 #include "lang/language_loader.h"
 #include "lang/loading_scope.h"
-#include "lang/read_observer.h"
 #include "platform/file.h"
+#include "tools/interlang/file_access.h"
+#include "tools/interlang/recorder.h"
 #include "tools/interlang/text.h"
 #include "tools/interlang/text_checks.h"
 
 namespace translators {
 namespace {
-
-class Recorder final : public owlkit::ReadObserver {
-  public:
-    Recorder(LanguageFile& file, std::size_t index) : file_(file), index_(index) {}
-
-    void opening(std::u16string_view line) override { file_.opening.emplace_back(line); }
-
-    void stored(const owlkit::StoredText& stored) override {
-        const std::u16string language(stored.language);
-        if (std::ranges::find(file_.languages, language) == file_.languages.end())
-            file_.languages.push_back(language);
-        Text text{std::u16string(stored.written), decoded(stored.written), index_, stored.line};
-        const auto [place, isNew] = file_.texts[language].try_emplace(std::u16string(stored.key));
-        if (!isNew)
-            file_.replaced.push_back({place->first, language, stored.line, place->second.line});
-        place->second = std::move(text);
-    }
-
-  private:
-    LanguageFile& file_;
-    std::size_t index_;
-};
 
 std::vector<std::uint32_t> invalidLines(std::string_view bytes) {
     std::vector<std::uint32_t> lines;
@@ -77,18 +53,18 @@ bool names(const LanguageFiles& files, std::u16string_view code) {
     return std::ranges::any_of(files.files(), [&](const LanguageFile& file) { return names(file, code); });
 }
 
-Reference referenceFrom(const LanguageFiles& files, const std::u16string& code) {
+std::optional<Reference> referenceFrom(const LanguageFiles& files, const std::u16string& code) {
     for (const LanguageFile& file : files.files()) {
         if (file.syntaxError && names(file, code))
-            throw Failure(utf8(file.path) + ':' + std::to_string(*file.syntaxError) +
-                          ": syntax error in the reference language; nothing can be compared with it");
+            throw Failure(utf8(file.path) + ':' + std::to_string(file.syntaxError->line) +
+                          ": syntax error in the reference language, with which all is compared: " +
+                          file.syntaxError->message);
     }
     const Texts* texts = files.texts(code);
-    if (texts == nullptr)
-        throw Failure("no texts in the reference language " + translators::quoted(code) +
-                      "; name their file with --reference-file");
+    if (texts == nullptr || texts->empty())
+        return std::nullopt;
     const LanguageFile& first = files.files()[texts->begin()->second.file];
-    return {code, *texts, first.path, first.opening};
+    return Reference{code, *texts, first.path, first.opening};
 }
 
 }  // namespace
@@ -100,32 +76,6 @@ std::vector<std::u16string> languageFilesOf(const std::u16string& folder) {
     for (std::u16string& path : paths)
         path.insert(0, folder);
     return paths;
-}
-
-std::string readBytes(const std::u16string& path) {
-    owlkit::FileStream file;
-    if (!file.open(path, owlkit::kOpenRead))
-        throw Failure("cannot open " + utf8(path));
-    std::string bytes(static_cast<std::size_t>(file.size()), '\0');
-    if (!bytes.empty() && file.read(bytes.data(), bytes.size()) != bytes.size())
-        throw Failure("cannot read " + utf8(path));
-    return bytes;
-}
-
-void writeBytes(const std::u16string& path, const std::string& bytes) {
-    const std::u16string fresh = path + u".new";
-    owlkit::FileStream file;
-    const bool done = file.open(fresh, owlkit::kCreateWrite) &&
-                      (bytes.empty() || file.write(bytes.data(), bytes.size()) == bytes.size()) &&
-                      file.flush();
-    file.close();
-    std::error_code error;
-    if (done)
-        std::filesystem::rename(fresh, path, error);
-    if (!done || error) {
-        platform::deleteFile(fresh);
-        throw Failure("cannot write " + utf8(path));
-    }
 }
 
 LanguageFiles::LanguageFiles(const std::vector<std::u16string>& paths) {
@@ -144,12 +94,16 @@ void LanguageFiles::read(const std::u16string& path) {
     owlkit::MemoryStream content(file.bytes.data(), file.bytes.size());
     const owlkit::LoadingScope loading(table_);
     std::uint32_t line = 0;
-    if (!table_.Parse(content, line, &recorder))
-        file.syntaxError = line;
+    if (table_.Parse(content, line, &recorder))
+        recorder.end();
+    else if (!file.syntaxError)
+        file.syntaxError = {line, "the rest cannot be read"};
     for (const auto& [language, texts] : file.texts) {
         for (const auto& [key, text] : texts)
             texts_[language].insert_or_assign(key, text);
     }
+    for (const std::u16string& language : file.languages)
+        texts_[language];
 }
 
 void LanguageFiles::setLanguages(std::u16string_view active, std::u16string_view primary) {
@@ -159,7 +113,12 @@ void LanguageFiles::setLanguages(std::u16string_view active, std::u16string_view
 
 std::vector<std::u16string> LanguageFiles::languages() const {
     std::vector<std::u16string> names;
-    table_.GetLanguages(names);
+    for (const LanguageFile& file : files_) {
+        for (const std::u16string& language : file.languages) {
+            if (std::ranges::find(names, language) == names.end())
+                names.push_back(language);
+        }
+    }
     return names;
 }
 
@@ -168,8 +127,8 @@ const Texts* LanguageFiles::texts(std::u16string_view language) const {
     return found == texts_.end() ? nullptr : &found->second;
 }
 
-Reference findReference(const LanguageFiles& files, const std::u16string& code, const std::u16string& file,
-                        const std::u16string& folder) {
+std::optional<Reference> findReference(const LanguageFiles& files, const std::u16string& code,
+                                       const std::u16string& file, const std::u16string& folder) {
     if (!file.empty())
         return referenceFrom(LanguageFiles({file}), code);
     if (names(files, code))
@@ -177,6 +136,14 @@ Reference findReference(const LanguageFiles& files, const std::u16string& code, 
     const std::u16string beside =
         files.files().empty() ? owlkit::withTrailingSeparator(folder) : folderOf(files.files().front().path);
     return referenceFrom(LanguageFiles(languageFilesOf(beside)), code);
+}
+
+bool isUntranslated(const Text& text, const Text& reference) {
+    return text.text.empty() && !text.meantEmpty && !reference.text.empty();
+}
+
+bool isChanged(const Text& text, const Text& reference) {
+    return text.source && decoded(*text.source) != reference.text;
 }
 
 }  // namespace translators

@@ -1,4 +1,5 @@
-// Language files with all that translators ask about their texts: where they stand and how they are written.
+// Language files with all that translators ask about their texts: where they stand, how they are written,
+// what they were translated from and what is noted about them.
 #pragma once
 
 #include <cstddef>
@@ -14,11 +15,16 @@ namespace translators {
 
 inline constexpr std::u16string_view kLanguageKey = u"LANGUAGE";  // its text is the language's own name
 
+// A text, or the place of one that is still to be translated.
 struct Text {
     std::u16string written;  // as in the file, escapes not decoded
     std::u16string text;
     std::size_t file = 0;    // index in LanguageFiles
     std::uint32_t line = 0;  // of the TEXT: record
+    // The comment above it: the reference text that it was translated from, as written, and the other lines.
+    std::optional<std::u16string> source;
+    std::vector<std::u16string> notes;
+    bool meantEmpty = false;  // marked as empty on purpose
 };
 using Texts = std::map<std::u16string, Text, std::less<>>;  // by key
 
@@ -30,22 +36,25 @@ struct ReplacedText {
     std::uint32_t formerLine;  // of the one that is lost
 };
 
+struct LineFault {
+    std::uint32_t line;
+    std::string message;
+};
+
 struct LanguageFile {
     std::u16string path;
     std::string bytes;
-    std::vector<std::u16string> opening;    // the lines before the first record
-    std::vector<std::u16string> languages;  // in the order of the file
-    std::map<std::u16string, Texts> texts;  // by language
+    std::vector<std::u16string> opening;           // the lines before the first record
+    std::vector<std::u16string> closing;           // comments below the last text
+    std::vector<std::u16string> languages;         // in the order of the file
+    std::map<std::u16string, Texts> texts;         // by language
+    std::map<std::u16string, Texts> untranslated;  // by language: the keys that are commented out
     std::vector<ReplacedText> replaced;
-    std::optional<std::uint32_t> syntaxError;  // the line at which reading stopped
-    std::vector<std::uint32_t> invalidLines;   // those that are not UTF-8; none in a file of UTF-16
+    std::optional<LineFault> syntaxError;     // where reading stopped, and why
+    std::vector<std::uint32_t> invalidLines;  // those that are not UTF-8; none in a file of UTF-16
+    std::vector<LineFault> oddContinuations;  // lines that continue a text and were hardly meant to
+    std::vector<LineFault> commentedTexts;    // texts in entries that are commented out
 };
-
-// The file's bytes. Throws Failure when it cannot be read whole.
-std::string readBytes(const std::u16string& path);
-// Creates the file, or replaces it once all was written beside it; throws Failure, and the old file is then
-// as it was.
-void writeBytes(const std::u16string& path, const std::string& bytes);
 
 // The paths of the folder's language files, in ascending order; `folder` is empty or ends in a separator.
 std::vector<std::u16string> languageFilesOf(const std::u16string& folder);
@@ -60,9 +69,9 @@ class LanguageFiles {
     // Makes `active` the language that the table looks up, and `primary` the one it falls back to.
     void setLanguages(std::u16string_view active, std::u16string_view primary);
 
-    // In the order in which they were first met.
+    // In the order in which they were first met, those included of which nothing is translated.
     std::vector<std::u16string> languages() const;
-    // The texts of a language from all files, later files first; null when no file has one.
+    // The texts of a language from all files, later files first; null when no file has the language.
     const Texts* texts(std::u16string_view language) const;
 
   private:
@@ -82,9 +91,15 @@ struct Reference {
 };
 
 // Looks for the texts of `code` in `file` if that is named, else in `files`, else in all language files
-// beside the first of them, or of `folder` where `files` are none. Throws Failure when there are none, or
-// when a file that names the language has a syntax error.
-Reference findReference(const LanguageFiles& files, const std::u16string& code, const std::u16string& file,
-                        const std::u16string& folder);
+// beside the first of them, or of `folder` where `files` are none. Nothing when there are none; throws
+// Failure when a file that names the language has a syntax error.
+std::optional<Reference> findReference(const LanguageFiles& files, const std::u16string& code,
+                                       const std::u16string& file, const std::u16string& folder);
+
+// Whether the text still has to be translated: it is empty without a mark, and the reference's is not.
+bool isUntranslated(const Text& text, const Text& reference);
+
+// Whether the reference text is another one now than when the text was translated.
+bool isChanged(const Text& text, const Text& reference);
 
 }  // namespace translators

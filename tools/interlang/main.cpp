@@ -96,9 +96,14 @@ class Program {
         CLI::App* check = add("check", "tell what is wrong with language files", runCheck, true);
         addJson(check, arguments_);
         addChecks(check, arguments_);
-        addJson(add("stats", "tell how far each language is translated", runStats, true), arguments_);
+        CLI::App* stats = add("stats", "tell how far each language is translated", runStats, true);
+        addJson(stats, arguments_);
+        stats
+            ->add_option("--fail-under", arguments_.failUnder, "exit with 2 if a language is translated less")
+            ->type_name("PERCENT")
+            ->check(CLI::Range(0, 100));
         addInPlace(add("format", "rewrite files in the layout of the program", runFormat, true));
-        addInPlace(add("merge", "format, and add the reference's new keys with empty texts", runMerge, true));
+        addInPlace(add("merge", "format, and add the reference's new keys as untranslated", runMerge, true));
         CLI::App* fill =
             add("fill", "copy a folder's files, missing and empty texts taken from the reference", runFill,
                 false);
@@ -114,16 +119,7 @@ class Program {
         fresh->add_option("--folder", arguments_.folder, "where the reference's file is")
             ->capture_default_str();
         addOutput(fresh, arguments_);
-        CLI::App* outgoing = add("export", "write a language as PO or XLIFF 1.2", runExport, true);
-        addLanguage(outgoing, arguments_)->required();
-        outgoing->add_option("--to", arguments_.format, "the format")
-            ->check(CLI::IsMember({"po", "xliff"}))
-            ->capture_default_str();
-        addOutput(outgoing, arguments_);
-        CLI::App* incoming = add("import", "make a language file from PO or XLIFF 1.2", runImport, false);
-        incoming->add_option("FILE", arguments_.files, "the PO or XLIFF file")->required()->expected(1);
-        addLanguage(incoming, arguments_);
-        addOutput(incoming, arguments_);
+        addExchange();
         addMenu(add("show", "show the menu as it will look", runShow, true), arguments_);
     }
 
@@ -148,6 +144,33 @@ class Program {
             addFiles(app, arguments_);
         addReference(app, arguments_);
         return app;
+    }
+
+    void addExchange() {
+        CLI::App* outgoing =
+            add("export", "write a language as PO or XLIFF 1.2, or a PO template", runExport, true);
+        CLI::Option* language = addLanguage(outgoing, arguments_);
+        outgoing->add_option("--to", arguments_.format, "the format")
+            ->check(CLI::IsMember({"po", "xliff", "pot"}))
+            ->capture_default_str();
+        outgoing->add_flag("--all", arguments_.all, "every language but the reference; -o names a folder")
+            ->excludes(language);
+        addOutput(outgoing, arguments_);
+        CLI::App* incoming =
+            add("import", "put translations from PO or XLIFF 1.2 into language files", runImport, false);
+        incoming->add_option("FILE", arguments_.files, "the PO or XLIFF file, or a folder of them")
+            ->required()
+            ->expected(1);
+        addLanguage(incoming, arguments_);
+        incoming->add_option("--folder", arguments_.folder, "the language files, when a folder is imported")
+            ->type_name("DIR")
+            ->capture_default_str();
+        incoming->add_option("-o,--output", arguments_.output, "the language file that is updated or made")
+            ->type_name("FILE");
+        incoming->add_flag("--replace", arguments_.replace,
+                           "drop the texts that do not come in; without it they are kept");
+        incoming->add_flag("--strict", arguments_.strict, "write nothing where there is a warning");
+        incoming->add_flag("--force", arguments_.force, "add the language to a file that has others only");
     }
 
     void addInPlace(CLI::App* command) {

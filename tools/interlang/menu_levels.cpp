@@ -1,6 +1,6 @@
 #include "tools/interlang/menu_levels.h"
 
-#include "foundation/process/elevation.h"
+#include "tools/interlang/letter_case.h"
 
 namespace translators {
 namespace {
@@ -61,60 +61,43 @@ const std::vector<MenuCase>& distinctCases() {
 
 void appendLevels(const std::vector<MenuEntry>& keys, const std::vector<MenuEntry>& texts,
                   std::vector<MenuLevel>& levels) {
-    const std::size_t own = levels.size();
-    levels.emplace_back();
+    const std::size_t own = levels.size() - 1;
     for (std::size_t i = 0; i < keys.size(); ++i) {
         if (keys[i].isSeparator())
             continue;
         // A postfix stands behind the key after a blank.
-        levels[own].push_back({keys[i].text.substr(0, keys[i].text.find(u' ')), texts[i].text});
-        if (keys[i].submenu)
-            appendLevels(keys[i].children, texts[i].children, levels);
+        const std::size_t blank = keys[i].text.find(u' ');
+        const std::u16string key = keys[i].text.substr(0, blank);
+        const std::u16string postfix =
+            blank == std::u16string::npos ? std::u16string() : keys[i].text.substr(blank + 1);
+        levels[own].entries.push_back({key, texts[i].text, postfix, keys[i].offset});
+        if (!keys[i].submenu)
+            continue;
+        levels.push_back({levels[own].kind, key, {}});
+        appendLevels(keys[i].children, texts[i].children, levels);
     }
-}
-
-void collectKeys(const std::vector<MenuEntry>& entries, std::set<std::u16string>& keys) {
-    for (const MenuEntry& entry : entries) {
-        const std::size_t blank = entry.text.find(u' ');
-        keys.insert(entry.text.substr(0, blank));
-        if (blank != std::u16string::npos)  // a postfix
-            keys.insert(entry.text.substr(blank + 1));
-        collectKeys(entry.children, keys);
-    }
-    keys.erase(std::u16string(nmshell::kSeparatorText));
-    keys.erase(u"");  // of an entry without a text
-}
-
-// Lower case for the letters of the alphabets that have one.
-char16_t lower(char16_t unit) {
-    const auto in = [unit](char16_t first, char16_t last) { return unit >= first && unit <= last; };
-    if (in(u'A', u'Z') || (in(0xC0, 0xDE) && unit != 0xD7) || in(0x391, 0x3AB) || in(0x410, 0x42F))
-        return static_cast<char16_t>(unit + 32);
-    if (in(0x400, 0x40F))
-        return static_cast<char16_t>(unit + 80);
-    if (in(0x531, 0x556))
-        return static_cast<char16_t>(unit + 48);
-    const bool oddIsUpper = in(0x139, 0x148) || in(0x179, 0x17E);
-    const bool evenIsUpper = in(0x100, 0x137) || in(0x14A, 0x177) || in(0x460, 0x52F) || in(0x1E00, 0x1EFF);
-    return (oddIsUpper && unit % 2 == 1) || (evenIsUpper && unit % 2 == 0) ? static_cast<char16_t>(unit + 1)
-                                                                           : unit;
 }
 
 }  // namespace
 
 std::vector<MenuLevel> menuLevels(const owlkit::interlang& texts) {
     std::vector<MenuLevel> levels;
-    for (const MenuCase& menu : distinctCases())
+    for (const MenuCase& menu : distinctCases()) {
+        levels.push_back({menu.selection.kind, {}, {}});
         appendLevels(keyMenu(menu), nmshell::buildMenu(menu.selection, menu.facts, texts), levels);
+    }
     return levels;
 }
 
 std::set<std::u16string> programKeys() {
     std::set<std::u16string> keys;
-    for (const MenuCase& menu : distinctCases())
-        collectKeys(keyMenu(menu), keys);
+    for (const MenuLevel& level : menuLevels(owlkit::interlang())) {
+        for (const LevelEntry& entry : level.entries)
+            keys.insert({entry.key, entry.postfixKey});
+    }
     for (std::uint32_t offset = 0; offset < nmshell::kCommandCount; ++offset)
         keys.emplace(nmshell::command(offset).helpKey);
+    keys.erase(u"");  // of an entry without a text or without a postfix
     return keys;
 }
 
@@ -122,7 +105,7 @@ char16_t accelerator(std::u16string_view text) {
     char16_t found = 0;
     for (std::size_t at = text.find(u'&'); at != std::u16string_view::npos; at = text.find(u'&', at + 2)) {
         if (at + 1 < text.size() && text[at + 1] != u'&' && text[at + 1] > 32)
-            found = lower(text[at + 1]);
+            found = lowerCase(text[at + 1]);
     }
     return found;
 }

@@ -15,8 +15,15 @@ struct LevelEntry {
     std::u16string key;
     // As the menu shows it, the product's name put in and a postfix appended.
     std::u16string text;
+    std::u16string postfixKey;  // of the postfix, if there is one
+    std::uint32_t offset;       // of the command; nmshell::kNoCommand for a submenu
 };
-using MenuLevel = std::vector<LevelEntry>;  // without separators
+
+struct MenuLevel {
+    nmshell::SelectionKind kind;
+    std::u16string parentKey;         // of the entry that opens it; empty for the menu itself
+    std::vector<LevelEntry> entries;  // without separators
+};
 
 // Every level of every menu, built from `texts` in its active language; menus that take the same keys count
 // once.

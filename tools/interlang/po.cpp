@@ -1,5 +1,7 @@
 // The PO format of GNU gettext, as far as menu texts need it: no plural forms.
 #include <algorithm>
+#include <charconv>
+#include <memory>
 #include <utility>
 
 #include "foundation/text/text.h"
@@ -10,7 +12,8 @@
 namespace translators {
 namespace {
 
-constexpr std::string_view kEmptyMark = "#. The text is empty.";
+constexpr std::string_view kEmptyComment = "The text is empty.";
+constexpr std::string_view kSpecialComments = ",:.~|";  // behind the #
 constexpr std::string_view kEscapeLetters = "abfnrtv\\\"";
 constexpr std::string_view kEscapedUnits = "\a\b\f\n\r\t\v\\\"";
 
@@ -31,24 +34,42 @@ std::string quotedString(std::string_view text) {
     return lines + "\"\n";
 }
 
-std::string header(const Exchange& exchange, const std::string& date) {
-    return "msgid \"\"\nmsgstr " + quotedString(
-                                       "Project-Id-Version: menu texts\n"
-                                       "PO-Revision-Date: " +
-                                       date + "\n" +
-                                       "Last-Translator: none\n"
-                                       "Language-Team: none\n"
-                                       "Language: " +
-                                       exchange.language + "\n" +
-                                       "MIME-Version: 1.0\n"
-                                       "Content-Type: text/plain; charset=UTF-8\n"
-                                       "Content-Transfer-Encoding: 8bit\n"
-                                       "X-Source-Language: " +
-                                       exchange.source + "\n");
+std::string header(const Exchange& exchange) {
+    std::string text = std::string("Project-Id-Version: nmshell ") + NMSHELL_VERSION + '\n';
+    const auto field = [&](std::string_view name) {
+        const auto found =
+            std::ranges::find(exchange.fields, name, [](const auto& entry) { return entry.first; });
+        text += std::string(name) + ": " + (found == exchange.fields.end() ? "" : found->second) + '\n';
+    };
+    field("Report-Msgid-Bugs-To");
+    text += (exchange.language.empty() ? "POT-Creation-Date: " : "PO-Revision-Date: ") + exchange.date + '\n';
+    field("Last-Translator");
+    field("Language-Team");
+    text += "Language: " + exchange.language +
+            "\nMIME-Version: 1.0\n"
+            "Content-Type: text/plain; charset=UTF-8\n"
+            "Content-Transfer-Encoding: 8bit\n"
+            "X-Source-Language: " +
+            exchange.source + '\n';
+    return "msgid \"\"\nmsgstr " + quotedString(text);
+}
+
+// A line of notes as a comment, from which noteOf makes the same again.
+std::string noteComment(const std::string& note) {
+    const bool plain = note.starts_with('#') &&
+                       (note.size() == 1 || kSpecialComments.find(note[1]) == std::string_view::npos);
+    return note.empty() ? "#" : plain ? note : "# " + note;
+}
+
+std::string noteOf(std::string_view comment) {
+    if (comment == "#")
+        return {};
+    return std::string(comment.substr(comment.starts_with("# //") ? 2 : 0));
 }
 
 struct Entry {
     std::optional<std::string> context, id, text;
+    std::vector<std::string> notes;
     bool fuzzy = false;
     bool empty = false;  // marked as empty, not missing
 };
@@ -56,8 +77,6 @@ struct Entry {
 class Reader {
   public:
     Exchange read(std::string_view bytes) {
-        if (bytes.starts_with("\xEF\xBB\xBF"))
-            bytes.remove_prefix(3);
         for (; !bytes.empty(); ++number_) {
             const std::size_t length = std::min(bytes.find('\n'), bytes.size() - 1) + 1;
             if (!isUtf8(bytes.substr(0, length)))
@@ -84,8 +103,7 @@ class Reader {
         if (text.starts_with('#')) {
             if (entry_.text)
                 finish();
-            entry_.fuzzy |= text.starts_with("#,") && text.find("fuzzy") != std::string_view::npos;
-            entry_.empty |= text == kEmptyMark;
+            comment(text);
         } else if (text.starts_with('"')) {
             if (field_ == nullptr)
                 fail("a string that belongs to nothing");
@@ -94,6 +112,16 @@ class Reader {
                    !keyword(text, "msgstr", entry_.text)) {
             fail("not understood");
         }
+    }
+
+    void comment(std::string_view text) {
+        const bool special = text.size() > 1 && kSpecialComments.find(text[1]) != std::string_view::npos;
+        if (text.starts_with("#,") && text.find("fuzzy") != std::string_view::npos)
+            entry_.fuzzy = true;
+        else if (owlkit::trim(text.substr(special ? 2 : 1)) == kEmptyComment)
+            entry_.empty = true;
+        else if (!special)
+            entry_.notes.push_back(noteOf(text));
     }
 
     bool keyword(std::string_view text, std::string_view name, std::optional<std::string>& field) {
@@ -111,22 +139,40 @@ class Reader {
         return true;
     }
 
+    // One string or several.
     void appendString(std::string_view text) {
-        if (text.size() < 2 || !text.ends_with('"'))
-            fail("a string without its end");
-        text = text.substr(1, text.size() - 2);
-        for (std::size_t at = 0; at < text.size(); ++at) {
-            if (text[at] == '"')
+        while (!text.empty()) {
+            if (!text.starts_with('"'))
                 fail("a quote within a string");
-            if (text[at] != '\\') {
-                *field_ += text[at];
-                continue;
-            }
-            const auto place = ++at < text.size() ? kEscapeLetters.find(text[at]) : std::string_view::npos;
-            if (place == std::string_view::npos)
-                fail("an escape that is not understood");
-            *field_ += kEscapedUnits[place];
+            std::size_t at = 1;
+            while (at < text.size() && text[at] != '"')
+                *field_ += text[at] == '\\' ? escape(text, at) : text[at++];
+            if (at >= text.size())
+                fail("a string without its end");
+            text = owlkit::trimLeft(text.substr(at + 1));
         }
+    }
+
+    // The byte of the escape at `at`, which moves behind it: a letter, up to two hexadecimal digits after an
+    // x, or up to three octal ones.
+    char escape(std::string_view text, std::size_t& at) {
+        const auto first = text.begin() + static_cast<std::ptrdiff_t>(std::min(at + 1, text.size()));
+        const bool isHex = first != text.end() && *first == 'x';
+        const auto digits = first + (isHex ? 1 : 0);
+        const auto limit = std::min<std::ptrdiff_t>(isHex ? 2 : 3, text.end() - digits);
+        unsigned value = 0;
+        const auto end =
+            std::from_chars(std::to_address(digits), std::to_address(digits + limit), value, isHex ? 16 : 8)
+                .ptr;
+        if (end != std::to_address(digits)) {
+            at = static_cast<std::size_t>(end - text.data());
+            return static_cast<char>(value);
+        }
+        const auto place = first == text.end() ? std::string_view::npos : kEscapeLetters.find(*first);
+        if (place == std::string_view::npos)
+            fail("an escape that is not understood");
+        at += 2;
+        return kEscapedUnits[place];
     }
 
     // Puts the entry away and begins the next.
@@ -146,8 +192,16 @@ class Reader {
     }
 
     void addUnit(const Entry& entry) {
-        Unit unit{*entry.context, *entry.id, {}};
-        if (!entry.fuzzy && (entry.empty || !entry.text->empty()))
+        for (const std::string* text : {&*entry.context, &*entry.id, &*entry.text}) {
+            if (!isUtf8(*text))
+                fail("escapes that give no UTF-8 above");
+        }
+        Unit unit;
+        unit.key = *entry.context;
+        unit.source = *entry.id;
+        unit.notes = entry.notes;
+        unit.fuzzy = entry.fuzzy;
+        if (entry.empty || !entry.text->empty())
             unit.target = *entry.text;
         exchange_.units.push_back(std::move(unit));
     }
@@ -155,6 +209,10 @@ class Reader {
     void readHeader(const std::string& text) {
         exchange_.language = field(text, "\nLanguage:");
         exchange_.source = field(text, "\nX-Source-Language:");
+        for (const std::string_view name : kHeaderFields) {
+            if (std::string content = field(text, '\n' + std::string(name) + ':'); !content.empty())
+                exchange_.fields.emplace_back(name, std::move(content));
+        }
         const std::string type = owlkit::toLowerAscii(field(text, "\nContent-Type:"));
         if (type.find("charset=utf-8") == std::string::npos)
             fail("the charset is not UTF-8");
@@ -178,12 +236,20 @@ class Reader {
 
 }  // namespace
 
-std::string writePo(const Exchange& exchange, const std::string& date) {
-    std::string bytes = header(exchange, date);
+std::string writePo(const Exchange& exchange) {
+    std::string bytes = header(exchange);
     for (const Unit& unit : exchange.units) {
         bytes += '\n';
+        for (const std::string& note : unit.notes)
+            bytes += noteComment(note) + '\n';
         if (unit.target && unit.target->empty())
-            bytes.append(kEmptyMark).append("\n");
+            bytes.append("# ").append(kEmptyComment).append("\n");
+        for (const std::string& hint : unit.hints)
+            bytes += "#. " + hint + '\n';
+        if (unit.fuzzy)
+            bytes += "#, fuzzy\n";
+        if (unit.previous)
+            bytes += owlkit::replaceAll("#| msgid " + quotedString(*unit.previous), "\n\"", "\n#| \"");
         bytes += "msgctxt " + quotedString(unit.key) + "msgid " + quotedString(unit.source) + "msgstr " +
                  quotedString(unit.target.value_or(""));
     }

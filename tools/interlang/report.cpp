@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/interlang/text.h"
+#include "tools/interlang/text_checks.h"
 
 namespace translators {
 namespace {
@@ -30,18 +31,6 @@ std::string line(const Finding& finding) {
 
 std::string counted(std::size_t count, const char* noun) {
     return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
-}
-
-// How many columns the text takes in a terminal; the wide characters of East Asia take two.
-std::size_t columns(std::u16string_view text) {
-    std::size_t count = 0;
-    for (const char16_t unit : text) {
-        const bool nothing = (unit >= 0xDC00 && unit <= 0xDFFF) || (unit >= 0x300 && unit <= 0x36F);
-        const bool wide = (unit >= 0x1100 && unit <= 0x115F) || (unit >= 0x2E80 && unit <= 0xA4CF) ||
-                          (unit >= 0xAC00 && unit <= 0xD7A3) || (unit >= 0xFF00 && unit <= 0xFF60);
-        count += nothing ? 0u : wide ? 2u : 1u;
-    }
-    return count;
 }
 
 // How far the languages are that are not translated whole.

@@ -1,50 +1,55 @@
 // XLIFF 1.2.
 #include <algorithm>
-#include <boost/property_tree/ptree.hpp>
-#include <boost/property_tree/xml_parser.hpp>
-#include <sstream>
 
 #include "foundation/text/text.h"
 #include "tools/interlang/exchange.h"
 #include "tools/interlang/text.h"
-#include "tools/interlang/text_checks.h"
+#include "tools/interlang/xml.h"
 
 namespace translators {
 namespace {
 
-using Tree = boost::property_tree::ptree;
-
+constexpr std::string_view kNamespaces[] = {"", "urn:oasis:names:tc:xliff:document:1.1",
+                                            "urn:oasis:names:tc:xliff:document:1.2"};
 constexpr const char* kFinalStates[] = {"final", "signed-off", "translated"};
+constexpr const char* kNeedsReview = "needs-review-translation";
 
-Tree unitToTree(const Unit& unit) {
-    Tree tree;
-    tree.put("<xmlattr>.id", unit.key);
-    tree.put("<xmlattr>.resname", unit.key);
-    tree.put("<xmlattr>.xml:space", "preserve");
-    if (unit.target)
-        tree.put("<xmlattr>.approved", "yes");  // without it, programs take the target for a guess
-    tree.put("source", unit.source);
-    if (unit.target) {
-        Tree& target = tree.put("target", *unit.target);
-        target.put("<xmlattr>.state", unit.target->empty() ? "final" : "translated");
+bool isXliff(std::string_view namespaceName) {
+    return std::ranges::find(kNamespaces, namespaceName) != std::end(kNamespaces);
+}
+
+std::string_view nameOf(const XmlNode& element) {
+    return localName(element, isXliff);
+}
+
+const XmlNode* child(const XmlNode& element, std::string_view name) {
+    for (const XmlNode* node = element.first_node(); node != nullptr; node = node->next_sibling()) {
+        if (node->type() == rapidxml::node_element && nameOf(*node) == name)
+            return node;
     }
-    return tree;
+    return nullptr;
 }
 
 // The text of an element, without the blanks around it, which are never written as they are. Programs may
-// wrap it, whole or in segments, in "mrk" elements. Parsers hand over each line break as one line feed, but
-// this one does not.
-std::string elementText(const Tree& tree, const std::string& key) {
-    std::string text = tree.data();
-    const bool wrapped = owlkit::trim(std::string_view(text)).empty();
-    for (const auto& [name, child] : tree) {
-        if (name == "<xmlattr>")
+// wrap it, whole or in segments, in "mrk" elements. Each line break counts as one line feed.
+std::string elementText(const XmlNode& element, const std::string& key) {
+    std::string own, wrapped;
+    bool hasElements = false;
+    for (const XmlNode* node = element.first_node(); node != nullptr; node = node->next_sibling()) {
+        if (node->type() != rapidxml::node_element) {
+            own.append(node->value(), node->value_size());
             continue;
-        if (name != "mrk" || !wrapped)
+        }
+        hasElements = true;
+        if (nameOf(*node) != "mrk")
             throw Failure("elements within a text cannot be taken: " + key);
-        text += elementText(child, key);
+        wrapped += elementText(*node, key);
     }
-    return owlkit::replaceAll(std::string(owlkit::trim(std::string_view(text))), "\r\n", "\n");
+    const std::string text(owlkit::trim(std::string_view(own)));
+    if (hasElements && !text.empty())
+        throw Failure("elements within a text cannot be taken: " + key);
+    const std::string lines = owlkit::replaceAll(hasElements ? wrapped : text, "\r\n", "\n");
+    return owlkit::replaceAll(lines, "\r", "\n");
 }
 
 // Whether a translator still has to look at a target in this state.
@@ -52,78 +57,129 @@ bool isUnfinished(const std::string& state) {
     return state == "new" || state.starts_with("needs-");
 }
 
-Unit treeToUnit(const Tree& tree) {
-    Unit unit{tree.get("<xmlattr>.resname", tree.get("<xmlattr>.id", "")), {}, {}};
+Unit toUnit(const XmlNode& element) {
+    Unit unit;
+    unit.key = attribute(element, "resname");
+    if (unit.key.empty())
+        unit.key = attribute(element, "id");
     if (unit.key.empty())
         throw Failure("a trans-unit without id");
-    if (const auto source = tree.get_child_optional("source"))
+    if (const XmlNode* source = child(element, "source"))
         unit.source = elementText(*source, unit.key);
-    if (const auto target = tree.get_child_optional("target")) {
+    if (const XmlNode* target = child(element, "target")) {
         std::string text = elementText(*target, unit.key);
-        const std::string state = target->get("<xmlattr>.state", "");
-        if (text.empty() ? std::ranges::find(kFinalStates, state) != std::end(kFinalStates)
-                         : !isUnfinished(state))
+        const std::string state = attribute(*target, "state");
+        unit.fuzzy = isUnfinished(state);
+        if (!text.empty() || std::ranges::find(kFinalStates, state) != std::end(kFinalStates))
             unit.target = std::move(text);
+    }
+    for (const XmlNode* node = element.first_node(); node != nullptr; node = node->next_sibling()) {
+        if (node->type() == rapidxml::node_element && nameOf(*node) == "note" &&
+            attribute(*node, "from").ends_with("translator"))
+            unit.notes.push_back(elementText(*node, unit.key));
     }
     return unit;
 }
 
-// Units may stand in groups.
-void collect(const Tree& tree, std::vector<Unit>& units) {
-    for (const auto& [name, child] : tree) {
-        if (name == "trans-unit")
-            units.push_back(treeToUnit(child));
-        else if (name == "body" || name == "group")
-            collect(child, units);
+class Reader {
+  public:
+    Exchange read(const XmlNode& root) {
+        if (nameOf(root) != "xliff")
+            throw Failure("no XLIFF 1.2");
+        for (const XmlNode* file = root.first_node(); file != nullptr; file = file->next_sibling()) {
+            if (file->type() == rapidxml::node_element && nameOf(*file) == "file")
+                readFile(*file);
+        }
+        return std::move(exchange_);
     }
+
+  private:
+    void readFile(const XmlNode& file) {
+        setLanguage(attribute(file, "target-language"));
+        exchange_.source = attribute(file, "source-language");
+        collect(file);
+    }
+
+    void setLanguage(const std::string& language) {
+        if (!exchange_.language.empty() && !language.empty() && language != exchange_.language)
+            throw Failure("several target languages");
+        if (!language.empty())
+            exchange_.language = language;
+    }
+
+    // Units may stand in groups.
+    void collect(const XmlNode& element) {
+        for (const XmlNode* node = element.first_node(); node != nullptr; node = node->next_sibling()) {
+            if (node->type() != rapidxml::node_element)
+                continue;
+            const std::string_view name = nameOf(*node);
+            if (name == "trans-unit")
+                addUnit(*node);
+            else if (name == "body" || name == "group")
+                collect(*node);
+        }
+    }
+
+    // What was PO before has its header as a unit.
+    void addUnit(const XmlNode& element) {
+        if (attribute(element, "restype") != "x-gettext-domain-header")
+            return exchange_.units.push_back(toUnit(element));
+        const XmlNode* target = child(element, "target");
+        const std::string header =
+            '\n' + (target == nullptr ? "" : elementText(*target, "the header")) + '\n';
+        if (const std::size_t at = header.find("\nLanguage:"); at != std::string::npos) {
+            const std::string_view line = std::string_view(header).substr(at + 10);
+            setLanguage(std::string(owlkit::trim(line.substr(0, line.find('\n')))));
+        }
+    }
+
+    Exchange exchange_;
+};
+
+std::string element(const std::string& start, std::string_view text) {
+    return "        <" + start + '>' + xmlEscaped(text) + "</" + start.substr(0, start.find(' ')) + ">\n";
+}
+
+std::string unitElement(const Unit& unit) {
+    const std::string key = xmlEscaped(unit.key);
+    std::string xml = "      <trans-unit id=\"" + key + "\" resname=\"" + key + "\" xml:space=\"preserve\"";
+    if (unit.target)  // without it, programs take the target for a guess
+        xml += unit.fuzzy ? " approved=\"no\"" : " approved=\"yes\"";
+    xml += ">\n" + element("source", unit.source);
+    if (unit.target) {
+        const std::string state = unit.fuzzy ? kNeedsReview : unit.target->empty() ? "final" : "translated";
+        xml += element("target state=\"" + state + '"', *unit.target);
+    }
+    for (const std::string& note : unit.notes)
+        xml += element("note from=\"translator\"", note);
+    for (const std::string& hint : unit.hints)
+        xml += element("note from=\"developer\"", hint);
+    if (unit.previous)
+        xml += element("note from=\"developer\"", "Translated from: " + *unit.previous);
+    return xml + "      </trans-unit>\n";
 }
 
 }  // namespace
 
 std::string writeXliff(const Exchange& exchange, const std::string& original) {
-    Tree file;
-    file.put("<xmlattr>.original", original);
-    file.put("<xmlattr>.source-language", exchange.source);
-    file.put("<xmlattr>.target-language", exchange.language);
-    file.put("<xmlattr>.datatype", "plaintext");
-    Tree& body = file.put_child("body", {});
+    std::string date = exchange.date;  // 2026-01-31 12:00+0000 as 2026-01-31T12:00:00Z
+    date.replace(date.find(' '), 1, "T").replace(date.find('+'), std::string::npos, ":00Z");
+    std::string xml =
+        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+        "<xliff version=\"1.2\" xmlns=\"urn:oasis:names:tc:xliff:document:1.2\">\n"
+        "  <file original=\"" +
+        xmlEscaped(original) + "\" source-language=\"" + xmlEscaped(exchange.source) + '"';
+    if (!exchange.language.empty())
+        xml += " target-language=\"" + xmlEscaped(exchange.language) + '"';
+    xml += " datatype=\"plaintext\" date=\"" + date + "\">\n    <body>\n";
     for (const Unit& unit : exchange.units)
-        body.add_child("trans-unit", unitToTree(unit));
-    Tree root;
-    root.put("xliff.<xmlattr>.version", "1.2");
-    root.put("xliff.<xmlattr>.xmlns", "urn:oasis:names:tc:xliff:document:1.2");
-    root.add_child("xliff.file", file);
-    std::ostringstream out;
-    boost::property_tree::write_xml(out, root,
-                                    boost::property_tree::xml_writer_make_settings<std::string>(' ', 2));
-    return out.str();
+        xml += unitElement(unit);
+    return xml + "    </body>\n  </file>\n</xliff>\n";
 }
 
 Exchange readXliff(const std::string& bytes) {
-    if (!isUtf8(bytes))
-        throw Failure("bytes that are not UTF-8");
-    Tree root;
-    try {
-        std::istringstream in(bytes);
-        boost::property_tree::read_xml(in, root, boost::property_tree::xml_parser::no_comments);
-    } catch (const boost::property_tree::xml_parser_error& error) {
-        throw Failure("line " + std::to_string(error.line()) + ": " + error.message());
-    }
-    const auto xliff = root.get_child_optional("xliff");
-    if (!xliff)
-        throw Failure("no XLIFF");
-    Exchange exchange;
-    for (const auto& [name, file] : *xliff) {
-        if (name != "file")
-            continue;
-        const std::string language = file.get("<xmlattr>.target-language", "");
-        if (!exchange.language.empty() && language != exchange.language)
-            throw Failure("several target languages");
-        exchange.language = language;
-        exchange.source = file.get("<xmlattr>.source-language", "");
-        collect(file, exchange.units);
-    }
-    return exchange;
+    const XmlDocument document(bytes);
+    return Reader().read(document.root());
 }
 
 }  // namespace translators

@@ -1,0 +1,202 @@
+// Any bytes read in all settings by any sequence of operations: a stream that holds its bytes in memory and
+// one that has to be asked for every one give the same, and nobody gets more than there is or was asked for.
+#include <algorithm>
+
+#include "foundation/stream/memory_stream.h"
+#include "fuzz/fuzz.h"
+
+using fuzz::require;
+using owlkit::ByteStream;
+
+namespace {
+
+constexpr std::uint32_t kRawLimit = 1000;
+
+// Reads without anything at hand beforehand.
+class PlainStream final : public ByteStream {
+  public:
+    explicit PlainStream(std::string bytes) : bytes_(std::move(bytes)) {}
+    bool isReadable() const override { return true; }
+    bool isWritable() const override { return false; }
+    std::size_t read(void* buffer, std::size_t count) override {
+        count = bytes_.copy(static_cast<char*>(buffer), count, at_);
+        at_ += count;
+        return count;
+    }
+    std::size_t write(const void*, std::size_t) override { return 0; }
+    std::int64_t size() const override { return static_cast<std::int64_t>(bytes_.size()); }
+    std::int64_t position() const override { return static_cast<std::int64_t>(at_); }
+    bool seek(std::int64_t offset, std::uint32_t origin) override {
+        const std::int64_t target = seekTarget(offset, origin);
+        if (target < 0)
+            return false;
+        at_ = static_cast<std::size_t>(target);
+        return true;
+    }
+    bool setSize(std::int64_t) override { return false; }
+
+  private:
+    std::string bytes_;
+    std::size_t at_ = 0;
+};
+
+struct Step {
+    int operation;
+    std::int64_t count;
+    std::uint32_t origin;
+};
+
+// What one step gives, as text and a number; the error's text if it throws.
+struct Outcome {
+    std::int64_t result = 0;
+    std::u16string wide;
+    std::string narrow;
+    std::string error;
+    bool operator==(const Outcome&) const = default;
+};
+
+template <class Value, class Read>
+void scalar(Outcome& outcome, Read read) {
+    Value value{};
+    outcome.result = static_cast<std::int64_t>(read(value));
+    if constexpr (!std::is_same_v<Value, long double>)  // which has bytes without a meaning
+        outcome.narrow.assign(reinterpret_cast<const char*>(&value), sizeof(value));
+}
+
+void readScalar(ByteStream& stream, std::int64_t kind, Outcome& outcome) {
+    const auto read16 = [&](auto& value) { return stream.readInt16(value); };
+    const auto read32 = [&](auto& value) { return stream.readInt32(value); };
+    const auto read64 = [&](auto& value) { return stream.readInt64(value); };
+    const auto readByte = [&](auto& value) { return stream.readByte(value); };
+    const auto unit16 = [&](auto& value) { return stream.readUnit16(value); };
+    const auto unit32 = [&](auto& value) { return stream.readUnit32(value); };
+    const auto floating = [&](auto& value) { return stream.readFloating(value); };
+    switch (kind & 15) {
+        case 0:
+            return scalar<int>(outcome, read32);
+        case 1:
+            return scalar<unsigned>(outcome, read32);
+        case 2:
+            return scalar<long>(outcome, read32);
+        case 3:
+            return scalar<unsigned long>(outcome, read32);
+        case 4:
+            return scalar<short>(outcome, read16);
+        case 5:
+            return scalar<unsigned short>(outcome, read16);
+        case 6:
+            return scalar<bool>(outcome, readByte);
+        case 7:
+            return scalar<char>(outcome, readByte);
+        case 8:
+            return scalar<char16_t>(outcome, unit16);
+        case 9:
+            return scalar<owlkit::Code16>(outcome, unit16);
+        case 10:
+            return scalar<char32_t>(outcome, unit32);
+        case 11:
+            return scalar<owlkit::Code32>(outcome, unit32);
+        case 12:
+            return scalar<unsigned long long>(outcome, read64);
+        case 13:
+            return scalar<float>(outcome, floating);
+        case 14:
+            return scalar<double>(outcome, floating);
+        default:
+            return scalar<long double>(outcome, floating);
+    }
+}
+
+// Copies some of the stream into another one.
+void copy(ByteStream& stream, std::int64_t count, Outcome& outcome) {
+    owlkit::MemoryStream target;
+    outcome.result = stream.readInto(target, count);
+    outcome.narrow = fuzz::view(target.data(), static_cast<std::size_t>(target.size()));
+}
+
+Outcome run(ByteStream& stream, const Step& step) {
+    Outcome outcome;
+    outcome.error = fuzz::error([&] {
+        switch (step.operation) {
+            case 0:
+                outcome.result = stream.readText(outcome.wide, step.count);
+                break;
+            case 1:
+                outcome.result = stream.readText(outcome.narrow, step.count);
+                break;
+            case 2:
+                outcome.result = static_cast<std::int64_t>(stream.readRaw(outcome.narrow, kRawLimit));
+                break;
+            case 3:
+                outcome.result = static_cast<std::int64_t>(stream.readRaw(outcome.wide, kRawLimit));
+                break;
+            case 4:
+                outcome.result = stream.seek(step.count, step.origin);
+                break;
+            case 5:
+                outcome.result = stream.skip(step.count);
+                break;
+            case 6:
+                outcome.result = stream.detectByteOrderMark();
+                break;
+            case 7:
+                outcome.result = stream.detectTextEncoding(static_cast<std::size_t>(step.count & 0xFF));
+                break;
+            case 8:
+                copy(stream, step.count, outcome);
+                break;
+            default:
+                readScalar(stream, step.count, outcome);
+        }
+    });
+    return outcome;
+}
+
+void requireLimits(const Step& step, const Outcome& outcome, std::int64_t before, const ByteStream& stream) {
+    const std::int64_t moved = stream.position() - before;
+    require(stream.position() >= 0 && stream.position() <= stream.size());
+    require(stream.remaining() == stream.size() - stream.position());
+    if (step.operation == 0 || step.operation == 1) {
+        require(step.count < 0 || outcome.result <= step.count);
+        require(outcome.result <= moved);
+        // One UTF-32 unit can be a pair.
+        require(static_cast<std::int64_t>(outcome.wide.size()) <= 2 * outcome.result);
+    } else if (step.operation == 2) {
+        require(outcome.error == (outcome.error.empty() ? "" : "read string size too large"));
+        require(outcome.narrow.size() <= kRawLimit);
+    } else if (step.operation == 5 || step.operation == 8) {
+        require(outcome.result == moved);
+        require(step.count < 0 ? stream.atEnd() : moved <= step.count);
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    FuzzedDataProvider input(data, size);
+    owlkit::MemoryStream settings;
+    settings.setTextEncoding(input.ConsumeIntegralInRange<std::uint32_t>(0, owlkit::kEncodingCharset + 1));
+    settings.setByteOrder(input.ConsumeIntegralInRange<std::uint32_t>(0, owlkit::kLittleEndian));
+    settings.setStringTerminator(input.ConsumeIntegralInRange<std::uint32_t>(0, owlkit::kCrLfAlias + 1));
+    settings.setCharset(input.ConsumeIntegralInRange<std::uint32_t>(0, owlkit::kCharsetDos850));
+    std::vector<Step> steps(input.ConsumeIntegralInRange<std::size_t>(1, 8));
+    for (Step& step : steps)
+        step = {input.ConsumeIntegralInRange(0, 9), input.ConsumeIntegralInRange(-8, 120),
+                input.ConsumeIntegralInRange<std::uint32_t>(0, 3)};
+    const std::string bytes = input.ConsumeRemainingBytesAsString();
+    owlkit::MemoryStream memory(bytes.data(), bytes.size(), false);
+    PlainStream plain(bytes);
+    memory.copySettings(settings);
+    plain.copySettings(settings);
+    for (const Step& step : steps) {
+        const std::int64_t before = memory.position();
+        const Outcome outcome = run(memory, step);
+        requireLimits(step, outcome, before, memory);
+        require(run(plain, step) == outcome);
+        require(plain.position() == memory.position());
+        require(plain.skipCheck() == memory.skipCheck());
+        require(plain.settingsCompatible(memory));
+    }
+    require(fuzz::error([&] { memory.write("x", 1); }) == "stream is not open for writing");
+    return 0;
+}

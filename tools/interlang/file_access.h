@@ -1,0 +1,27 @@
+// Files as bytes.
+#pragma once
+
+#include <string>
+
+namespace translators {
+
+bool fileExists(const std::u16string& path);
+
+// The file's bytes. Throws Failure when it cannot be read whole.
+std::string readBytes(const std::u16string& path);
+
+// Creates the file, or replaces it once all was written to a new one beside it, which takes over its mode,
+// owner and access list. A symbolic link is followed; what is no regular file is written to as it is. Where
+// the owner cannot be taken over, the old file is overwritten in place. Throws Failure; the old file is then
+// as it was, except in these two cases.
+void writeBytes(const std::u16string& path, const std::string& bytes);
+
+// The last change of the file in seconds since 1970, or 0.
+long long changeTime(const std::u16string& path);
+
+// The platform's part of writeBytes: gives `fresh` what `path` has of mode, owner and access list, and puts
+// it in its place. False when the owner cannot be taken over or the file not be replaced; both are as they
+// were.
+bool replaceFile(const std::u16string& path, const std::u16string& fresh);
+
+}  // namespace translators

@@ -1,0 +1,105 @@
+#include "tools/interlang/file_checks.h"
+
+#include <algorithm>
+
+#include "foundation/text/text.h"
+#include "platform/file.h"
+#include "tools/interlang/text.h"
+
+namespace translators {
+namespace {
+
+constexpr std::u16string_view kEnding = u".lang.txt";
+
+// "aar=aa": the longer code, and the shorter one if there is one.
+constexpr std::u16string_view kCodes[] = {
+#include "tools/interlang/language_codes.inc"
+};
+
+std::u16string_view longer(std::u16string_view row) {
+    return row.substr(0, 3);
+}
+
+std::u16string_view shorter(std::u16string_view row) {
+    return row.substr(4);
+}
+
+bool isCode(std::u16string_view code) {
+    return std::ranges::any_of(
+        kCodes, [&](std::u16string_view row) { return code == longer(row) || code == shorter(row); });
+}
+
+std::u16string_view primaryPart(std::u16string_view code) {
+    return code.substr(0, code.find_first_of(u"-_"));
+}
+
+std::u16string_view nameOf(std::u16string_view path) {
+    const std::u16string separators{u'/', platform::kPathSeparator};
+    return path.substr(path.find_last_of(separators) + 1);
+}
+
+}  // namespace
+
+std::string noTextsReason(std::string_view bytes) {
+    if (bytes.empty())
+        return "the file is empty";
+    const bool marked = bytes.starts_with("\xFE\xFF") || bytes.starts_with("\xFF\xFE");
+    if (bytes.find_first_not_of('\0') == std::string_view::npos)
+        return "nothing but zeros in it";
+    if (!marked && bytes.find('\0') != std::string_view::npos)
+        return "zeros in it; UTF-16 needs a byte-order mark";
+    if (bytes.find('\n') == std::string_view::npos && bytes.find('\r') != std::string_view::npos)
+        return "its lines end in CR; they must end in LF or CR LF";
+    if (!marked && bytes.find("TEXT:") == std::string_view::npos)
+        return "there is no TEXT: in it";
+    return {};
+}
+
+std::string languageCodeFault(std::u16string_view code) {
+    const std::u16string_view primary = primaryPart(code);
+    const std::u16string lower = owlkit::toLowerAscii(primary);
+    if (lower != primary && isCode(lower))
+        return "Windows reports " + utf8(lower) + ", in lower case";
+    for (const std::u16string_view row : kCodes) {
+        if (primary == longer(row) && !shorter(row).empty())
+            return "Windows reports " + utf8(shorter(row)) + ", the code of ISO 639-1";
+    }
+    if (!isCode(primary))
+        return utf8(primary) + " is no code of ISO 639";
+    return code.find(u'_') == std::u16string_view::npos ? "" : "parts of a code are separated by a hyphen";
+}
+
+std::string fileNameFault(const LanguageFile& file) {
+    std::u16string_view name = nameOf(file.path);
+    name = name.substr(0, name.find(u'.'));
+    const std::size_t start = name.find_first_not_of(u"0123456789");
+    if (start != std::u16string_view::npos && start > 0 && name[start] == u'-')
+        name.remove_prefix(start + 1);
+    if (file.languages.empty() || !isCode(primaryPart(name)) ||
+        std::ranges::find(file.languages, name) != file.languages.end())
+        return {};
+    return "named after " + utf8(name) + ", but there is " + utf8(file.languages.front()) + " in it";
+}
+
+bool isNeverRead(std::u16string_view path) {
+    const std::u16string_view name = nameOf(path);
+    return !name.ends_with(kEnding) || name.size() == kEnding.size();
+}
+
+std::vector<std::u16string> unreadFilesOf(const std::u16string& folder) {
+    std::vector<std::u16string> names, unread;
+    platform::listFolder(folder, names);
+    std::ranges::sort(names);
+    for (const std::u16string& name : names) {
+        const std::u16string lower = owlkit::toLowerAscii(name);
+        const std::u16string_view stem = std::u16string_view(lower).substr(0, lower.find(u'.'));
+        const bool meant = lower.ends_with(kEnding) || lower.ends_with(u".lang") ||
+                           lower.ends_with(u".lang.txt.txt") ||
+                           (isCode(primaryPart(stem)) && lower.ends_with(u".txt"));
+        if (meant && isNeverRead(name))
+            unread.push_back(folder + name);
+    }
+    return unread;
+}
+
+}  // namespace translators

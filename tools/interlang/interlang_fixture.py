@@ -1,0 +1,59 @@
+"""What the tests of the translators' program have in common."""
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+PROGRAM = pathlib.Path(sys.argv.pop(1)).resolve()
+
+# Every kind of code unit that some format cannot hold, as language files write it.
+ODD_TEXTS = {
+    "BACKSLASHES": r"C:\x5Cnew\x5C\x5Cdir\x5C", "PLAIN": r"C:\dir \\n x\ ", "CONTROL": r"\x01a\0\a\b\x1F\x7Fb\r\n\tc\x02",
+    "SURROGATES": r"\uD83D \uDE00\uDE00\uD83D \uD83D\uDE00", "BLANKS": r"\x20\x20 a  b\x20", "ONLY": r"\x20",
+    "BREAKS": r"\none\n\ntwo\r\nthree\n", "XML": "<a href=\"b\">&amp;'</a>]]>", "PO": r'"q" #, fuzzy \" %1',
+    "NONCHARACTERS": r"\uFEFFa\uFFFE\uFFFF\x85\u2028", "EMPTY": "", "odd key \\n <&\">": "x",
+}
+
+
+LANGS = pathlib.Path(__file__).resolve().parents[2] / "langs"
+# Complete: the program's own English texts.
+ENGLISH = dict(re.findall(r"^KEY: (.*)\nTEXT: (.*)$", next(LANGS.glob("*en.lang.txt")).read_text(encoding="utf-8"), re.M))
+
+
+def language(code, texts):
+    return f"LANG: {code}\n" + "".join(f"KEY: {key}\nTEXT: {text}\n" for key, text in texts.items())
+
+
+class InterlangTest(unittest.TestCase):
+    """Runs the program over temporary files."""
+
+    def setUp(self):
+        self.work = pathlib.Path(tempfile.mkdtemp(prefix="interlang-"))
+        self.addCleanup(shutil.rmtree, self.work)
+
+    def write(self, name, text):
+        (self.work / name).write_bytes(text if isinstance(text, bytes) else text.encode("utf-8"))
+
+    def read(self, name):
+        return (self.work / name).read_text(encoding="utf-8")
+
+    def run_both(self, *arguments, code=0):
+        """Standard output and error output; no code: any."""
+        finished = subprocess.run([PROGRAM, *arguments], cwd=self.work, capture_output=True, text=True, encoding="utf-8",
+                                  check=False)
+        self.assertEqual(finished.returncode, finished.returncode if code is None else code, finished.stdout + finished.stderr)
+        return finished.stdout, finished.stderr
+
+    def run_tool(self, *arguments, code=0):
+        out, errors = self.run_both(*arguments, code=code)
+        return out if code < 2 or out else errors
+
+    def texts(self, name):
+        """What the file holds, as the program itself exports it: key to target, None for a missing one."""
+        code = next(line[6:] for line in self.read(name).splitlines() if line.startswith("LANG: "))
+        exported = self.run_tool("export", name, "--lang", code, "--to", "xliff", "--reference-file", name, "--reference",
+                                 code)
+        return exported[exported.index("<body>"):]

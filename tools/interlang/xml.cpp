@@ -1,0 +1,144 @@
+#include "tools/interlang/xml.h"
+
+#include <algorithm>
+
+#include "foundation/text/text.h"
+#include "tools/interlang/text.h"
+#include "tools/interlang/text_checks.h"
+
+namespace translators {
+namespace {
+
+constexpr std::size_t kDepthLimit = 200;
+
+[[noreturn]] void fail(std::string_view text, std::size_t at, const std::string& what) {
+    const auto line = std::ranges::count(text.substr(0, at), '\n') + 1;
+    throw Failure("line " + std::to_string(line) + ": " + what);
+}
+
+// Behind the tag that begins at `at`; quoted values may hold what ends a tag.
+std::size_t endOfTag(std::string_view text, std::size_t at) {
+    char quote = 0;
+    for (; at < text.size(); ++at) {
+        if (quote != 0)
+            quote = text[at] == quote ? '\0' : quote;
+        else if (text[at] == '"' || text[at] == '\'')
+            quote = text[at];
+        else if (text[at] == '>')
+            return at + 1;
+    }
+    return text.size();
+}
+
+void checkNesting(std::string_view text) {
+    const auto behind = [&](std::string_view end, std::size_t from) {
+        return std::min(text.find(end, from), text.size() - end.size()) + end.size();
+    };
+    std::size_t depth = 0;
+    for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
+        const std::string_view rest = text.substr(at);
+        if (rest.starts_with("<!--")) {
+            at = behind("-->", at + 4);
+        } else if (rest.starts_with("<![CDATA[")) {
+            at = behind("]]>", at);
+        } else if (rest.starts_with("<?")) {
+            at = behind("?>", at);
+        } else if (rest.starts_with("<!")) {
+            fail(text, at, "a document type cannot be taken");
+        } else {
+            const std::size_t end = endOfTag(text, at);
+            if (rest.starts_with("</"))
+                depth -= depth > 0 ? 1 : 0;
+            else if (text[end - 2] != '/' && ++depth > kDepthLimit)
+                fail(text, at, "elements nested more than " + std::to_string(kDepthLimit) + " deep");
+            at = end;
+        }
+    }
+}
+
+void checkCharset(const rapidxml::xml_document<char>& document) {
+    const XmlNode* first = document.first_node();
+    if (first->type() != rapidxml::node_declaration)
+        return;
+    const std::string name = owlkit::toLowerAscii(attribute(*first, "encoding"));
+    if (!name.empty() && name != "utf-8" && name != "utf-16" && name != "us-ascii")
+        throw Failure("the charset is " + name + ", not UTF-8 or UTF-16");
+}
+
+std::string_view nameOf(const XmlNode& element) {
+    return {element.name(), element.name_size()};
+}
+
+// What `prefix` stands for at the element.
+std::string namespaceOf(const XmlNode* element, std::string_view prefix) {
+    const std::string name = prefix.empty() ? "xmlns" : "xmlns:" + std::string(prefix);
+    for (; element != nullptr; element = element->parent()) {
+        if (const auto* declaration = element->first_attribute(name.c_str()))
+            return {declaration->value(), declaration->value_size()};
+    }
+    return {};
+}
+
+}  // namespace
+
+XmlDocument::XmlDocument(std::string text) : text_(std::move(text)) {
+    const std::string original = text_;
+    if (!isUtf8(original))
+        throw Failure("bytes that are not UTF-8");
+    if (const std::size_t zero = original.find('\0'); zero != std::string::npos)
+        fail(original, zero, "a zero character");
+    checkNesting(original);
+    try {
+        document_.parse<rapidxml::parse_validate_closing_tags | rapidxml::parse_declaration_node>(
+            text_.data());
+    } catch (const rapidxml::parse_error& error) {
+        fail(original, static_cast<std::size_t>(error.where<char>() - text_.data()), error.what());
+    }
+    for (const XmlNode* node = document_.first_node(); node != nullptr; node = node->next_sibling()) {
+        if (root_ == nullptr && node->type() == rapidxml::node_element)
+            root_ = node;
+    }
+    if (root_ == nullptr)
+        throw Failure("no element in it");
+    checkCharset(document_);
+}
+
+std::string_view localName(const XmlNode& element, bool (*accepted)(std::string_view)) {
+    const std::string_view name = nameOf(element);
+    const std::size_t colon = name.find(':');
+    const bool hasPrefix = colon != std::string_view::npos;
+    const std::string space = namespaceOf(&element, hasPrefix ? name.substr(0, colon) : std::string_view());
+    if (!accepted(space))
+        return {};
+    return hasPrefix ? name.substr(colon + 1) : name;
+}
+
+std::string attribute(const XmlNode& element, const char* name) {
+    const auto* found = element.first_attribute(name);
+    return found == nullptr ? std::string() : std::string(found->value(), found->value_size());
+}
+
+std::string xmlEscaped(std::string_view text) {
+    std::string result;
+    for (const char unit : text) {
+        switch (unit) {
+            case '&':
+                result += "&amp;";
+                break;
+            case '<':
+                result += "&lt;";
+                break;
+            case '>':
+                result += "&gt;";
+                break;
+            case '"':
+                result += "&quot;";
+                break;
+            default:
+                result += unit;
+        }
+    }
+    return result;
+}
+
+}  // namespace translators

@@ -1,0 +1,36 @@
+// XML that may come from anywhere, read by RapidXML: what would overflow its recursion or be cut off by it is
+// refused beforehand.
+#pragma once
+
+#include <rapidxml/rapidxml.hpp>
+#include <string>
+#include <string_view>
+
+namespace translators {
+
+using XmlNode = rapidxml::xml_node<char>;
+
+class XmlDocument {
+  public:
+    // UTF-8. Throws Failure, with the line, for what is not well-formed, nested too deeply, has a document
+    // type, or says that it is in another charset.
+    explicit XmlDocument(std::string text);
+
+    const XmlNode& root() const { return *root_; }
+
+  private:
+    std::string text_;  // the nodes point into it
+    rapidxml::xml_document<char> document_;
+    const XmlNode* root_ = nullptr;
+};
+
+// The name without its prefix; empty where the element belongs to another namespace than `accepted` says.
+std::string_view localName(const XmlNode& element, bool (*accepted)(std::string_view namespaceName));
+
+// The attribute's value, or an empty one.
+std::string attribute(const XmlNode& element, const char* name);
+
+// With what XML gives a meaning as references.
+std::string xmlEscaped(std::string_view text);
+
+}  // namespace translators

@@ -324,6 +324,13 @@ TEST_F(RightClickWalk, OneFile) {
     walkThrough({"one file", SelectionKind::Files, {folder() + u"a file.txt"}});
 }
 
+TEST_F(RightClickWalk, LongSelection) {
+    walkThrough({"long selection",
+                 SelectionKind::Files,
+                 {u"/" + std::u16string(300, u'a'), u"D:\\b " + std::u16string(600, u'\u00DF'),
+                  u"E:\\" + std::u16string(250, u'\xD800')}});
+}
+
 TEST_F(RightClickWalk, OneDrive) {
     walkThrough({"one drive", SelectionKind::Drives, {u"D:\\"}});
 }

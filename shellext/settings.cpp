@@ -1,9 +1,9 @@
 #include "shellext/settings.h"
 
-#include <stdexcept>
 #include <utility>
 
 #include "shellext/identifiers.h"
+#include "shellext/settings_internal.h"
 
 namespace nmshell {
 namespace {
@@ -12,31 +12,13 @@ using owlkit::RegistryKey;
 using owlkit::RegistryMode;
 using owlkit::RegistryRoot;
 using owlkit::RegistryValueType;
+using owlkit::StoredValue;
 
-constexpr const char16_t* kEnabled = u"Enabled";
-constexpr const char16_t* kIcons = u"Icons";
-constexpr const char16_t* kLanguage = u"Language";
+constexpr std::size_t kUsualLanguage = 7;  // characters, NUL included; a longer one is asked for twice
 
-// What `question` answers, or `fallback` when it throws.
-template <class Answer, class Question>
-Answer answerOr(Answer fallback, Question question) {
-    try {
-        return question();
-    } catch (const std::exception&) {
-        return fallback;
-    }
-}
-
-template <class Write>
-bool writeIfApproved(Write write) {
-    return IsApproved() && answerOr(false, write);
-}
-
-bool writeFlag(const char16_t* name, bool flag) {
-    return writeIfApproved([&] {
-        return RegistryKey::writeDword(RegistryRoot::CurrentUser, std::u16string(kSettingsPath), name,
-                                       flag ? 1 : 0);
-    });
+bool isText(RegistryValueType type) {
+    return type == RegistryValueType::String || type == RegistryValueType::ExpandableString ||
+           type == RegistryValueType::MultiString;
 }
 
 }  // namespace
@@ -47,10 +29,17 @@ bool ShellSettings::opens() {
     return key_.state() != owlkit::KeyAccessState::Closed;
 }
 
+std::optional<StoredValue> ShellSettings::tryRead(const char16_t* name, void* buffer,
+                                                  std::uint32_t capacity) {
+    return opens() ? key_.tryRead(name, buffer, capacity) : std::nullopt;
+}
+
 bool ShellSettings::holdsZero(const char16_t* name) {
     return answerOr(false, [&] {
-        return opens() && key_.valueExists(name) && key_.valueType(name) == RegistryValueType::Dword &&
-               key_.readDword(name) == 0;
+        std::uint32_t number = 0;
+        const std::optional<StoredValue> value = tryRead(name, &number, sizeof number);
+        return value && value->type == RegistryValueType::Dword && value->size == sizeof number &&
+               number == 0;
     });
 }
 
@@ -64,16 +53,30 @@ bool ShellSettings::showIcons() {
 
 std::u16string ShellSettings::language() {
     return answerOr(std::u16string(), [&] {
-        const bool there =
-            opens() && key_.valueExists(kLanguage) && key_.valueType(kLanguage) == RegistryValueType::String;
-        return there ? key_.readString(kLanguage) : std::u16string();
+        std::u16string text(kUsualLanguage, u'\0');
+        const auto room = [&] { return static_cast<std::uint32_t>(text.size() * sizeof(char16_t)); };
+        std::optional<StoredValue> value = tryRead(kLanguage, text.data(), room());
+        if (value && value->size > room()) {
+            text.resize(value->size / sizeof(char16_t) + 1);
+            value = tryRead(kLanguage, text.data(), room());
+        }
+        const bool there = value && value->type == RegistryValueType::String && value->size <= room();
+        text.resize(there ? owlkit::storedText(text.data(), value->size).size() : 0);
+        return text;
     });
 }
 
 bool IsApproved() {
     return answerOr(false, [] {
-        return RegistryKey::readRawStringOr(RegistryRoot::LocalMachine, std::u16string(kApprovalPath),
-                                            std::u16string(kFileSystemClassId), {}) == kHandlerName;
+        RegistryKey key;
+        if (!key.open(RegistryRoot::LocalMachine, std::u16string(kApprovalPath), RegistryMode::ReadOnly))
+            return false;
+        // Room for the name, its NUL and an odd byte; what needs more is no approval.
+        char16_t text[kHandlerName.size() + 2];
+        const std::optional<StoredValue> value =
+            key.tryRead(std::u16string(kFileSystemClassId), text, sizeof text);
+        return value && isText(value->type) && value->size <= sizeof text &&
+               owlkit::storedText(text, value->size) == kHandlerName;
     });
 }
 
@@ -87,21 +90,6 @@ bool ShowIcons() {
 
 std::u16string GetLanguageSetting() {
     return ShellSettings().language();
-}
-
-bool SetShowIcons(bool show) {
-    return writeFlag(kIcons, show);
-}
-
-bool SetEnabled(bool enabled) {
-    return writeFlag(kEnabled, enabled);
-}
-
-bool SetLanguageSetting(const std::u16string& language) {
-    return writeIfApproved([&] {
-        return RegistryKey::writeString(RegistryRoot::CurrentUser, std::u16string(kSettingsPath), kLanguage,
-                                        language);
-    });
 }
 
 }  // namespace nmshell

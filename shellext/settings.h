@@ -3,6 +3,7 @@
 // unreadable has its default, and a writer that fails answers false.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "foundation/registry/registry_key.h"
@@ -22,6 +23,7 @@ class ShellSettings {
 
   private:
     bool opens();
+    std::optional<owlkit::StoredValue> tryRead(const char16_t* name, void* buffer, std::uint32_t capacity);
     bool holdsZero(const char16_t* name);
 
     owlkit::RegistryKey key_;

@@ -1,7 +1,9 @@
 #include "foundation/process/folders.h"
 
 #include <cstddef>
+#include <memory>
 #include <optional>
+#include <utility>
 
 #include "foundation/text/text.h"
 #include "platform/file.h"
@@ -14,14 +16,13 @@ namespace {
 
 constexpr std::size_t kPathBufferSize = 520;  // characters
 
-std::u16string& recordedApplicationFolder() {
-    static std::u16string folder;
-    return folder;
-}
+// None, or one that is not empty. Deliberately without a destructor: a DLL that records its folder forgets it
+// when it is unloaded, and at the end of the process nothing is freed.
+constinit std::u16string* recordedFolder = nullptr;
 
 std::u16string applicationFolder() {
-    if (!recordedApplicationFolder().empty())
-        return recordedApplicationFolder();
+    if (recordedFolder != nullptr)
+        return *recordedFolder;
     const std::u16string program = platform::moduleFileName(nullptr);
     const std::size_t separator = program.rfind(platform::kPathSeparator);
     return separator != std::u16string::npos ? program.substr(0, separator + 1) : std::u16string();
@@ -70,7 +71,8 @@ bool getFolder(std::uint32_t code, std::u16string& folder) {
 }
 
 void recordApplicationFolder(const std::u16string& folder) {
-    recordedApplicationFolder() = folder;
+    auto recorded = folder.empty() ? nullptr : std::make_unique<std::u16string>(folder);
+    delete std::exchange(recordedFolder, recorded.release());
 }
 
 }  // namespace owlkit

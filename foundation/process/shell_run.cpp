@@ -11,11 +11,11 @@
 namespace owlkit {
 namespace {
 
-constexpr std::uint32_t kBaseMask = platform::kMaskNoUi | platform::kMaskNoAsync;
+constexpr std::uint32_t kMask = platform::kMaskNoUi | platform::kMaskNoAsync;
 
 bool open(const std::u16string& target) {
     platform::ProcessHandle process;
-    return platform::shellExecuteEx({u"open", target, {}, kBaseMask, platform::kShowNormal}, process);
+    return platform::shellExecuteEx({u"open", target, {}, kMask, platform::kShowNormal}, process);
 }
 
 bool openFileOrUrl(const std::u16string& target) {
@@ -35,21 +35,6 @@ bool openMail(const std::u16string& target) {
 }
 
 }  // namespace
-
-std::int32_t runShell(const std::u16string& file, const std::u16string& parameters, bool wait) {
-    if (file.empty())
-        return -1;
-    const std::uint32_t mask = wait ? kBaseMask | platform::kMaskNoCloseProcess : kBaseMask;
-    platform::ProcessHandle process;
-    if (!platform::shellExecuteEx({u"open", file, parameters, mask, platform::kShowNormal}, process))
-        return -1;
-    if (process && wait) {
-        platform::waitForProcess(process, platform::kWaitForever);
-        if (std::uint32_t code = 0; platform::exitCodeProcess(process, code))
-            return static_cast<std::int32_t>(code);
-    }
-    return 0;
-}
 
 bool openWithShell(std::uint32_t kind, const std::u16string& target) {
     if (target.empty())

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,9 +38,8 @@ class RegistryKey {
     // RegCreateKeyExW: makes the key and missing parents, or opens it, with full access. An empty path is
     // deliberately an "invalid argument" here. On failure an open key stays open.
     bool create(RegistryRoot root, const std::u16string& path);
-    void close() noexcept;  // keeps the view
-    // A view that differs from the current one closes the key.
-    void setView(RegistryView view);
+    void close() noexcept;            // keeps the view
+    void setView(RegistryView view);  // one that differs from the current one closes the key
 
     // Whether the key can be opened for reading, for writing, in this object's view.
     bool exists(RegistryRoot root, const std::u16string& path) const;
@@ -55,12 +55,14 @@ class RegistryKey {
     // "not found" when there is no such value; the reads below answer the same.
     RegistryValueType valueType(const std::u16string& name) const;
     std::uint32_t valueSize(const std::u16string& name) const;  // bytes
+    // The value in one platform call and without an exception; nothing when that fails or no key is open.
+    std::optional<StoredValue> tryRead(const std::u16string& name, void* buffer,
+                                       std::uint32_t capacity) const;
 
     // Reads throw std::runtime_error "invalid type" for a value that cannot be turned into the wanted type.
     // From a dword or, if it fits ("range error"), from a qword.
     std::int32_t readDword(const std::u16string& name) const;
-    // From a qword, or from a dword, which is sign-extended.
-    std::int64_t readQword(const std::u16string& name) const;
+    std::int64_t readQword(const std::u16string& name) const;  // or from a dword, sign-extended
     // From any of the three text types, of which at most one final NUL is dropped and an odd last byte is
     // ignored, or from a number as signed decimal text.
     std::u16string readString(const std::u16string& name) const;
@@ -98,8 +100,8 @@ class RegistryKey {
 
     // One-call helpers on a key of their own, in the default view.
     // These answer `fallback` when the key does not open, the value is missing or the read throws.
-    // readStringOr reads as readExpandedString does, and in the first two cases
-    // expands `fallback` in the same way if it is shorter than 16384 code units.
+    // readStringOr reads as readExpandedString does; in the first two cases it expands a fallback below
+    // 16384 units.
     static std::u16string readStringOr(RegistryRoot root, const std::u16string& path,
                                        const std::u16string& name, const std::u16string& fallback);
     static std::u16string readRawStringOr(RegistryRoot root, const std::u16string& path,
@@ -133,8 +135,6 @@ class RegistryKey {
     std::uint32_t viewFlag() const;
     void requireOpen() const;
     void requireWritable() const;
-    template <class Number>
-    Number readNumber(const std::u16string& name) const;
     std::u16string readText(const std::u16string& name, RegistryValueType type) const;
     void writeText(const std::u16string& name, std::uint32_t type, const std::u16string& text);
     void writeData(const std::u16string& name, std::uint32_t type, const void* data, std::size_t size);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 namespace owlkit {
 
@@ -33,5 +34,19 @@ enum class RegistryValueType : std::int32_t {
     MultiString = 5,
     Binary = 6
 };
+
+// What there is to tell of a value whose bytes were asked for. Those that are more than there was room for
+// are not there, and the type is not told.
+struct StoredValue {
+    RegistryValueType type;
+    std::uint32_t size;  // bytes
+};
+
+// The text in the `size` bytes of a value of a text type: an odd last byte is ignored and at most one final
+// NUL dropped.
+inline std::u16string_view storedText(const char16_t* units, std::uint32_t size) {
+    const std::u16string_view text(units, size / sizeof(char16_t));
+    return text.substr(0, text.size() - (text.ends_with(u'\0') ? 1 : 0));
+}
 
 }  // namespace owlkit

@@ -19,11 +19,4 @@ std::u16string moduleFileName(void* module) {
     }
 }
 
-bool canLoadModule(const std::u16string& file) {
-    const HMODULE module = LoadLibraryW(wide(file));
-    if (module)
-        FreeLibrary(module);
-    return module != nullptr;
-}
-
 }  // namespace platform

@@ -58,10 +58,6 @@ std::uint32_t windowsDirectory(char16_t* buffer, std::uint32_t size) {
     return GetWindowsDirectoryW(wide(buffer), size);
 }
 
-void notifyAssociationsChanged() {
-    SHChangeNotify(SHCNE_ASSOCCHANGED, SHCNF_IDLIST, nullptr, nullptr);
-}
-
 // The locked memory and where its items are.
 struct DropList::Block {
     explicit Block(void* global) : handle(global) {

@@ -1,0 +1,26 @@
+// The registry contract's types as the calls want them.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/error.h"
+#include "platform/win32/win32_api.h"
+
+namespace platform {
+
+// DWORD is unsigned long, which is 32 bits wide here but another type than std::uint32_t.
+static_assert(sizeof(DWORD) == sizeof(std::uint32_t));
+
+inline DWORD* dword(std::uint32_t* number) {
+    return reinterpret_cast<DWORD*>(number);
+}
+
+inline HKEY handle(void* key) {
+    return static_cast<HKEY>(key);
+}
+
+inline ErrorCode code(LSTATUS status) {
+    return static_cast<ErrorCode>(status);
+}
+
+}  // namespace platform

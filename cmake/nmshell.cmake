@@ -11,6 +11,9 @@ add_library(nmshell_flags INTERFACE)
 target_include_directories(nmshell_flags INTERFACE "${PROJECT_SOURCE_DIR}")
 target_compile_options(nmshell_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wcast-qual)
+# No function static of ours is reached by two threads at its first use, and the guard around one brings a thread library
+# into the DLL that loses a thread-local slot and handles at every unloading.
+target_compile_options(nmshell_flags INTERFACE -fno-threadsafe-statics)
 if(NOT WIN32)
   # The SDK's interfaces have public non-virtual destructors, which no code calls.
   target_compile_options(nmshell_flags INTERFACE -Wnon-virtual-dtor)
@@ -36,6 +39,8 @@ if(WIN32)
   # Nothing may lie beside the DLL, so the runtime libraries are linked in.
   add_link_options(-static -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
   add_compile_options(-ffunction-sections -fdata-sections)
+  target_compile_options(nmshell_flags INTERFACE -fstack-protector-strong)
+  add_link_options(-fstack-protector-strong)
   add_link_options(-Wl,--gc-sections)
   # The same bytes whenever and wherever they are built: no time stamps, and no folders in what the debugger reads.
   add_link_options(-Wl,--no-insert-timestamp)

@@ -130,6 +130,11 @@ TEST_F(LanguageTest, IsServedThroughTheExports) {
     EXPECT_EQ(DllCanUnloadNow(), S_OK);
     EXPECT_EQ(initialize(enter(DLL_PROCESS_DETACH)), E_FAIL);
     EXPECT_EQ(host::userInterface().liveBitmaps, 0);
+    EXPECT_EQ(initialize(enter(DLL_PROCESS_ATTACH)), S_OK);
+    fault::resetCounts();
+    EXPECT_EQ(DllMain(nullptr, DLL_PROCESS_DETACH, this), TRUE);
+    EXPECT_EQ(fault::calls("*"), 0u) << "the process ends";
+    EXPECT_EQ(initialize(enter(DLL_THREAD_DETACH)), S_OK);
     makeFile("langs/bad.lang.txt", "TEXT: before any key\n");
     EXPECT_EQ(initialize(enter(DLL_PROCESS_ATTACH)), E_FAIL);
 }

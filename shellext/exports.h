@@ -10,5 +10,6 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* object);
 STDAPI DllCanUnloadNow();
 
 // Loads the languages on process attach and frees what is cached on detach, both only while the extension is
-// enabled. FALSE when that fails with an exception.
+// enabled. FALSE when that fails with an exception. Does nothing at the end of the process, which is a detach
+// with something `reserved`.
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved);

@@ -10,8 +10,25 @@ from wine_session import BIN, ROOT
 DLL = BIN / "nmshell.dll"
 SHIPPED = (DLL, *(BIN / f"{name}.exe" for name in ("interlang", "nmark", "nmshell-setup", "rightclick")))
 VERSION = re.search(r"project\(nmshell VERSION ([0-9.]+)", (ROOT / "CMakeLists.txt").read_text(encoding="utf-8")).group(1)
-SYSTEM_DLLS = {"advapi32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "shell32.dll", "shlwapi.dll",
-               "user32.dll"}
+# All that the extension calls, and what the startup code, memory and exceptions need of kernel32 and msvcrt. Who adds a name
+# has to know what a scanner will think of it.
+IMPORTS = {
+    "advapi32.dll": "GetTokenInformation OpenProcessToken RegCloseKey RegOpenKeyExW RegQueryValueExW",
+    "gdi32.dll": "DeleteObject",
+    "kernel32.dll": "CloseHandle CreateFileW DeleteFileW DeviceIoControl FindClose FindFirstFileW FindNextFileW FlsAlloc "
+                    "FlsFree FlsGetValue FlsSetValue FlushFileBuffers GetCPInfoExW GetCurrentDirectoryW GetCurrentProcess "
+                    "GetCurrentThreadId GetEnvironmentVariableW GetFileAttributesW GetFileSizeEx GetLastError "
+                    "GetLocaleInfoW GetModuleFileNameW GetTempPathW GetTickCount64 GetWindowsDirectoryW GlobalLock "
+                    "GlobalSize GlobalUnlock MultiByteToWideChar QueryPerformanceCounter RaiseException ReadFile "
+                    "RtlCaptureContext RtlLookupFunctionEntry RtlUnwindEx RtlVirtualUnwind SetEndOfFile SetFilePointerEx "
+                    "SetLastError Sleep VirtualProtect VirtualQuery WideCharToMultiByte WriteFile",
+    "msvcrt.dll": "__iob_func _amsg_exit _initterm _lock _unlock abort calloc free fwrite malloc memchr memcmp memcpy "
+                  "memmove memset realloc strcmp strlen strncmp vfprintf",
+    "ole32.dll": "ReleaseStgMedium",
+    "shell32.dll": "SHGetFolderPathW SHQueryRecycleBinW ShellExecuteExW ShellExecuteW",
+    "shlwapi.dll": "PathGetDriveNumberW",
+    "user32.dll": "CreateMenu DestroyMenu GetCursorPos GetSysColor GetSystemMetrics InsertMenuItemW LoadImageW",
+}
 
 
 class BinaryTest(unittest.TestCase):
@@ -23,16 +40,28 @@ class BinaryTest(unittest.TestCase):
         table = self.headers.split("[Ordinal/Name Pointer] Table", 1)[1].split("\n\n", 1)[0]
         self.assertEqual(re.findall(r"\[\s*\d+\]\s+(\S+)", table), ["DllCanUnloadNow", "DllGetClassObject"])
 
-    def test_needs_no_dll_but_the_system_s(self):
-        needed = {name.lower() for name in re.findall(r"DLL Name: (\S+)", self.headers)}
-        self.assertIn("kernel32.dll", needed)
-        self.assertLessEqual(needed, SYSTEM_DLLS)
+    def test_imports_what_it_calls_and_nothing_else(self):
+        found = {}
+        for dll, table in re.findall(r"DLL Name: (\S+)\n(.*?)\n\n", self.headers, re.S):
+            found[dll.lower()] = set(re.findall(r"^\t[0-9a-f]+\t\s*\d+\s+(\S+)", table, re.M))
+        for dll, names in IMPORTS.items():
+            self.assertEqual(found.pop(dll), set(names.split()), dll)
+        self.assertEqual(found, {})
 
     def test_is_a_hardened_64_bit_dll(self):
         self.assertIn("file format pei-x86-64", self.headers)
         flags = int(re.search(r"DllCharacteristics\s+([0-9a-f]+)", self.headers).group(1), 16)
         for name, bit in (("high entropy", 0x20), ("dynamic base", 0x40), ("no execute", 0x100)):
             self.assertTrue(flags & bit, name)
+        # No thread-local storage: the loader would have to find it for every thread.
+        self.assertRegex(self.headers, r"Entry 9 0{16} 0{8} Thread Storage")
+
+    def test_stacks_are_protected(self):
+        code = subprocess.run(["x86_64-w64-mingw32-objdump", "-d", "--no-show-raw-insn", DLL], capture_output=True,
+                              text=True, check=True).stdout
+        # The process ends at once with this reason, which many functions lead to.
+        failure = re.search(r"^ *([0-9a-f]+):\tmov +\$0x2,%ecx\n.*\tint +\$0x29", code, re.M)
+        self.assertGreater(len(re.findall(rf"\tcall +0x{failure.group(1)}\b", code)), 50)
 
 
 class ShippedTest(unittest.TestCase):

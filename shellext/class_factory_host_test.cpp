@@ -134,7 +134,7 @@ TEST_F(LanguageTest, IsServedThroughTheExports) {
     fault::resetCounts();
     EXPECT_EQ(DllMain(nullptr, DLL_PROCESS_DETACH, this), TRUE);
     EXPECT_EQ(fault::calls("*"), 0u) << "the process ends";
-    EXPECT_EQ(initialize(enter(DLL_THREAD_DETACH)), S_OK);
+    EXPECT_EQ(initialize(enter(DLL_THREAD_ATTACH)), S_OK);
     makeFile("langs/bad.lang.txt", "TEXT: before any key\n");
     EXPECT_EQ(initialize(enter(DLL_PROCESS_ATTACH)), E_FAIL);
 }

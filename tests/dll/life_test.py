@@ -6,6 +6,8 @@ from wine_session import BIN, WineTest, windows_path
 
 
 class LifeTest(WineTest):
+    patience = 1100  # a good minute on a machine that has nothing else to do
+
     def test_a_host_that_lives_on(self):
         # Two languages are enough: the files of all of them are most of what one load costs.
         for name in ("nmshell.dll", "nmshell-setup.exe", "langs/00-en.lang.txt", "langs/de.lang.txt"):

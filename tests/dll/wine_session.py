@@ -22,6 +22,7 @@ def windows_path(path):
 
 class WineTest(unittest.TestCase):
     """One prefix for each class of tests; `work` is an empty folder for each test."""
+    patience = 300  # seconds that one program may take
 
     @classmethod
     def setUpClass(cls):
@@ -68,7 +69,7 @@ class WineTest(unittest.TestCase):
         built = BIN / program
         with tempfile.TemporaryFile() as output, tempfile.TemporaryFile() as errors:
             finished = subprocess.run([ROOT / "scripts/wine-run.sh", built if built.exists() else program,
-                                       *map(str, arguments)], env={**cls.environment, **environment}, timeout=300,
+                                       *map(str, arguments)], env={**cls.environment, **environment}, timeout=cls.patience,
                                       stdin=subprocess.DEVNULL, stdout=output, stderr=errors, check=False)
             for name, file in (("stdout", output), ("stderr", errors)):
                 file.seek(0)

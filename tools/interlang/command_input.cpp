@@ -4,8 +4,10 @@
 #include <filesystem>
 
 #include "foundation/text/text.h"
+#include "platform/file.h"
 #include "tools/interlang/file_access.h"
 #include "tools/interlang/text.h"
+#include "tools/options/options.h"
 
 namespace translators {
 
@@ -20,8 +22,12 @@ void warn(const std::string& message) {
 
 std::vector<std::u16string> paths(const Arguments& arguments) {
     std::vector<std::u16string> result;
-    for (const std::string& file : arguments.files)
-        result.push_back(wide(file));
+    for (const std::string& file : arguments.files) {
+        const bool expand = platform::kPathSeparator == u'\\';  // elsewhere the shell has done it
+        for (const std::u16string& path :
+             expand ? options::expandWildcards(wide(file)) : std::vector{wide(file)})
+            result.push_back(path);
+    }
     if (!result.empty())
         return result;
     const std::u16string folder = owlkit::withTrailingSeparator(wide(arguments.folder));

@@ -1,5 +1,8 @@
 #include "tools/interlang/commands.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "foundation/text/text.h"
 #include "platform/terminal.h"
 #include "tools/interlang/command_input.h"
@@ -37,12 +40,10 @@ int rewrite(const Arguments& arguments, bool addMissing) {
 }  // namespace
 
 int runCheck(const Arguments& arguments) {
-    LanguageFiles files(paths(arguments));
+    const std::vector<std::u16string> named = paths(arguments);
+    LanguageFiles files(named);
     std::vector<std::u16string> unread;
-    for (const std::string& file : arguments.files) {
-        if (isNeverRead(wide(file)))
-            unread.push_back(wide(file));
-    }
+    std::ranges::copy_if(named, std::back_inserter(unread), isNeverRead);
     if (arguments.files.empty())
         unread = unreadFilesOf(owlkit::withTrailingSeparator(wide(arguments.folder)));
     const CheckResult result = check(files, reference(arguments, files), unread, arguments.checks);

@@ -252,11 +252,29 @@ class FilesTest(InterlangTest):
         self.assertIn("    _M_e  (grayed)", lines)
         self.assertIn("    A_b_out Nullmark", lines)
 
+    def test_documents_made_from_the_options(self):
+        man = self.run_tool("--man")
+        finished = subprocess.run(["groff", "-man", "-ww", "-Tutf8", "-P-cbou"], input=man, capture_output=True, text=True, check=True)
+        self.assertEqual(finished.stderr, "")
+        page = " ".join(finished.stdout.replace("\u2010\n", "").split())
+        for command in ("check", "stats", "format", "merge", "fill", "new", "export", "import", "show"):
+            for option in re.findall(r"--[a-z][a-z-]+", self.run_tool(command, "--help")):
+                self.assertIn(option, page, command)
+        self.write("completion", self.run_tool("--completion", "bash"))
+        for words, expected in (("interlang ch", "check"), ("interlang import --st", "--strict"), ("interlang --vers", "--version")):
+            script = f'. ./completion; COMP_WORDS=({words}); COMP_CWORD=$((${{#COMP_WORDS[@]}} - 1)); _interlang; echo "${{COMPREPLY[*]}}"'
+            self.assertEqual(subprocess.run(["bash", "-c", script], cwd=self.work, capture_output=True, text=True,
+                                            check=True).stdout, expected + "\n")
+
     def test_wrong_usage(self):
         for arguments in ((), ("check", "--nope"), ("show",), ("show", "--lang", "en", "--kind", "x"), ("import",)):
             with self.subTest(arguments):
-                finished = subprocess.run([PROGRAM, *arguments], capture_output=True, check=False)
-                self.assertGreaterEqual(finished.returncode, 100)
+                self.assertEqual(self.run_both(*arguments, code=2)[1].count("\n"), 1)
+        for arguments, meant in ((("chek",), "check"), (("check", "--jsn"), "--json"), (("export", "--language=de"), ""),
+                                 (("stats", "--fail-under", "101"), ""), (("zzzzzz",), "")):
+            errors = self.run_both(*arguments, code=2)[1]
+            self.assertEqual(f"(did you mean {meant}?)" in errors, bool(meant), errors)
+        self.assertRegex(self.run_tool("--version"), r"^interlang \d+\.\d+\.\d+\n$")
         self.assertIn("cannot open missing", self.run_tool("check", "missing", code=2))
         self.write("de.lang.txt", language("de", {"A": "x"}))
         self.assertIn("--reference-file", self.run_tool("check", "de.lang.txt", code=2))

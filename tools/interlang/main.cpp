@@ -1,16 +1,14 @@
 // interlang: the translators' program. It checks language files, counts what is translated, rewrites them,
 // exchanges them with the programs that translators use, and shows the menu they make.
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <optional>
 #include <string>
-#include <vector>
 
-#include "platform/command_line.h"
 #include "platform/terminal.h"
 #include "tools/interlang/commands.h"
-#include "tools/interlang/text.h"
+#include "tools/options/options.h"
 
 namespace translators {
 namespace {
@@ -18,8 +16,8 @@ namespace {
 using Command = int (*)(const Arguments&);
 
 constexpr const char* kExitCodes =
-    "Exit codes: 0 done or nothing found, 1 warnings only, 2 errors, or the command failed; wrong usage 100 "
-    "and above.";
+    "Exit codes: 0 done or nothing found, 1 warnings only, 2 errors, or the command failed or was used "
+    "wrongly.";
 
 void addFiles(CLI::App* command, Arguments& arguments) {
     command->add_option("FILES", arguments.files, "language files; none: those of the folder");
@@ -124,15 +122,8 @@ class Program {
     }
 
     int run() {
-        std::vector<std::string> items;
-        for (const std::u16string& item : platform::commandLineItems())
-            items.push_back(utf8(item));
-        std::reverse(items.begin(), items.end());  // the parser takes them off the end
-        try {
-            app_.parse(items);
-        } catch (const CLI::ParseError& error) {
-            return app_.exit(error);
-        }
+        if (const std::optional<int> code = options::parse(app_))
+            return *code;
         return command_(arguments_);
     }
 

@@ -6,8 +6,8 @@
 
 #include "foundation/text/text.h"
 #include "tools/interlang/comments.h"
-#include "tools/interlang/edit_distance.h"
 #include "tools/interlang/text.h"
+#include "tools/options/edit_distance.h"
 
 namespace translators {
 namespace {
@@ -27,7 +27,7 @@ std::u16string_view likelyRecord(std::u16string_view line) {
     for (const std::u16string_view record : kRecords) {
         const std::u16string_view name = record.substr(0, record.size() - 1);
         const std::u16string lower = owlkit::toLowerAscii(word), expected = owlkit::toLowerAscii(name);
-        if (hasColon ? editDistance<char16_t>(lower, expected) <= 1 : word == name)
+        if (hasColon ? options::editDistance<char16_t>(lower, expected) <= 1 : word == name)
             return record;
     }
     return hasColon && owlkit::toLowerAscii(word) == u"language" ? kRecords[1] : std::u16string_view();

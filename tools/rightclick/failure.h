@@ -13,7 +13,8 @@ enum ExitCode : int {
     kWrongUsage = 2,
     kMissingObject = 3,         // a file, folder, drive or DLL that was named is not there
     kExtensionUnavailable = 4,  // not registered, not approved or switched off
-    kPlatformFailure = 5,
+    kPlatformFailure = 5,       // or the output cannot be written
+    kRefused = 6,               // the extension does not do what was picked
 };
 
 // Ends the program with an exit code and one line of text (UTF-8).

@@ -2,13 +2,12 @@
 // it: the entries with their texts, identifiers, states and icons, what choosing one starts, its help text, a
 // picture of the menu.
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "platform/command_line.h"
+#include "tools/options/options.h"
 #include "tools/rightclick/client.h"
 #include "tools/rightclick/failure.h"
 #include "tools/rightclick/report.h"
@@ -21,7 +20,8 @@ namespace {
 constexpr const char* kExitCodes =
     "Exit codes: 0 done, 2 wrong usage, 3 a named object is missing, 4 the extension is not registered, not "
     "approved or\n"
-    "switched off, 5 another failure of the platform.";
+    "switched off, 5 another failure of the platform or of the output, 6 the extension refuses what --pick "
+    "chooses.";
 
 struct Arguments {
     std::vector<std::string> files;
@@ -122,22 +122,13 @@ int run() {
     addOptions(app, arguments);
     client.addOptions(app);
 
-    std::vector<std::string> items;
-    for (const std::u16string& item : platform::commandLineItems())
-        items.push_back(utf8(item));
-    std::reverse(items.begin(), items.end());  // the parser takes them off the end
-    try {
-        app.parse(items);
-    } catch (const CLI::CallForHelp&) {
-        std::fputs(app.help().c_str(), stdout);
-        return kDone;
-    } catch (const CLI::ParseError& error) {
-        return fail(kWrongUsage, error.what());
-    }
+    if (const std::optional<int> code = options::parse(app))
+        return *code;
     const Report report = rightClick(arguments, client);
     const std::string text = arguments.json ? toJson(report) : toText(report);
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    return kDone;
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+        throw Failure(kPlatformFailure, "cannot write to standard output");
+    return report.pick && FAILED(report.pick->result) ? kRefused : kDone;
 }
 
 }  // namespace

@@ -23,9 +23,9 @@ class RightClickTest(unittest.TestCase):
         return subprocess.run([program, *map(str, arguments)], env={**os.environ, **environment}, cwd=self.work,
                               capture_output=True, text=True, encoding="utf-8", check=False)
 
-    def answer(self, *arguments, **environment):
+    def answer(self, *arguments, code=0, **environment):
         finished = self.run_client("--json", *arguments, **environment)
-        self.assertEqual(finished.returncode, 0, finished.stderr)
+        self.assertEqual(finished.returncode, code, finished.stderr)
         return json.loads(finished.stdout)
 
     def states(self, *arguments):
@@ -89,7 +89,7 @@ class RightClickTest(unittest.TestCase):
             start, = self.answer("--pick", offset, *selection)["pick"]["starts"]
             self.assertEqual((start["verb"], start["file"][-len(file):]), (verb, file))
             self.assertTrue(start["parameters"].startswith(parameters), start)
-        refused = self.answer("--pick", 15, self.file)["pick"]
+        refused = self.answer("--pick", 15, self.file, code=6)["pick"]
         self.assertEqual((refused["result"], refused["starts"]), ("0x80004005", []))
 
     def test_help_texts(self):
@@ -97,10 +97,13 @@ class RightClickTest(unittest.TestCase):
         self.assertEqual(self.run_client("--help-text", 15, "--bin").stdout, "GetCommandString 0x80004005\n")
 
     def test_failures(self):
+        with open("/dev/full", "wb") as full:
+            finished = subprocess.run([PROGRAM, self.file], stdout=full, stderr=subprocess.PIPE, check=False)
+        self.assertEqual((finished.returncode, finished.stderr), (5, b"rightclick: cannot write to standard output\n"))
         alone = shutil.copy(PROGRAM, self.work)  # without language files
         for code, message, program, arguments in (
                 (2, "exactly one", PROGRAM, []), (2, "exactly one", PROGRAM, [self.file, "--bin"]),
-                (2, "--nope", PROGRAM, ["--nope"]), (2, "--elevation", PROGRAM, ["--bin", "--elevation", "3"]),
+                (2, "--nope", PROGRAM, ["--nope"]), (2, "did you mean --pick?", PROGRAM, ["--pik", "3"]), (2, "--elevation", PROGRAM, ["--bin", "--elevation", "3"]),
                 (3, "no such file: missing", PROGRAM, [self.file, "missing"]),
                 (3, "no such drive: foo", PROGRAM, ["--drive", "foo"]),
                 (5, "--shot needs Windows", PROGRAM, [self.file, "--shot", "x.png"]),

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace translators {
+namespace options {
 
 // How many characters must be put in, taken out or replaced to make one word the other.
 template <class Char>
@@ -25,4 +25,4 @@ std::size_t editDistance(std::basic_string_view<Char> a, std::basic_string_view<
     return row.back();
 }
 
-}  // namespace translators
+}  // namespace options

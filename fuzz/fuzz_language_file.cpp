@@ -9,32 +9,38 @@ using fuzz::require;
 
 namespace {
 
-// Each text is told before it is stored, with the line on which it begins.
+// Every line is told before it has an effect, every text before it is stored, and the end of a bad file.
 class Observer final : public owlkit::ReadObserver {
   public:
-    void opening(std::u16string_view line) override {
-        require(line.empty() || line.starts_with(u'#') || line.starts_with(u"//"));
+    void line(std::uint32_t number, owlkit::LineKind kind, std::u16string_view content) override {
+        require(!failed_ && number == lines_ + 1);
+        require((kind == owlkit::LineKind::Blank) <= content.empty());
+        lines_ = number;
     }
 
     void stored(const owlkit::StoredText& text) override {
-        require(text.line > line_);
-        line_ = text.line;
+        require(text.line > textLine_ && text.line <= lines_);
+        textLine_ = text.line;
         key_ = text.key;
         language_ = text.language;
         text_ = text.written;
         owlkit::decodeEscapes(text_);
     }
 
-    void requireLast(const owlkit::interlang& table, std::uint32_t lines) const {
-        require(line_ <= lines);
+    void failed(owlkit::SyntaxRule) override { failed_ = true; }
+
+    void requireResult(const owlkit::interlang& table, bool whole, std::uint32_t lines) const {
+        require(failed_ == !whole && lines_ == lines);
         require(key_.empty() || table.GetText(key_, language_) == text_);
     }
 
   private:
-    std::uint32_t line_ = 0;
+    std::uint32_t lines_ = 0;
+    std::uint32_t textLine_ = 0;
     std::u16string key_;
     std::u16string language_;
     std::u16string text_;
+    bool failed_ = false;
 };
 
 }  // namespace
@@ -47,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Observer observer;
     const bool whole = table.Parse(file, line, &observer);
     table.EndLoad();
-    observer.requireLast(table, line);
+    observer.requireResult(table, whole, line);
     require(file.settingsCompatible(owlkit::MemoryStream()));
     require(line <= size);
     require(!whole || file.atEnd());

@@ -57,7 +57,9 @@ class ExchangeTest(InterlangTest):
                 ('<xliff xmlns="urn:oasis:names:tc:xliff:document:2.0"/>', "no XLIFF 1.2"),
                 (body.replace("<group>", "<group>" * 20000) % "", "line 1: elements nested more than 200 deep"),
                 ('<!DOCTYPE xliff><xliff/>', "a document type"), ('<?xml encoding="latin1"?><xliff/>', "charset"),
-                ("<xliff>\0</xliff>", "line 1: a zero"), ("<!--", "line 1"), ("<a b='", "line 1"),
+                ("<xliff>\0</xliff>", "line 1: a zero"), ("<!--", "line 1"), ("<a b='", "line 1"), ("<", "line 1"),
+                *((hidden + "<b>" * 400000, "line 1") for hidden in ('<a">', "<a b\"='1'>", '<a=">', '<?xml a="?><!-- "?>')),
+                *((body % (unit % f"<target>{no}</target>"), "no character") for no in ("&#0;", "&#xD800;")),
                 (header.replace("de", "../de") + 'msgctxt "A"\nmsgid "a"\nmsgstr "x"', "no code of a language"),
                 (body % (unit % "<target>x<x id='1'/></target>"), "elements within a text"),
                 (body % (unit % "<target>x"), "line 1"), ("<tmx/>", "no XLIFF")):

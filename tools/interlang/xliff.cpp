@@ -37,7 +37,7 @@ std::string elementText(const XmlNode& element, const std::string& key) {
     bool hasElements = false;
     for (const XmlNode* node = element.first_node(); node != nullptr; node = node->next_sibling()) {
         if (node->type() != rapidxml::node_element) {
-            own.append(node->value(), node->value_size());
+            own += valueOf(*node);
             continue;
         }
         hasElements = true;

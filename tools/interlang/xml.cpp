@@ -16,18 +16,39 @@ constexpr std::size_t kDepthLimit = 200;
     throw Failure("line " + std::to_string(line) + ": " + what);
 }
 
-// Behind the tag that begins at `at`; quoted values may hold what ends a tag.
+bool isBlank(char unit) {
+    return unit == ' ' || unit == '\t' || unit == '\r' || unit == '\n';
+}
+
+// Behind the tag that begins at `at`. Values in quotes may hold what ends a tag. A quote anywhere else is
+// refused: the parser takes it for a part of a name, so that it would hide from here which elements follow.
 std::size_t endOfTag(std::string_view text, std::size_t at) {
+    const std::size_t name = text.find_first_not_of("</", at);
+    std::size_t next = std::min(text.find_first_of(" \t\r\n/>?", name), text.size());
+    if (name < next && text.substr(name, next - name).find_first_of("\"'") != std::string_view::npos)
+        fail(text, at, "a quote in a name");
     char quote = 0;
-    for (; at < text.size(); ++at) {
-        if (quote != 0)
-            quote = text[at] == quote ? '\0' : quote;
-        else if (text[at] == '"' || text[at] == '\'')
-            quote = text[at];
-        else if (text[at] == '>')
-            return at + 1;
+    for (char last = 0; next < text.size(); ++next) {
+        const char unit = text[next];
+        if (quote != 0) {
+            quote = unit == quote ? '\0' : quote;
+            continue;
+        }
+        if (unit == '>')
+            return next + 1;
+        if (unit == '"' || unit == '\'') {
+            if (last != '=')
+                fail(text, next, "a quote outside of a value");
+            quote = unit;
+        }
+        if (!isBlank(unit))
+            last = unit;
     }
-    return text.size();
+    fail(text, at, "a tag without its end");
+}
+
+bool isDeclaration(std::string_view text) {
+    return owlkit::toLowerAscii(text.substr(0, 5)) == "<?xml" && text.size() > 5 && isBlank(text[5]);
 }
 
 void checkNesting(std::string_view text) {
@@ -41,17 +62,18 @@ void checkNesting(std::string_view text) {
             at = behind("-->", at + 4);
         } else if (rest.starts_with("<![CDATA[")) {
             at = behind("]]>", at);
+        } else if (isDeclaration(rest)) {
+            at = endOfTag(text, at);
         } else if (rest.starts_with("<?")) {
             at = behind("?>", at);
         } else if (rest.starts_with("<!")) {
             fail(text, at, "a document type cannot be taken");
         } else {
-            const std::size_t end = endOfTag(text, at);
+            at = endOfTag(text, at);
             if (rest.starts_with("</"))
                 depth -= depth > 0 ? 1 : 0;
-            else if (text[end - 2] != '/' && ++depth > kDepthLimit)
+            else if (text[at - 2] != '/' && ++depth > kDepthLimit)
                 fail(text, at, "elements nested more than " + std::to_string(kDepthLimit) + " deep");
-            at = end;
         }
     }
 }
@@ -113,9 +135,17 @@ std::string_view localName(const XmlNode& element, bool (*accepted)(std::string_
     return hasPrefix ? name.substr(colon + 1) : name;
 }
 
+std::string valueOf(const rapidxml::xml_base<char>& node) {
+    std::string value(node.value(), node.value_size());
+    if (!isUtf8(value) || value.find('\0') != std::string::npos)
+        throw Failure("a reference to what is no character, in: " +
+                      utf8(owlkit::encodeEscapes(wide(value), owlkit::EscapeMode::Ascii)));
+    return value;
+}
+
 std::string attribute(const XmlNode& element, const char* name) {
     const auto* found = element.first_attribute(name);
-    return found == nullptr ? std::string() : std::string(found->value(), found->value_size());
+    return found == nullptr ? std::string() : valueOf(*found);
 }
 
 std::string xmlEscaped(std::string_view text) {

@@ -27,6 +27,10 @@ class XmlDocument {
 // The name without its prefix; empty where the element belongs to another namespace than `accepted` says.
 std::string_view localName(const XmlNode& element, bool (*accepted)(std::string_view namespaceName));
 
+// The value of an attribute or a piece of text. Throws Failure where a reference stands for zero or a
+// surrogate.
+std::string valueOf(const rapidxml::xml_base<char>& node);
+
 // The attribute's value, or an empty one.
 std::string attribute(const XmlNode& element, const char* name);
 

@@ -191,12 +191,14 @@ TEST_F(ShellMenuTest, LeavesNoHandoverFileThatNobodyIsToldOf) {
     for (std::uint32_t n = 1, failed = 1; failed != 0; ++n) {
         module_.handoverCounter = 0;
         std::u16string told;
-        allocationsLeft = n;
+        failing_allocation::arm(n);
         try {
+            const failing_allocation::Counted counted;
             told = launcher.buildArguments(0x101, request);
         } catch (const std::bad_alloc&) {
         }
-        failed = std::exchange(allocationsLeft, 0) == 0;
+        failed = failing_allocation::fired();
+        failing_allocation::disarm();
         const bool toldOf = told.find(u"-tfn") != std::u16string::npos;
         EXPECT_TRUE(toldOf || failed != 0) << n;
         EXPECT_EQ(std::filesystem::remove("tfn_db710640.tmp"), toldOf) << n;

@@ -4,6 +4,7 @@
 #include "platform/win32/registry_arguments.h"
 
 namespace platform {
+
 void RegistryTraits::close(Type key) noexcept {
     ::RegCloseKey(handle(key));
 }

@@ -18,6 +18,9 @@ constexpr int kMargin = 40;  // from the corner of the work area, pixels
 constexpr UINT kTickMilliseconds = 40;
 constexpr int kCalmTicks = 15;    // how long the windows must stay as they are before the picture
 constexpr int kIconOverhang = 1;  // how much wider than a check mark an icon may be, pixels
+constexpr std::uint32_t kGround = 0xFFFFFFFF;
+constexpr int kIconMargin = 2;  // around an icon in its column, pixels
+constexpr int kFirstCalmTicks = 3;
 constexpr int kTicksOfRest = 25;  // more than the time after which a submenu opens
 constexpr int kLastTick = 300;
 
@@ -89,7 +92,7 @@ RECT unionOf(const std::vector<RECT>& rectangles) {
     return all;
 }
 
-// What the screen shows in `area`; pixels outside of `rectangles` are made transparent.
+// What the screen shows in `area`, white outside of `rectangles`.
 Picture copyScreen(const RECT& area, const std::vector<RECT>& rectangles) {
     const int width = area.right - area.left;
     const int height = area.bottom - area.top;
@@ -115,7 +118,7 @@ Picture copyScreen(const RECT& area, const std::vector<RECT>& rectangles) {
         fail("the screen cannot be copied");
 
     Picture picture{static_cast<UINT>(width), static_cast<UINT>(height), {}};
-    picture.pixels.resize(std::size_t{picture.width} * picture.height);
+    picture.pixels.assign(std::size_t{picture.width} * picture.height, kGround);
     const std::uint32_t* pixels = static_cast<const std::uint32_t*>(bits);
     for (const RECT& rectangle : rectangles)
         for (LONG y = rectangle.top - area.top; y < rectangle.bottom - area.top; ++y)
@@ -209,24 +212,59 @@ class PopupSession {
         const std::vector<RECT> rectangles = popupRectangles();
         if (rectangles.empty())
             return;
-        if (submenu_ >= 0 && !opened_) {
-            RECT item = {};
-            if (!GetMenuItemRect(nullptr, menu_, static_cast<UINT>(submenu_), &item))
-                fail("the submenu is not on the screen");
-            // A small move now and then, in case the first one came too early.
-            SetCursorPos((item.left + item.right) / 2 + ticks_ / kTicksOfRest % 2,
-                         (item.top + item.bottom) / 2);
-            opened_ = rectangles.size() > 1;
-            return;
-        }
+        if (submenu_ >= 0 && !opened_ && !closed_.pixels.empty())
+            return openSubmenu(rectangles.size() > 1);
         const bool same = std::equal(rectangles.begin(), rectangles.end(), last_.begin(), last_.end(),
                                      [](const RECT& a, const RECT& b) { return EqualRect(&a, &b); });
         calm_ = same ? calm_ + 1 : 0;
         last_ = rectangles;
-        if (calm_ < kCalmTicks)
+        const bool isFirst = submenu_ >= 0 && !opened_;
+        if (calm_ < (isFirst ? kFirstCalmTicks : kCalmTicks))
             return;
-        picture_ = copyScreen(unionOf(rectangles), rectangles);
+        if (isFirst) {
+            closedArea_ = unionOf(rectangles);
+            closed_ = copyScreen(closedArea_, rectangles);
+            return;
+        }
+        const RECT area = unionOf(rectangles);
+        picture_ = copyScreen(area, rectangles);
+        if (opened_)
+            restoreIcon(area);
         EndMenu();
+    }
+
+    RECT submenuRectangle() const {
+        RECT item = {};
+        if (!GetMenuItemRect(nullptr, menu_, static_cast<UINT>(submenu_), &item))
+            fail("the submenu is not on the screen");
+        return item;
+    }
+
+    void openSubmenu(bool isOpen) {
+        const RECT item = submenuRectangle();
+        // A small move now and then, in case the first one came too early.
+        SetCursorPos((item.left + item.right) / 2 + ticks_ / kTicksOfRest % 2, (item.top + item.bottom) / 2);
+        opened_ = isOpen;
+    }
+
+    // Wine shows the icon of a highlighted entry in inverted colours, which Windows does not: its pixels are
+    // taken from the picture before, those of the ground become the highlight's.
+    void restoreIcon(const RECT& area) {
+        const RECT item = submenuRectangle();
+        const LONG right = item.left + GetSystemMetrics(SM_CXSMICON) + 2 * kIconMargin;
+        const auto before = [&](LONG x, LONG y) {
+            return closed_.pixels[static_cast<std::size_t>(y - closedArea_.top) * closed_.width +
+                                  static_cast<std::size_t>(x - closedArea_.left)];
+        };
+        const auto now = [&](LONG x, LONG y) -> std::uint32_t& {
+            return picture_.pixels[static_cast<std::size_t>(y - area.top) * picture_.width +
+                                   static_cast<std::size_t>(x - area.left)];
+        };
+        const std::uint32_t ground = before(item.left, item.top);
+        const std::uint32_t highlight = now(item.left, item.top);
+        for (LONG y = item.top; y < item.bottom; ++y)
+            for (LONG x = item.left; x < right; ++x)
+                now(x, y) = before(x, y) == ground ? highlight : before(x, y);
     }
 
     HMENU menu_;
@@ -238,6 +276,8 @@ class PopupSession {
     int ticks_ = 0;
     int calm_ = 0;
     std::vector<RECT> last_;
+    Picture closed_;  // before the submenu was opened
+    RECT closedArea_ = {};
     Picture picture_;
     std::exception_ptr error_;
 };

@@ -9,8 +9,8 @@
 
 namespace rightclick {
 
-// 32 bits a pixel (blue, green, red, alpha in memory), rows from the top. Opaque where a menu was, else
-// transparent.
+// 32 bits a pixel (blue, green, red, alpha in memory), rows from the top. Opaque, and white where no
+// menu was.
 struct Picture {
     UINT width = 0;
     UINT height = 0;

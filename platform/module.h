@@ -9,7 +9,4 @@ namespace platform {
 // program. However long the path is, it comes whole; empty on failure.
 std::u16string moduleFileName(void* module);
 
-// Whether the file can be loaded as a module into this process: LoadLibraryW, and FreeLibrary again.
-bool canLoadModule(const std::u16string& file);
-
 }  // namespace platform

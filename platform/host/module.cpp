@@ -33,13 +33,6 @@ std::u16string moduleFileName(void* module) {
                              : std::u16string();
 }
 
-bool canLoadModule(const std::u16string& file) {
-    if (fault::next("LoadLibraryW") != kSuccess)
-        return false;
-    std::error_code error;
-    return std::filesystem::is_regular_file(toHostName(file), error);
-}
-
 void setModuleFileName(void* module, const std::u16string& path) {
     modules().files[module] = path;
 }

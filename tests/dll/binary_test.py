@@ -8,7 +8,8 @@ import zlib
 from wine_session import BIN, ROOT
 
 DLL = BIN / "nmshell.dll"
-SHIPPED = (DLL, *(BIN / f"{name}.exe" for name in ("interlang", "nmark", "nmshell-setup", "rightclick")))
+SHIPPED = (DLL, BIN / "nmshell-actions.dll",
+           *(BIN / f"{name}.exe" for name in ("interlang", "nmark", "nmshell-setup", "nmshell-setupw", "rightclick")))
 VERSION = re.search(r"project\(nmshell VERSION ([0-9.]+)", (ROOT / "CMakeLists.txt").read_text(encoding="utf-8")).group(1)
 # All that the extension calls, and what the startup code, memory and exceptions need of kernel32 and msvcrt. Who adds a name
 # has to know what a scanner will think of it.
@@ -71,7 +72,7 @@ class ShippedTest(unittest.TestCase):
             wanted = [name.encode("utf-16-le") for name in ("FileVersion\0", VERSION + "\0", path.name + "\0")]
             wanted.append(struct.pack("<2I4H", 0xFEEF04BD, 0x10000, *numbers[1::-1], 0, numbers[2]))
             wanted.append(b"{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}")
-            if path != DLL:  # a library has no rights of its own to ask for
+            if path.suffix == ".exe":  # a library has no rights of its own to ask for
                 wanted.append(b'level="asInvoker"')
             data = path.read_bytes()
             self.assertEqual([part for part in wanted if part not in data], [], path.name)

@@ -52,6 +52,8 @@ class Client {
     HRESULT createExtension(REFCLSID classId, IShellExtInit** extension);
     // Whether that goes by what is registered.
     bool usesRegistration() const;
+    // The full path of the module that the object came from.
+    std::u16string modulePath() const;
 
     // The selection as the extension gets it, or nullptr; and where it comes from: "shell", "client" or
     // "none".

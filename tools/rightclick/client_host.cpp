@@ -205,6 +205,10 @@ bool Client::usesRegistration() const {
     return false;
 }
 
+std::u16string Client::modulePath() const {
+    return platform::moduleFileName(state_->instance());
+}
+
 IDataObject* Client::dataObject() {
     return state_->data ? &*state_->data : nullptr;
 }

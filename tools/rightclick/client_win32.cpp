@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "platform/file.h"
+#include "platform/module.h"
 #include "platform/shell.h"
 #include "tools/rightclick/client.h"
 #include "tools/rightclick/com_pointer.h"
@@ -148,6 +149,10 @@ HRESULT Client::createExtension(REFCLSID classId, IShellExtInit** extension) {
 
 bool Client::usesRegistration() const {
     return state_->request.dll.empty();
+}
+
+std::u16string Client::modulePath() const {
+    return platform::moduleFileName(state_->extension.get());
 }
 
 IDataObject* Client::dataObject() {

@@ -19,8 +19,9 @@ namespace {
 
 constexpr const char* kExitCodes =
     "Exit codes: 0 done, 2 wrong usage, 3 a named object is missing, 4 the extension is not registered, not "
-    "approved or\n"
-    "switched off, 5 another failure of the platform or of the output, 6 the extension refuses what --pick "
+    "approved,\n"
+    "switched off or without texts, 5 another failure of the platform or of the output, 6 the extension "
+    "refuses what --pick\n"
     "chooses.";
 
 struct Arguments {

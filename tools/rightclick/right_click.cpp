@@ -8,7 +8,7 @@
 #include "foundation/text/number.h"
 #include "foundation/text/text.h"
 #include "shellext/identifiers.h"
-#include "tools/rightclick/diagnosis.h"
+#include "tools/common/diagnosis.h"
 #include "tools/rightclick/failure.h"
 #include "tools/rightclick/text.h"
 
@@ -62,15 +62,20 @@ void RightClick::initialize(const Request& request) {
     const CLSID classId = classIdFrom(nmshell::kClassIds[static_cast<std::size_t>(request.kind)]);
     const HRESULT created = client_.createExtension(classId, receive(extension_));
     if (FAILED(created)) {
-        const std::string reason = whyUnavailable(request.kind, client_.usesRegistration());
+        const std::string reason = tools::whyUnavailable(request.kind, client_.usesRegistration());
         if (!reason.empty())
             throw Failure(kExtensionUnavailable, reason);
         require(created, "the extension's object cannot be made");
     }
     require(extension_.get()->QueryInterface(IID_IContextMenu, receive(menu_)),
             "the object has no context menu");
-    require(extension_.get()->Initialize(nullptr, client_.dataObject(), nullptr),
-            "the extension refuses the selection; are its language files in \"langs\" beside it?");
+    const HRESULT initialized = extension_.get()->Initialize(nullptr, client_.dataObject(), nullptr);
+    if (FAILED(initialized)) {
+        const std::string reason = tools::whyNoTexts(tools::inspectLanguages(client_.modulePath()));
+        if (!reason.empty())
+            throw Failure(kExtensionUnavailable, "the extension has no texts: " + reason);
+    }
+    require(initialized, "the extension refuses the selection");
 }
 
 std::uint32_t RightClick::identifiers() const {

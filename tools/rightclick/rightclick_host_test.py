@@ -101,13 +101,18 @@ class RightClickTest(unittest.TestCase):
             finished = subprocess.run([PROGRAM, self.file], stdout=full, stderr=subprocess.PIPE, check=False)
         self.assertEqual((finished.returncode, finished.stderr), (5, b"rightclick: cannot write to standard output\n"))
         alone = shutil.copy(PROGRAM, self.work)  # without language files
+        (self.work / "faulty/langs").mkdir(parents=True)
+        faulty = shutil.copy(PROGRAM, self.work / "faulty")
+        broken = self.work / "faulty/langs/xx.lang.txt"
+        broken.write_text("LANG: xx\n\nTXT: broken\n", encoding="utf-8")
         for code, message, program, arguments in (
                 (2, "exactly one", PROGRAM, []), (2, "exactly one", PROGRAM, [self.file, "--bin"]),
                 (2, "--nope", PROGRAM, ["--nope"]), (2, "did you mean --pick?", PROGRAM, ["--pik", "3"]), (2, "--elevation", PROGRAM, ["--bin", "--elevation", "3"]),
                 (3, "no such file: missing", PROGRAM, [self.file, "missing"]),
                 (3, "no such drive: foo", PROGRAM, ["--drive", "foo"]),
                 (5, "--shot needs Windows", PROGRAM, [self.file, "--shot", "x.png"]),
-                (5, "language files", alone, ["--bin"])):
+                (4, "language files", alone, ["--bin"]),
+                (4, f"at line 3 in the following file. {broken}", faulty, ["--bin"])):
             with self.subTest(arguments):
                 finished = self.run_client(*arguments, program=program)
                 self.assertEqual((finished.returncode, finished.stdout), (code, ""), finished.stderr)

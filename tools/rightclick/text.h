@@ -1,20 +1,11 @@
-// Text between the command line, which is UTF-8 to the client, and everything else. Every wide text survives
-// both ways, lone surrogates in file names included.
+// Text between the command line, which is UTF-8 to the client, and everything else.
 #pragma once
 
-#include <string>
-#include <string_view>
-
-#include "foundation/charset/convert.h"
+#include "tools/common/text.h"
 
 namespace rightclick {
 
-inline std::string utf8(std::u16string_view text) {
-    return owlkit::ToNarrow(text, owlkit::kCharsetUtf8);
-}
-
-inline std::u16string wide(std::string_view text) {
-    return owlkit::ToWide(text, owlkit::kCharsetUtf8);
-}
+using tools::utf8;
+using tools::wide;
 
 }  // namespace rightclick

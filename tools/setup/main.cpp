@@ -1,139 +1,133 @@
 // nmshell-setup: enters the extension in the machine's registry, takes it out again, or tells what is there.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <string>
+#include <vector>
 
-#include "foundation/charset/convert.h"
 #include "foundation/process/folders.h"
-#include "foundation/registry/registry_key.h"
-#include "platform/file.h"
-#include "platform/module.h"
-#include "platform/shell.h"
+#include "foundation/stream/file_stream.h"
+#include "platform/command_line.h"
 #include "platform/terminal.h"
-#include "shellext/registration.h"
+#include "tools/common/text.h"
 #include "tools/setup/status.h"
+#include "tools/setup/steps.h"
 
+namespace setup {
 namespace {
 
-// Exit codes. The command-line library has its own, from 100 up, for arguments that it does not know.
-constexpr int kDone = 0;
-constexpr int kIncomplete = 1;   // status: something is missing or different
-constexpr int kNotElevated = 3;  // administrator rights are needed
-constexpr int kNoModule = 4;     // nmshell.dll does not lie beside this program
-constexpr int kFailed = 5;
+constexpr const char* kExitCodes =
+    "Exit codes: 0 done, 1 status: the menu does not appear or something is missing or different, 2 wrong "
+    "usage,\n"
+    "3 no administrator rights, 4 no nmshell.dll, 5 failed, 6 nmshell.dll cannot be loaded, 7 users can "
+    "change "
+    "the folder.";
 
-using nmshell::EntryState;
-using nmshell::EntryStatus;
+// Messages on the terminal and, once one was opened, in a log file too.
+class Terminal final : public Messages {
+  public:
+    void tell(const std::string& text) override {
+        std::printf("%s\n", text.c_str());
+        log(text);
+    }
+    void complain(const std::string& text) override {
+        std::fflush(stdout);
+        std::fprintf(stderr, "nmshell-setup: %s\n", text.c_str());
+        log(text);
+    }
 
-std::string utf8(std::u16string_view text) {
-    return owlkit::ToNarrow(text, owlkit::kCharsetUtf8);
-}
+    // Appends to `path` from now on.
+    bool logTo(const std::u16string& path) { return log_.open(path, owlkit::kAppendWrite); }
 
-// Where registering expects the module: beside this program. Just its name when that folder cannot be had.
-std::u16string modulePath() {
+  private:
+    void log(const std::string& text) {
+        const std::string line = text + "\n";
+        if (log_.isWritable())
+            log_.write(line.data(), line.size());
+    }
+
+    owlkit::FileStream log_;
+};
+
+// Where the module is expected: beside this program. Empty when that folder cannot be had.
+std::u16string ownFolder() {
     std::u16string folder;
     owlkit::getFolder(owlkit::kFolderApplication, folder);
-    return folder + u"nmshell.dll";
+    return folder;
 }
 
-bool exists(const std::u16string& file) {
-    const std::uint32_t attributes = platform::fileAttributes(file);
-    return attributes != platform::kInvalidFileAttributes &&
-           !(attributes & platform::kFileAttributeDirectory);
-}
-
-// Asks at a key that every machine has; the list of approved extensions may be missing.
-bool mayChangeTheMachine() {
-    return owlkit::RegistryKey().isWritable(owlkit::RegistryRoot::LocalMachine, u"SOFTWARE");
-}
-
-int refuseWithoutRights() {
-    std::fprintf(
-        stderr,
-        "nmshell-setup: administrator rights are needed to change HKEY_LOCAL_MACHINE. Nothing was changed.\n"
-        "Run it again from a prompt that was started as administrator.\n");
-    return kNotElevated;
-}
-
-int registerExtension() {
-    const std::u16string module = modulePath();
-    if (!exists(module)) {
-        std::fprintf(stderr, "nmshell-setup: there is no %s. Nothing was changed.\n", utf8(module).c_str());
-        return kNoModule;
+class Program {
+  public:
+    Program() {
+        app_.set_version_flag("--version", NMSHELL_VERSION);
+        app_.require_subcommand(1);
+        app_.add_option("--log", log_, "add what is printed to this file, too")->type_name("FILE");
+        app_.footer(kExitCodes);
+        add("register", "enter nmshell.dll, which lies beside this program, in the registry",
+            [this] { return registerModule(ownFolder(), terminal_); });
+        add("unregister", "remove every key and value of the extension, and this user's settings",
+            [this] { return unregisterModule(terminal_); });
+        add("apply-defaults", "give this user the machine's defaults where there is no setting yet",
+            [this] { return applyDefaults(terminal_); });
+        add("check-folder", "tell whether users could change what lies in a folder",
+            [this] { return checkFolder(tools::wide(folder_), terminal_); })
+            ->add_option("FOLDER", folder_)
+            ->required();
+        add("status", "show what is registered and whether, and in which language, the menu appears", [this] {
+            return printStatus();
+        })->add_flag("--json", json_, "print JSON");
     }
-    if (!mayChangeTheMachine())
-        return refuseWithoutRights();
-    if (!nmshell::RegisterExtension()) {
-        std::fprintf(stderr,
-                     "nmshell-setup: the registry could not be written. The extension was unregistered.\n");
-        return kFailed;
-    }
-    platform::notifyAssociationsChanged();
-    std::printf("Registered %s\n", utf8(module).c_str());
-    return kDone;
-}
 
-int unregisterExtension() {
-    if (!mayChangeTheMachine())
-        return refuseWithoutRights();
-    nmshell::UnregisterExtension();
-    platform::notifyAssociationsChanged();
-    int result = kDone;
-    for (const std::u16string& left : nmshell::remainingKeys()) {
-        std::fprintf(stderr, "nmshell-setup: could not remove %s\n", utf8(left).c_str());
-        result = kFailed;
+    int run() {
+        std::vector<std::string> items;
+        for (const std::u16string& item : platform::commandLineItems())
+            items.push_back(tools::utf8(item));
+        std::reverse(items.begin(), items.end());  // the parser takes them off the end
+        try {
+            app_.parse(items);
+        } catch (const CLI::ParseError& error) {
+            return app_.exit(error) == 0 ? kDone : kWrongUsage;
+        }
+        if (!log_.empty() && !terminal_.logTo(tools::wide(log_))) {
+            terminal_.complain("cannot write to " + log_ + ". Nothing was changed.");
+            return kFailed;
+        }
+        return step_();
     }
-    if (result == kDone)
-        std::printf("Unregistered, and the settings of the current user removed.\n");
-    return result;
-}
 
-bool printEntry(const EntryStatus& status) {
-    const char* state = status.state == EntryState::Present   ? "present  "
-                        : status.state == EntryState::Missing ? "missing  "
-                                                              : "different";
-    const std::string name = status.entry.name.empty() ? "(default)" : utf8(status.entry.name);
-    std::printf("%s  HKEY_LOCAL_MACHINE\\%s : %s = %s\n", state, utf8(status.entry.path).c_str(),
-                name.c_str(), utf8(status.entry.text).c_str());
-    if (status.state == EntryState::Different)
-        std::printf("           found: %s\n", utf8(status.found).c_str());
-    return status.state == EntryState::Present;
-}
-
-int printStatus() {
-    bool complete = true;
-    for (const EntryStatus& status : nmshell::registrationStatus(modulePath()))
-        complete = printEntry(status) && complete;
-    const std::u16string module = nmshell::registeredModule();
-    if (module.empty()) {
-        std::printf("missing    no module is registered\n");
-        return kIncomplete;
+  private:
+    template <class Step>
+    CLI::App* add(const char* name, const char* description, Step step) {
+        CLI::App* command = app_.add_subcommand(name, description);
+        command->fallthrough();
+        command->callback([this, step] { step_ = step; });
+        return command;
     }
-    const bool loads = exists(module) && platform::canLoadModule(module);
-    std::printf("%s  %s %s\n", loads ? "present  " : "missing  ", utf8(module).c_str(),
-                loads            ? "exists and loads"
-                : exists(module) ? "exists but does not load"
-                                 : "does not exist");
-    return complete && loads ? kDone : kIncomplete;
-}
+
+    Result printStatus() {
+        const Status status = takeStatus(ownFolder() + u"nmshell.dll");
+        const std::string text = json_ ? toJson(status) : toText(status);
+        std::fwrite(text.data(), 1, text.size(), stdout);
+        return status.menuAppears ? kDone : kIncomplete;
+    }
+
+    CLI::App app_{"Registers the Nullmark shell extension on this machine.", "nmshell-setup"};
+    Terminal terminal_;
+    std::string log_;
+    std::string folder_;
+    bool json_ = false;
+    std::function<Result()> step_;
+};
 
 }  // namespace
+}  // namespace setup
 
-int main(int argc, char** argv) {
+int main() {
     const platform::Utf8Output output;
-    CLI::App app{"Registers the Nullmark shell extension on this machine.", "nmshell-setup"};
-    app.set_version_flag("--version", NMSHELL_VERSION);
-    app.require_subcommand(1);
-    int result = kFailed;
-    app.add_subcommand("register", "enter nmshell.dll, which lies beside this program, in the registry")
-        ->callback([&] { result = registerExtension(); });
-    app.add_subcommand("unregister", "remove every key and value of the extension, and this user's settings")
-        ->callback([&] { result = unregisterExtension(); });
-    app.add_subcommand("status",
-                       "show each key as present, missing or different, and whether the module loads")
-        ->callback([&] { result = printStatus(); });
-    app.footer(
-        "Exit codes: 0 done, 1 incomplete (status), 3 no administrator rights, 4 no nmshell.dll, 5 failed.");
-    CLI11_PARSE(app, argc, argv);
-    return result;
+    try {
+        return setup::Program().run();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "nmshell-setup: %s\n", error.what());
+        return setup::kFailed;
+    }
 }

@@ -1,12 +1,18 @@
-#include "tools/rightclick/diagnosis.h"
+#include "tools/common/diagnosis.h"
+
+#include <algorithm>
 
 #include "foundation/registry/registry_key.h"
+#include "foundation/text/text.h"
+#include "lang/language_loader.h"
+#include "lang/loading_scope.h"
 #include "platform/file.h"
+#include "platform/locale.h"
 #include "shellext/identifiers.h"
 #include "shellext/settings.h"
-#include "tools/rightclick/text.h"
+#include "tools/common/text.h"
 
-namespace rightclick {
+namespace tools {
 namespace {
 
 using owlkit::RegistryKey;
@@ -40,6 +46,20 @@ std::string whyNotApproved() {
            "\" is not the text of " + place;
 }
 
+// The language whose texts are those that the table gives.
+std::u16string activeLanguage(const owlkit::interlang& table) {
+    std::vector<std::u16string> languages;
+    std::vector<std::u16string> keys;
+    table.GetLanguages(languages);
+    table.GetKeys(keys);
+    const auto active = std::find_if(languages.begin(), languages.end(), [&](const std::u16string& language) {
+        return std::all_of(keys.begin(), keys.end(), [&](const std::u16string& key) {
+            return table.GetText(key) == table.GetText(key, language);
+        });
+    });
+    return active == languages.end() ? std::u16string() : *active;
+}
+
 }  // namespace
 
 std::string whyUnavailable(nmshell::SelectionKind kind, bool registered) {
@@ -54,4 +74,33 @@ std::string whyUnavailable(nmshell::SelectionKind kind, bool registered) {
     return {};
 }
 
-}  // namespace rightclick
+Languages inspectLanguages(const std::u16string& module) {
+    constexpr char16_t kSeparators[] = {u'/', platform::kPathSeparator, u'\0'};
+    Languages result;
+    const std::size_t separator = module.find_last_of(kSeparators);
+    if (separator == std::u16string::npos) {
+        result.failure = u"The folder of the module is not known.";
+        return result;
+    }
+    result.folder = owlkit::withTrailingSeparator(module.substr(0, separator + 1) + u"langs");
+    owlkit::interlang table;
+    result.failure = owlkit::LoadLanguageFolder(result.folder, table);
+    result.setting = owlkit::trim(nmshell::GetLanguageSetting());
+    {
+        const owlkit::LoadingScope loading(table);
+        table.SetLanguages(result.setting, u"en");
+    }
+    std::vector<std::u16string> languages;
+    result.count = table.GetLanguages(languages);
+    result.settingKnown = result.setting.empty() || table.HasLanguage(result.setting);
+    result.regional = platform::localeInfo(platform::kLocaleIso639LanguageName);
+    result.shown = activeLanguage(table);
+    result.shownName = table.GetText(u"LANGUAGE");
+    return result;
+}
+
+std::string whyNoTexts(const Languages& languages) {
+    return utf8(owlkit::replaceAll(languages.failure, u"\n", u" "));
+}
+
+}  // namespace tools

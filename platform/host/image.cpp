@@ -1,0 +1,28 @@
+#include "platform/image.h"
+
+#include <fstream>
+
+#include "platform/host/fault.h"
+#include "platform/host/utf8.h"
+
+namespace platform {
+
+// A file that begins as programs and modules do stands for one that can be loaded.
+ErrorCode loadError(const std::u16string& file) {
+    if (const ErrorCode injected = fault::next("LoadLibraryExW"); injected != kSuccess)
+        return injected;
+    if (!file.starts_with(u'/'))
+        return kErrorBadPathName;
+    std::ifstream content(toHostName(file), std::ios::binary);
+    char start[2] = {};
+    if (!content)
+        return kErrorFileNotFound;
+    content.read(start, sizeof start);
+    return start[0] == 'M' && start[1] == 'Z' ? kSuccess : kErrorBadExeFormat;
+}
+
+std::u16string fileVersion(const std::u16string&) {
+    return {};
+}
+
+}  // namespace platform

@@ -1,0 +1,37 @@
+// What the setup does to a machine, for the program and for the installer's package alike.
+#pragma once
+
+#include <string>
+
+#include "tools/setup/messages.h"
+
+namespace setup {
+
+// Exit codes of the program.
+enum Result : int {
+    kDone = 0,
+    kIncomplete = 1,  // status: the menu does not appear, or something is missing or different
+    kWrongUsage = 2,
+    kNotElevated = 3,  // administrator rights are needed
+    kNoModule = 4,     // nmshell.dll is not where it is looked for
+    kFailed = 5,
+    kUnusableModule = 6,  // nmshell.dll is there and cannot be loaded
+    kUnsafeFolder = 7,    // users can change what the shell would load
+};
+
+// Each says in `messages` what came of it. `folder`, with a separator at its end, is where nmshell.dll lies.
+
+// Registers nmshell.dll, if it can be loaded, and warns when users can change it.
+Result registerModule(const std::u16string& folder, Messages& messages);
+
+// Removes the registration and the current user's settings.
+Result unregisterModule(Messages& messages);
+
+// Refuses a folder that users can change, unless it lies in Program Files: there it is a warning. It need not
+// hold anything yet.
+Result checkFolder(const std::u16string& folder, Messages& messages);
+
+// Gives the current user those of the machine's defaults for which there is no setting of that user yet.
+Result applyDefaults(Messages& messages);
+
+}  // namespace setup

@@ -1,9 +1,23 @@
--- What wixl cannot say: run over the package by scripts/build-msi.sh, one statement a line. VERSION is the package's.
+-- What wixl cannot say: run over the package by scripts/build-msi.sh, one statement a line. VERSION is the package's, FILEVERSION the
+-- files' own.
 
--- Rollback actions: 2 a program inside the package, 18 an installed one, 64 its exit code ignored, 256 and 1024 on rollback, 2048 as the system.
-UPDATE CustomAction SET Type = 3394, Source = 'SetupProgram' WHERE Action = 'RegisterRollback'
-UPDATE CustomAction SET Type = 3410 WHERE Action = 'UnregisterRollback'
-UPDATE CustomAction SET Type = 3410 WHERE Action = 'RestoreRollback'
+-- Rollback actions: 1 a function of a DLL in the package, 64 its result ignored, 256 and 1024 on rollback, 2048 as the system.
+UPDATE CustomAction SET Type = 3393 WHERE Action = 'RegisterRollback'
+UPDATE CustomAction SET Type = 3393 WHERE Action = 'UnregisterRollback'
+UPDATE CustomAction SET Type = 3393 WHERE Action = 'RestoreRollback'
+
+-- Files with a version are compared by it, not by a hash.
+UPDATE File SET Version = 'FILEVERSION', Language = '1033' WHERE File = 'Module'
+UPDATE File SET Version = 'FILEVERSION', Language = '1033' WHERE File = 'Setup'
+UPDATE File SET Version = 'FILEVERSION', Language = '1033' WHERE File = 'SetupWithoutWindow'
+DELETE FROM MsiFileHash WHERE File_ = 'Module'
+DELETE FROM MsiFileHash WHERE File_ = 'Setup'
+DELETE FROM MsiFileHash WHERE File_ = 'SetupWithoutWindow'
+
+-- What looks at the machine does so where it is elevated, and only there.
+DELETE FROM InstallUISequence WHERE Action = 'AppSearch'
+DELETE FROM InstallUISequence WHERE Action = 'FindRelatedProducts'
+DELETE FROM InstallUISequence WHERE Action = 'LaunchConditions'
 
 -- Older versions include this one: 256 and 512 take both ends in.
 DELETE FROM Upgrade WHERE ActionProperty = 'OLDERFOUND'
@@ -15,5 +29,5 @@ UPDATE Component SET Condition = 'NMARK_ICONS' WHERE Component = 'DefaultIcons'
 UPDATE Component SET Condition = 'NMARK_LANGUAGE' WHERE Component = 'DefaultLanguage'
 UPDATE Component SET Condition = 'NMARK_ENABLED OR NMARK_ICONS OR NMARK_LANGUAGE' WHERE Component = 'FirstLogon'
 
--- Properties that an administrator who elevates the installation may pass on.
-UPDATE Property SET Value = 'OLDERFOUND;NEWERFOUND;INSTALLDIR;KEPTFOLDER;CURRENTPRODUCT;KEPTENABLED;KEPTICONS;KEPTLANGUAGE;NMARK_ENABLED;NMARK_ICONS;NMARK_LANGUAGE' WHERE Property = 'SecureCustomProperties'
+-- Properties that an administrator who elevates the installation may pass on. What is looked up in the registry is not among them.
+UPDATE Property SET Value = 'OLDERFOUND;NEWERFOUND;INSTALLDIR;NMARK_ENABLED;NMARK_ICONS;NMARK_LANGUAGE' WHERE Property = 'SecureCustomProperties'

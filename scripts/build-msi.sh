@@ -1,39 +1,90 @@
 #!/usr/bin/env bash
-# Builds the installer from a Windows build: build-msi.sh [-b BIN] [-v VERSION] [OUTPUT.msi]
-# BIN is build/win64/bin, VERSION the project's, OUTPUT build/nmshell-VERSION.msi unless given. All language files
-# in BIN/langs are taken. wixl and msitools come with scripts/install-packages.sh.
+# Builds the installer from a Windows build: build-msi.sh [-b BIN] [-v VERSION] [--sign COMMAND] [OUTPUT.msi]
+# BIN is build/win64/bin, VERSION the project's, OUTPUT build/nmshell-VERSION.msi unless given. All language files in BIN/langs are
+# taken. COMMAND is called with the name of a file behind it and signs that file in place: the DLL, the programs, the package.
+# The same files give the same package, byte for byte; SOURCE_DATE_EPOCH is the time that it carries, that of the last commit unless
+# set. wixl and msitools come with scripts/install-packages.sh.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+export LC_ALL=C.UTF-8 TZ=UTC
+umask 022
+
+fail() { echo "build-msi: $2" >&2; exit "$1"; }
 
 bin=$root/build/win64/bin
 version=$(sed -n 's/^project(nmshell VERSION \([0-9.]*\).*/\1/p' "$root/CMakeLists.txt")
-while getopts b:v: option; do
-  case $option in
-    b) bin=$(cd "$OPTARG" && pwd) ;;
-    v) version=$OPTARG ;;
-    *) exit 2 ;;
+sign=
+output=
+while [ $# -gt 0 ]; do
+  case $1 in
+    -b | -v | --sign) [ $# -gt 1 ] || fail 2 "$1 needs a value" ;;&
+    -b) bin=$(cd "$2" && pwd); shift 2 ;;
+    -v) version=$2; shift 2 ;;
+    --sign) sign=$2; shift 2 ;;
+    -*) fail 2 "there is no option $1" ;;
+    *) [ -z "$output" ] || fail 2 "one output, please: $1"; output=$1; shift ;;
   esac
 done
-shift $((OPTIND - 1))
-output=$(realpath -m "${1:-$root/build/nmshell-$version.msi}")
+# The installer compares these three numbers, each of which has room for so much.
+number='(0|[1-9][0-9]{0,4})'
+[[ $version =~ ^$number\.$number\.$number$ ]] && [ "${BASH_REMATCH[1]}" -le 255 ] && [ "${BASH_REMATCH[2]}" -le 255 ] &&
+  [ "${BASH_REMATCH[3]}" -le 65535 ] || fail 2 "the version must be three numbers, at most 255.255.65535: $version"
+output=$(realpath -m "${output:-$root/build/nmshell-$version.msi}")
+export SOURCE_DATE_EPOCH="${SOURCE_DATE_EPOCH:-$(git -C "$root" log -1 --format=%ct 2>/dev/null || date +%s)}"
 
-for file in nmshell.dll nmshell-setup.exe langs/00-en.lang.txt; do
-  [ -f "$bin/$file" ] || { echo "build-msi: there is no $bin/$file" >&2; exit 1; }
-done
-
+# The DLL first, then the programs, in the order in which they are signed.
+files=(nmshell.dll nmshell-actions.dll nmshell-setup.exe nmshell-setupw.exe)
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-cd "$bin"  # wixl looks for the files from here
-find langs -name '*.lang.txt' | LC_ALL=C sort |
-  wixl-heat -p langs/ --component-group LanguageFiles --directory-ref LANGSDIR --var var.Langs --win64 \
-    >"$scratch/langs.wxs"
+mkdir -p "$scratch/files/langs"
+for file in "${files[@]}"; do
+  [ -f "$bin/$file" ] || fail 1 "there is no $bin/$file"
+  cp "$bin/$file" "$scratch/files/$file"
+done
+cp "$bin"/langs/*.lang.txt "$scratch/files/langs/"
+cd "$scratch/files"  # wixl looks for the files from here
+
+sign_file() { [ -z "$sign" ] || bash -c "$sign \"\$1\"" sign "$1" >&2 || fail 1 "not signed: $1"; }
+for file in "${files[@]}"; do sign_file "$PWD/$file"; done
+find . -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
+
+facts=$root/installer/facts.py
+file_version=$("$facts" version nmshell.dll)
+for file in "${files[@]}"; do
+  [ "$("$facts" version "$file")" = "$file_version" ] || fail 1 "$file is of another version than nmshell.dll"
+done
+mapfile -t languages < <("$facts" languages langs)
+[[ " ${languages[*]} " == *" en "* ]] || fail 1 "there is no English among the language files"
+web_host=$(sed -n 's/^NMSHELL_WEB_HOST:STRING=//p' "$bin/../CMakeCache.txt" 2>/dev/null || true)
+: "${web_host:=$(sed -n 's/^set(NMSHELL_WEB_HOST "\(.*\)" CACHE.*/\1/p' "$root/CMakeLists.txt")}"
+
+# Product and package are the same as long as version and content are. A package that carries another time is another package.
+mapfile -t content < <(find . -type f | sort)
+cp "$root/installer/nmshell.wxs" "$root/installer/nmshell.sql" "$root/resources/nullmark.ico" "$scratch"
+content+=(../nmshell.wxs ../nmshell.sql ../nullmark.ico)
+product=$("$facts" code "product $version" "${content[@]}")
+package=$("$facts" code "package $version $SOURCE_DATE_EPOCH" "${content[@]}")
+
+find langs -name '*.lang.txt' | sort |
+  wixl-heat -p langs/ --component-group LanguageFiles --directory-ref LANGSDIR --var var.Langs --win64 |
+  sed 's/dir[0-9A-F]\{32\}/LanguageFolder/' >"$scratch/langs.wxs"  # it makes that name up anew each time
 G_DEBUG=fatal-warnings wixl -a x64 -o "$scratch/nmshell.msi" -D Version="$version" -D CommaVersion="${version//./,}" \
-  -D ProductCode='*' -D Langs=langs -D Win64=yes "$root/installer/nmshell.wxs" "$scratch/langs.wxs"
+  -D ProductCode="{$product}" -D Langs=langs -D Win64=yes -D WebHost="$web_host" \
+  -D Languages="$(printf ';%s' "${languages[@]}");" -D LanguageList="${languages[*]}" "$scratch/nmshell.wxs" "$scratch/langs.wxs"
 
 queries=()
 while IFS= read -r line; do
-  case $line in "" | --*) ;; *) queries+=(-q "${line//VERSION/$version}") ;; esac
-done <"$root/installer/nmshell.sql"
+  case $line in
+    "" | --*) ;;
+    *) line=${line//FILEVERSION/$file_version}; queries+=(-q "${line//VERSION/$version}") ;;
+  esac
+done <"$scratch/nmshell.sql"
 msibuild "$scratch/nmshell.msi" "${queries[@]}"
+# Package code (9), made (12) and last saved (13).
+when=$(date -d "@$SOURCE_DATE_EPOCH" '+%Y/%m/%d %H:%M:%S')
+msiinfo export "$scratch/nmshell.msi" _SummaryInformation |
+  sed "s/^9\t[^\r]*/9\t{$package}/; s|^\(1[23]\)\t[^\r]*|\1\t$when|" >"$scratch/_SummaryInformation.idt"
+msibuild "$scratch/nmshell.msi" -i "$scratch/_SummaryInformation.idt"
+sign_file "$scratch/nmshell.msi"
 mv "$scratch/nmshell.msi" "$output"
 echo "$output"

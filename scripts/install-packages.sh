@@ -8,7 +8,7 @@ packages=(
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64   # the Windows build
   googletest libbenchmark-dev nlohmann-json3-dev libcli11-dev librapidxml-dev
   gettext translate-toolkit libxml2-utils groff          # checks of exported translations and man pages
-  wixl msitools                                          # the installer
+  wixl msitools osslsigncode openssl                     # the installer, and signing it
   wine64 fonts-wine fonts-liberation xvfb                # running it, and the pictures of menus
 )
 packages+=("$@")

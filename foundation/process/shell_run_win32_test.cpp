@@ -47,16 +47,19 @@ class TestClasses {
     HKEY root_ = nullptr;
 };
 
-// What the started child saved; waits for it.
+// What the started child saved. A file that is there already may still be held by the child or be without its
+// end, a closing bracket: so it is opened again until it is whole, for ten seconds at most.
 std::string saved(const std::filesystem::path& file) {
-    for (int i = 0; i < 200 && !std::filesystem::exists(file); ++i)
-        Sleep(50);
     std::string text;
-    {
+    for (int i = 0; i < 200 && !text.ends_with(']'); ++i) {
+        Sleep(i == 0 ? 0 : 50);
         std::ifstream stream(file, std::ios::binary);
         text.assign(std::istreambuf_iterator<char>(stream), {});
     }
-    std::filesystem::remove(file);
+    // The child may hold it for a moment longer.
+    std::error_code error;
+    for (int i = 0; i < 200 && std::filesystem::exists(file) && !std::filesystem::remove(file, error); ++i)
+        Sleep(50);
     return text;
 }
 

@@ -1,5 +1,7 @@
 #include "shellext/registration.h"
 
+#include <array>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -61,23 +63,58 @@ bool openApprovals(RegistryKey& key) noexcept {
     });
 }
 
-// All three approvals or none: a value written before the failing one is taken back here.
-bool approveClasses() {
-    RegistryKey key;
-    if (!openApprovals(key))
-        return false;
-    for (std::size_t written = 0; written < std::size(kClassIds); ++written) {
-        const bool done = succeeds([&] {
-            key.writeString(std::u16string(kClassIds[written]), std::u16string(kHandlerName));
-            return true;
-        });
-        if (done)
-            continue;
-        for (std::size_t i = 0; i < written; ++i)
-            deleteApproval(key, kClassIds[i]);
-        return false;
+bool writeApproval(RegistryKey& key, std::u16string_view classId, const std::u16string& text) noexcept {
+    return succeeds([&] {
+        key.writeString(std::u16string(classId), text);
+        return true;
+    });
+}
+
+// What stood in the place of an approval.
+struct Former {
+    bool there = false;
+    std::optional<std::u16string> text;  // nothing when it was no text
+};
+using Formers = std::array<Former, std::size(kClassIds)>;
+
+Formers readFormers(const RegistryKey& key) {
+    Formers formers;
+    for (std::size_t i = 0; i < formers.size(); ++i) {
+        const std::u16string name(kClassIds[i]);
+        formers[i].there = key.valueExists(name);
+        if (formers[i].there && key.valueType(name) == owlkit::RegistryValueType::String)
+            formers[i].text = key.readString(name);
     }
-    return true;
+    return formers;
+}
+
+// A value that was no text cannot be put back as it was; without it the class is as little approved.
+bool putBack(RegistryKey& key, std::u16string_view classId, const Former& former) noexcept {
+    if (former.text)
+        return *former.text == kHandlerName || writeApproval(key, classId, *former.text);
+    return deleteApproval(key, classId) && !former.there;
+}
+
+// All three approvals, or those that were there before.
+RegistrationResult approveClasses() {
+    RegistryKey key;
+    Formers formers;
+    const auto read = [&] {
+        formers = readFormers(key);
+        return true;
+    };
+    if (!openApprovals(key) || !succeeds(read))
+        return RegistrationResult::NothingChanged;
+    const std::u16string approval(kHandlerName);
+    for (std::size_t written = 0; written < formers.size(); ++written) {
+        if (writeApproval(key, kClassIds[written], approval))
+            continue;
+        bool whole = true;
+        for (std::size_t i = 0; i < written; ++i)
+            whole = putBack(key, kClassIds[i], formers[i]) && whole;
+        return whole ? RegistrationResult::NothingChanged : RegistrationResult::Incomplete;
+    }
+    return RegistrationResult::Registered;
 }
 
 // Everything but the approvals. Entries of one key follow each other, and the key is made once.
@@ -114,7 +151,7 @@ std::vector<RegistrationEntry> registrationEntries(const std::u16string& moduleP
     return entries;
 }
 
-bool RegisterExtension() {
+RegistrationResult TryRegisterExtension() {
     std::u16string modulePath;
     const bool located = succeeds([&] {
         if (!owlkit::getFolder(owlkit::kFolderApplication, modulePath))
@@ -122,12 +159,22 @@ bool RegisterExtension() {
         modulePath += kModuleName;
         return true;
     });
-    if (!located || !approveClasses())
-        return false;
-    if (succeeds([&] { return writeHandlersAndServers(modulePath); }))
+    if (!located)
+        return RegistrationResult::NothingChanged;
+    auto approved = RegistrationResult::NothingChanged;
+    succeeds([&] {
+        approved = approveClasses();
         return true;
+    });
+    if (approved != RegistrationResult::Registered ||
+        succeeds([&] { return writeHandlersAndServers(modulePath); }))
+        return approved;
     UnregisterExtension();
-    return false;
+    return RegistrationResult::Removed;
+}
+
+bool RegisterExtension() {
+    return TryRegisterExtension() == RegistrationResult::Registered;
 }
 
 void UnregisterExtension() {

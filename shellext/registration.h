@@ -21,9 +21,21 @@ struct RegistrationEntry {
 // and its threading model for each class. `modulePath` is the full name of the module.
 std::vector<RegistrationEntry> registrationEntries(const std::u16string& modulePath);
 
+// How registering ended.
+enum class RegistrationResult {
+    Registered,
+    NothingChanged,  // it failed before a key was made, and what was there before is there as it was
+    Removed,         // it failed later and was unregistered, an older registration included
+    Incomplete,      // it failed before a key was made, and an approval could not be put back
+};
+
 // Approves the three classes, attaches them to files and folders, drives and the Recycle Bin, and names
-// "nmshell.dll" in the application folder as their server. False when any key or value could not be written;
-// then none of them is left.
+// "nmshell.dll" in the application folder as their server. When an approval cannot be written, those that
+// this run wrote are put back; when a later key or value cannot be written, UnregisterExtension takes all of
+// it away.
+RegistrationResult TryRegisterExtension();
+
+// The same; whether everything was written.
 bool RegisterExtension();
 
 // Removes all of that and the user's settings, going on past every failure.

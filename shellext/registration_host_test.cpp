@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <regex>
 
 #include "foundation/process/folders.h"
+#include "foundation/registry/registry_key.h"
 #include "foundation/text/text.h"
 #include "platform/host/fault.h"
 #include "platform/host/registry_control.h"
@@ -18,6 +20,7 @@ namespace {
 
 namespace control = platform::registry_control;
 namespace fault = platform::fault;
+using namespace std::string_literals;
 
 const std::u16string kMachine = u"HKEY_LOCAL_MACHINE\\";
 
@@ -43,6 +46,11 @@ class RegistrationTest : public ::testing::Test {
         EXPECT_EQ(control::openHandles(), 0U);
         control::reset();
         owlkit::recordApplicationFolder(u"");
+    }
+
+    static void dropApproval(std::u16string_view classId) {
+        EXPECT_TRUE(owlkit::RegistryKey::deleteValue(owlkit::RegistryRoot::LocalMachine,
+                                                     std::u16string(kApprovalPath), std::u16string(classId)));
     }
 
     std::string module_;
@@ -100,7 +108,53 @@ TEST_F(RegistrationTest, AnyFailingCallLeavesNothingBehind) {
         EXPECT_FALSE(done) << "call " << n;
         EXPECT_EQ(control::dump(), before_) << "call " << n;
     }
-    EXPECT_EQ(n, 20U);  // four calls approve, six write the handlers, nine the servers
+    EXPECT_EQ(n, 23U);  // seven calls approve, six write the handlers, nine the servers
+}
+
+// What a failing run leaves of an older registration, and what it says about that.
+TEST_F(RegistrationTest, AFailingRepeatTakesBackOnlyWhatItWrote) {
+    const std::u16string approvals = kMachine + std::u16string(kApprovalPath);
+    const struct {
+        const char* name;
+        std::function<void()> before;
+        const char* operation;
+        std::uint32_t nth;
+        bool forGood;
+        RegistrationResult result;
+    } cases[] = {
+        {"the key", [] {}, "RegOpenKeyExW", 1, false, RegistrationResult::NothingChanged},
+        {"a question", [] {}, "RegQueryValueExW", 2, false, RegistrationResult::NothingChanged},
+        {"the first approval", [] {}, "RegSetValueExW", 1, false, RegistrationResult::NothingChanged},
+        {"the third approval", [] {}, "RegSetValueExW", 3, true, RegistrationResult::NothingChanged},
+        {"after another text",
+         [&] { control::putText(approvals, kFileSystemClassId, platform::kRegSz, u"Other\0"s); },
+         "RegSetValueExW", 3, false, RegistrationResult::NothingChanged},
+        {"after a missing one", [&] { dropApproval(kDriveClassId); }, "RegSetValueExW", 3, false,
+         RegistrationResult::NothingChanged},
+        {"another text for good",
+         [&] { control::putText(approvals, kFileSystemClassId, platform::kRegSz, u"Other\0"s); },
+         "RegSetValueExW", 2, true, RegistrationResult::Incomplete},
+        {"after a number",
+         [&] { control::putText(approvals, kFileSystemClassId, platform::kRegDword, u"\1"s + u'\0'); },
+         "RegSetValueExW", 2, false, RegistrationResult::Incomplete},
+        {"a handler", [] {}, "RegCreateKeyExW", 2, false, RegistrationResult::Removed},
+        {"the last value", [] {}, "RegSetValueExW", 12, false, RegistrationResult::Removed},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        ASSERT_TRUE(RegisterExtension());
+        c.before();
+        const std::string old = control::dump();
+        fault::arm(c.operation, c.nth, platform::kErrorAccessDenied, c.forGood);
+        EXPECT_EQ(TryRegisterExtension(), c.result);
+        EXPECT_TRUE(fault::fired());
+        fault::disarm();
+        if (c.result != RegistrationResult::Incomplete) {
+            EXPECT_EQ(control::dump(), c.result == RegistrationResult::Removed ? before_ : old);
+        }
+        UnregisterExtension();
+        EXPECT_EQ(control::dump(), before_);
+    }
 }
 
 TEST_F(RegistrationTest, WritesNothingWithoutFolderOrApprovals) {

@@ -152,6 +152,10 @@ TEST_F(RegistrationWalk, RegisterOverNothing) {
     walk("register over nothing", [this] { runRegister(false); });
 }
 
+TEST_F(RegistrationWalk, RegisterOverARegistration) {
+    walk("register over a registration", [this] { runRegister(true); });
+}
+
 TEST_F(RegistrationWalk, Unregister) {
     walk("unregister", [this] { runUnregister(); });
 }

@@ -100,11 +100,12 @@ TEST_F(LanguageLoader, OthersMayWriteWhileAFileIsReadInLargePieces) {
 // A file that can be read no further, or written no further, or that is too large to be read at all.
 TEST_F(LanguageLoader, FilesThatCannotBeReadOrWrittenToTheEnd) {
     struct Bound final : ReadObserver {
-        void opening(std::u16string_view) override {
+        void line(std::uint32_t, LineKind, std::u16string_view) override {
             if (++lines > 40000)
                 throw std::runtime_error("more lines than the file has");
         }
         void stored(const StoredText&) override {}
+        void failed(SyntaxRule) override {}
         int lines = 0;
     };
     put("a.lang.txt", std::string(40000, '\n'));

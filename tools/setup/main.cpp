@@ -21,7 +21,7 @@ constexpr const char* kExitCodes =
     "usage,\n"
     "3 no administrator rights, 4 no nmshell.dll, 5 failed, 6 nmshell.dll cannot be loaded, 7 users can "
     "change "
-    "the folder.";
+    "the folder, 8 the registry could not be written and nothing was changed.";
 
 // Messages on the terminal and, once one was opened, in a log file too.
 class Terminal final : public Messages {

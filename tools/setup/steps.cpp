@@ -17,6 +17,7 @@
 namespace setup {
 namespace {
 
+using nmshell::RegistrationResult;
 using owlkit::RegistryKey;
 using owlkit::RegistryMode;
 using owlkit::RegistryRoot;
@@ -58,6 +59,16 @@ bool copyDefault(const std::u16string& name, RegistryValueType type) {
     return true;
 }
 
+Result tellFailure(RegistrationResult result, Messages& messages) {
+    const char* const outcome =
+        result == RegistrationResult::NothingChanged ? "Nothing was changed."
+        : result == RegistrationResult::Removed
+            ? "The extension was unregistered."
+            : "An approval could not be put back; run \"nmshell-setup unregister\" or register again.";
+    messages.complain(std::string("the registry could not be written. ") + outcome);
+    return result == RegistrationResult::NothingChanged ? kUnchanged : kFailed;
+}
+
 }  // namespace
 
 Result registerModule(const std::u16string& folder, Messages& messages) {
@@ -75,10 +86,9 @@ Result registerModule(const std::u16string& folder, Messages& messages) {
     for (const Intruder& intruder : intruders(folder))
         messages.complain("warning: " + describe(intruder) + ", which the shell of every user will load");
     owlkit::recordApplicationFolder(folder);
-    if (!nmshell::RegisterExtension()) {
-        messages.complain("the registry could not be written. The extension was unregistered.");
-        return kFailed;
-    }
+    if (const RegistrationResult result = nmshell::TryRegisterExtension();
+        result != RegistrationResult::Registered)
+        return tellFailure(result, messages);
     platform::notifyAssociationsChanged();
     messages.tell("Registered " + utf8(module));
     return kDone;

@@ -17,6 +17,7 @@ enum Result : int {
     kFailed = 5,
     kUnusableModule = 6,  // nmshell.dll is there and cannot be loaded
     kUnsafeFolder = 7,    // users can change what the shell would load
+    kUnchanged = 8,       // the registry could not be written, and an older registration is as it was
 };
 
 // Each says in `messages` what came of it. `folder`, with a separator at its end, is where nmshell.dll lies.

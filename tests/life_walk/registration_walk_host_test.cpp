@@ -122,14 +122,14 @@ class RegistrationWalk : public LifeWalkTest {
         }
     }
 
-    // Until the first key is made nothing has changed. Later everything is put back or taken away, which only
-    // calls or memory that go on failing can keep from being finished.
+    // Until all three approvals are written nothing has changed. Later everything is put back or taken away,
+    // which only calls or memory that go on failing can keep from being finished.
     std::uint32_t mayBecome(bool done) const {
         if (done)
             return kRegistered;
         if (failure().kind == Kind::EveryCall || failure().kind == Kind::EveryAllocation)
             return kOld | kRemoved | kMixed;
-        return fault::calls("RegCreateKeyExW") != 0 ? kOld | kRemoved : kOld;
+        return fault::calls("RegSetValueExW") >= 3 ? kOld | kRemoved : kOld;
     }
 
     std::uint32_t state() const {

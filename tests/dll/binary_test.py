@@ -18,7 +18,7 @@ IMPORTS = {
     "gdi32.dll": "DeleteObject",
     "kernel32.dll": "CloseHandle CreateFileW DeleteFileW DeviceIoControl FindClose FindFirstFileW FindNextFileW FlsAlloc "
                     "FlsFree FlsGetValue FlsSetValue FlushFileBuffers GetCPInfoExW GetCurrentDirectoryW GetCurrentProcess "
-                    "GetCurrentThreadId GetEnvironmentVariableW GetFileAttributesW GetFileSizeEx GetLastError "
+                    "GetCurrentThreadId GetEnvironmentVariableW GetFileAttributesW GetFileSizeEx GetFullPathNameW GetLastError "
                     "GetLocaleInfoW GetModuleFileNameW GetTempPathW GetTickCount64 GetWindowsDirectoryW GlobalLock "
                     "GlobalSize GlobalUnlock MultiByteToWideChar QueryPerformanceCounter RaiseException ReadFile "
                     "RtlCaptureContext RtlLookupFunctionEntry RtlUnwindEx RtlVirtualUnwind SetEndOfFile SetFilePointerEx "

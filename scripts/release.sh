@@ -1,0 +1,68 @@
+#!/usr/bin/env bash
+# Puts a release together: release.sh [-b BIN] [--sign COMMAND] [FOLDER]
+# FOLDER, build/release unless given, is emptied and gets the package, a zip with tools, policy template, documents and examples, a
+# zip with the symbols, and SHA256SUMS. BIN holds a Windows build; without it, build/win64 is brought up to date from what is
+# committed. COMMAND signs the file that is named behind it, in place. The same commit gives the same files: see build-msi.sh.
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$root"
+export LC_ALL=C.UTF-8 TZ=UTC
+
+fail() { echo "release: $2" >&2; exit "$1"; }
+
+bin= sign= folder=
+while [ $# -gt 0 ]; do
+  case $1 in
+    -b | --sign) [ $# -gt 1 ] || fail 2 "$1 needs a value" ;;&
+    -b) bin=$(cd "$2" && pwd); shift 2 ;;
+    --sign) sign=$2; shift 2 ;;
+    -*) fail 2 "there is no option $1" ;;
+    *) [ -z "$folder" ] || fail 2 "one folder, please: $1"; folder=$1; shift ;;
+  esac
+done
+folder=$(realpath -m "${folder:-build/release}")
+version=$(sed -n 's/^project(nmshell VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+grep -q "^## $version\b" CHANGELOG.md || fail 1 "CHANGELOG.md says nothing about $version"
+export SOURCE_DATE_EPOCH="${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2>/dev/null || date +%s)}"
+
+if [ -z "$bin" ]; then
+  [ -z "$(git status --porcelain)" ] || fail 1 "there are changes that are not committed"
+  scripts/install-packages.sh
+  [ -e build/win64/build.ninja ] || cmake --preset win64 >/dev/null
+  cmake --build --preset win64 -- --quiet
+  bin=$root/build/win64/bin
+fi
+
+rm -rf "$folder"
+mkdir -p "$folder"
+scripts/build-msi.sh -b "$bin" ${sign:+--sign "$sign"} "$folder/nmshell-$version.msi" >/dev/null
+
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+tools=$scratch/nmshell-$version-tools
+mkdir -p "$tools" "$scratch/nmshell-$version-symbols"
+cp "$bin/interlang.exe" "$bin/rightclick.exe" "$tools"
+for program in "$tools"/*.exe; do
+  [ -z "$sign" ] || bash -c "$sign \"\$1\"" sign "$program" >&2 || fail 1 "not signed: $program"
+done
+cp -r "$bin/langs" docs installer/admx CHANGELOG.md "$tools"
+[ ! -d examples ] || cp -r examples "$tools"
+cp "$bin"/symbols/*.debug "$scratch/nmshell-$version-symbols"
+
+# Names in order, the time of the commit, and no user's rights.
+for name in tools symbols; do
+  python3 - "$folder/nmshell-$version-$name.zip" "$scratch" "nmshell-$version-$name" <<'EOF'
+import os, pathlib, sys, time, zipfile
+output, root, folder = sys.argv[1], pathlib.Path(sys.argv[2]), sys.argv[3]
+when = time.gmtime(int(os.environ["SOURCE_DATE_EPOCH"]))[:6]
+with zipfile.ZipFile(output, "w", zipfile.ZIP_DEFLATED, compresslevel=9) as archive:
+    for path in sorted(path for path in (root / folder).rglob("*") if path.is_file() and "__pycache__" not in path.parts):
+        entry = zipfile.ZipInfo(path.relative_to(root).as_posix(), when)
+        entry.compress_type, entry.external_attr = zipfile.ZIP_DEFLATED, 0o100644 << 16
+        archive.writestr(entry, path.read_bytes())
+EOF
+done
+cd "$folder"
+sha256sum -- * >"$scratch/sums"
+mv "$scratch/sums" SHA256SUMS
+ls -l "$folder"

@@ -3,13 +3,13 @@
 #include <cstring>
 #include <limits>
 
+#include "comserver/identifiers.h"
+#include "comserver/settings.h"
 #include "contextmenu/launch_request.h"
 #include "foundation/registry/registry_key.h"
 #include "fuzz/fuzz.h"
 #include "platform/host/fault.h"
 #include "platform/host/registry_control.h"
-#include "shellext/identifiers.h"
-#include "shellext/settings.h"
 
 using fuzz::require;
 using owlkit::RegistryKey;

@@ -8,7 +8,7 @@ import pathlib
 import re
 import sys
 
-ORDER = ["platform", "foundation", "lang", "contextmenu", "shellext", "tools"]
+ORDER = ["platform", "foundation", "lang", "contextmenu", "comserver", "shellext", "tools"]
 # Inside foundation/: what each folder may include besides itself and foundation/errors.h.
 FOUNDATION = {"text": [], "charset": ["text"], "stream": ["text", "charset"], "codec": ["text", "charset", "stream"],
               "registry": ["text"], "process": ["text"], "errors.h": [], "errors.cpp": []}

@@ -24,7 +24,7 @@ import subprocess
 import sys
 import tempfile
 
-FLOORS = ["contextmenu", "shellext", "lang", "foundation"]
+FLOORS = ["contextmenu", "comserver", "shellext", "lang", "foundation"]
 NO_SOURCE = re.compile(r"_test\.cpp$|(fixture|test_support|test_stream|echo_child)\.(h|cpp)$"
                        r"|single_byte_tables\.cpp$")  # every entry of those tables is compared with iconv
 TOOL_TESTS = r"^(interlang|nmark|rightclick)\."

@@ -6,10 +6,8 @@
 // A new class object for `clsid`; see getClassObject.
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* object);
 
-// S_OK when no object of this module is alive, else S_FALSE.
+// See canUnloadNow.
 STDAPI DllCanUnloadNow();
 
-// Loads the languages on process attach and frees what is cached on detach, both only while the extension is
-// enabled. FALSE when that fails with an exception. Does nothing at the end of the process, which is a detach
-// with something `reserved`.
+// See enterModule; English is the language to fall back to.
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved);

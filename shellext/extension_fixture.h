@@ -3,9 +3,9 @@
 
 #include <utility>
 
+#include "comserver/identifiers.h"
 #include "platform/registry.h"
 #include "shellext/class_factory.h"
-#include "shellext/identifiers.h"
 #include "tests/host_fixture.h"
 
 namespace nmshell {

@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
+#include "comserver/identifiers.h"
 #include "foundation/process/folders.h"
 #include "foundation/registry/registry_key.h"
-#include "shellext/identifiers.h"
 
 namespace nmshell {
 namespace {

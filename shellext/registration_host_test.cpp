@@ -6,14 +6,14 @@
 #include <functional>
 #include <regex>
 
+#include "comserver/identifiers.h"
+#include "comserver/settings.h"
 #include "foundation/process/folders.h"
 #include "foundation/registry/registry_key.h"
 #include "foundation/text/text.h"
 #include "platform/host/fault.h"
 #include "platform/host/registry_control.h"
 #include "platform/host/utf8.h"
-#include "shellext/identifiers.h"
-#include "shellext/settings.h"
 
 namespace nmshell {
 namespace {

@@ -2,12 +2,12 @@
 
 #include <cstring>
 
+#include "comserver/guard.h"
+#include "comserver/settings.h"
 #include "contextmenu/commands.h"
 #include "contextmenu/dispatch.h"
 #include "contextmenu/menu_insertion.h"
 #include "contextmenu/menu_model.h"
-#include "shellext/guard.h"
-#include "shellext/settings.h"
 
 namespace nmshell {
 namespace {

@@ -1,13 +1,15 @@
 // The context-menu object: one for each menu that the shell builds.
 #pragma once
 
+#include "comserver/counted_object.h"
 #include "contextmenu/application_launcher.h"
 #include "contextmenu/selection.h"
-#include "shellext/counted_object.h"
 
 namespace nmshell {
 
-class ShellMenuExtension final : public CountedObject, public IShellExtInit, public IContextMenu {
+class ShellMenuExtension final : public CountedObject<PlainCounting>,
+                                 public IShellExtInit,
+                                 public IContextMenu {
   public:
     ShellMenuExtension(Module& module, SelectionKind kind);
     // The last of a Recycle Bin menu's object lets other objects add their entries again.

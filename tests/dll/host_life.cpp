@@ -7,8 +7,8 @@
 #include <thread>
 #include <vector>
 
+#include "comserver/identifiers.h"
 #include "platform/com.h"
-#include "shellext/identifiers.h"
 #include "tests/dll/footprint.h"
 #include "tests/dll/imports.h"
 #include "tools/rightclick/com_pointer.h"

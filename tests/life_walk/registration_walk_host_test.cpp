@@ -2,9 +2,9 @@
 #include <set>
 #include <sstream>
 
+#include "comserver/identifiers.h"
 #include "foundation/process/folders.h"
 #include "platform/registry.h"
-#include "shellext/identifiers.h"
 #include "shellext/registration.h"
 #include "tests/life_walk/walk.h"
 

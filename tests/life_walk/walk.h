@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "shellext/guard.h"
+#include "comserver/guard.h"
 #include "tests/failing_allocation.h"
 #include "tests/host_fixture.h"
 

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
+#include "comserver/identifiers.h"
+#include "comserver/settings.h"
 #include "foundation/registry/registry_key.h"
 #include "foundation/text/text.h"
 #include "lang/language_loader.h"
 #include "lang/loading_scope.h"
 #include "platform/file.h"
 #include "platform/locale.h"
-#include "shellext/identifiers.h"
-#include "shellext/settings.h"
 #include "tools/common/text.h"
 
 namespace tools {

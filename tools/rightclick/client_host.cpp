@@ -6,6 +6,8 @@
 #include <map>
 #include <optional>
 
+#include "comserver/identifiers.h"
+#include "comserver/module.h"
 #include "platform/file.h"
 #include "platform/host/com_control.h"
 #include "platform/host/menu_control.h"
@@ -18,8 +20,6 @@
 #include "platform/registry.h"
 #include "platform/shell.h"
 #include "shellext/exports.h"
-#include "shellext/identifiers.h"
-#include "shellext/module.h"
 #include "tools/rightclick/client.h"
 #include "tools/rightclick/com_pointer.h"
 #include "tools/rightclick/failure.h"

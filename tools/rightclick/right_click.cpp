@@ -1,13 +1,12 @@
 #include "tools/rightclick/right_click.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
+#include "comserver/class_id.h"
+#include "comserver/identifiers.h"
 #include "contextmenu/commands.h"
 #include "foundation/text/number.h"
 #include "foundation/text/text.h"
-#include "shellext/identifiers.h"
 #include "tools/common/diagnosis.h"
 #include "tools/rightclick/failure.h"
 #include "tools/rightclick/text.h"
@@ -16,21 +15,6 @@ namespace rightclick {
 namespace {
 
 constexpr std::size_t kHelpTextRoom = 1024;  // characters
-
-// "{00000000-0000-0000-0000-000000000000}" in binary form.
-CLSID classIdFrom(std::u16string_view text) {
-    std::array<unsigned, 11> parts{};
-    std::sscanf(utf8(text).c_str(), "{%8x-%4x-%4x-%2x%2x-%2x%2x%2x%2x%2x%2x}", &parts[0], &parts[1],
-                &parts[2], &parts[3], &parts[4], &parts[5], &parts[6], &parts[7], &parts[8], &parts[9],
-                &parts[10]);
-    CLSID id{};
-    id.Data1 = parts[0];
-    id.Data2 = static_cast<std::uint16_t>(parts[1]);
-    id.Data3 = static_cast<std::uint16_t>(parts[2]);
-    for (std::size_t i = 0; i < std::size(id.Data4); ++i)
-        id.Data4[i] = static_cast<std::uint8_t>(parts[i + 3]);
-    return id;
-}
 
 bool holds(const MenuEntry& submenu, std::uint32_t offset) {
     return std::any_of(submenu.children.begin(), submenu.children.end(),
@@ -59,7 +43,7 @@ void RightClick::open(const Request& request) {
 }
 
 void RightClick::initialize(const Request& request) {
-    const CLSID classId = classIdFrom(nmshell::kClassIds[static_cast<std::size_t>(request.kind)]);
+    const CLSID classId = nmshell::classIdFrom(nmshell::kClassIds[static_cast<std::size_t>(request.kind)]);
     const HRESULT created = client_.createExtension(classId, receive(extension_));
     if (FAILED(created)) {
         const std::string reason = tools::whyUnavailable(request.kind, client_.usesRegistration());

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "comserver/identifiers.h"
 #include "foundation/process/folders.h"
 #include "foundation/registry/registry_key.h"
 #include "platform/host/fault.h"
@@ -10,7 +11,6 @@
 #include "platform/host/shell_control.h"
 #include "platform/host/utf8.h"
 #include "platform/registry.h"
-#include "shellext/identifiers.h"
 #include "tools/common/text.h"
 #include "tools/setup/folder_access.h"
 #include "tools/setup/status.h"

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "comserver/identifiers.h"
+#include "comserver/settings.h"
 #include "foundation/registry/registry_key.h"
 #include "platform/file.h"
 #include "platform/image.h"
-#include "shellext/identifiers.h"
-#include "shellext/settings.h"
 #include "tools/common/text.h"
 
 namespace setup {

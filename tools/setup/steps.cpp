@@ -3,12 +3,12 @@
 #include <stdexcept>
 #include <utility>
 
+#include "comserver/identifiers.h"
 #include "foundation/process/folders.h"
 #include "foundation/registry/registry_key.h"
 #include "platform/file.h"
 #include "platform/image.h"
 #include "platform/shell.h"
-#include "shellext/identifiers.h"
 #include "shellext/registration.h"
 #include "tools/common/text.h"
 #include "tools/setup/folder_access.h"

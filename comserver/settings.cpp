@@ -1,9 +1,9 @@
-#include "shellext/settings.h"
+#include "comserver/settings.h"
 
 #include <utility>
 
-#include "shellext/identifiers.h"
-#include "shellext/settings_internal.h"
+#include "comserver/identifiers.h"
+#include "comserver/settings_internal.h"
 
 namespace nmshell {
 namespace {

@@ -1,16 +1,16 @@
-#include "shellext/module.h"
+#include "comserver/module.h"
 
+#include "comserver/settings.h"
 #include "foundation/process/folders.h"
 #include "lang/language_file_names.h"
 #include "lang/language_loader.h"
 #include "lang/loading_scope.h"
 #include "platform/file.h"
 #include "platform/module.h"
-#include "shellext/settings.h"
 
 namespace nmshell {
 
-void Module::attach(void* instance) {
+void Module::attach(void* instance, std::u16string_view primary) {
     ShellSettings settings;
     const bool enabled = settings.isEnabled();
     bitmaps.setModule(instance);
@@ -22,7 +22,7 @@ void Module::attach(void* instance) {
     languageLoaded =
         !folder.empty() &&
         owlkit::LoadLanguageFolder(folder + std::u16string(owlkit::kLanguageFolder), texts).empty();
-    applyLanguage(settings.language(), u"en");
+    applyLanguage(settings.language(), primary);
 }
 
 void Module::detach() {
@@ -32,7 +32,7 @@ void Module::detach() {
     languageLoaded = false;
 }
 
-void Module::applyLanguage(const std::u16string& active, const std::u16string& primary) {
+void Module::applyLanguage(std::u16string_view active, std::u16string_view primary) {
     // Nothing is written then: a menu of another thread may be reading the table.
     if (texts.UsesLanguages(active, primary))
         return;

@@ -13,6 +13,9 @@ inline constexpr std::u16string_view kRecycleBinClassId = u"{7A21E6D3-B94C-4E5F-
 // In the order of the selection kinds 0 to 2, which is the order of registration too.
 inline constexpr std::u16string_view kClassIds[] = {kFileSystemClassId, kDriveClassId, kRecycleBinClassId};
 
+// The root command of the first level of Windows 11's menu, which nmcommand.dll serves.
+inline constexpr std::u16string_view kCommandClassId = u"{B1F60D94-52C8-4A37-8E7D-4C90A3D1E6F5}";
+
 // Names every handler key and is the text that approves a class.
 inline constexpr std::u16string_view kHandlerName = u"QuietOwl_NMark";
 

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "contextmenu/menu_insertion.h"
 #include "contextmenu/selection.h"
@@ -19,7 +20,7 @@ namespace nmshell {
 struct Module {
     owlkit::interlang texts;
     bool languageLoaded = false;      // every language file was read; without it no menu is shown
-    std::int32_t liveObjects = 0;     // class factories and context-menu objects
+    std::int32_t liveObjects = 0;     // class objects and what they made
     bool recycleBinMenuLive = false;  // a Recycle Bin menu exists; while it does, no object adds anything
     std::uint32_t handoverCounter = 0;
     SystemDrive systemDrive;
@@ -27,8 +28,8 @@ struct Module {
     std::u16string folder;  // of the module, with a trailing separator
 
     // Remembers the module (HINSTANCE) and its folder. Unless the extension is switched off, loads every
-    // language file of the folder "langs" in it and applies the language setting, "en" being primary.
-    void attach(void* instance);
+    // language file of the folder "langs" in it and applies the language setting with `primary`.
+    void attach(void* instance, std::u16string_view primary = u"en");
 
     // Deletes the menu bitmaps and forgets that languages were loaded. Nothing when the extension is switched
     // off.
@@ -36,7 +37,7 @@ struct Module {
 
     // Makes `active` the language of the menus (empty: the system's) with `primary` as the one to fall back
     // to.
-    void applyLanguage(const std::u16string& active, const std::u16string& primary);
+    void applyLanguage(std::u16string_view active, std::u16string_view primary);
 };
 
 // The folder of `file`, its trailing separator included; empty when it has none.

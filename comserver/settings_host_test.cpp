@@ -1,10 +1,10 @@
-#include "shellext/settings.h"
+#include "comserver/settings.h"
 
 #include <gtest/gtest.h>
 
+#include "comserver/identifiers.h"
 #include "platform/host/fault.h"
 #include "platform/host/registry_control.h"
-#include "shellext/identifiers.h"
 
 namespace nmshell {
 namespace {

@@ -1,7 +1,7 @@
 // The writers of the settings, apart from the readers: the module that the shell loads writes none.
-#include "shellext/identifiers.h"
-#include "shellext/settings.h"
-#include "shellext/settings_internal.h"
+#include "comserver/identifiers.h"
+#include "comserver/settings.h"
+#include "comserver/settings_internal.h"
 
 namespace nmshell {
 namespace {

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "platform/com.h"
-#include "shellext/identifiers.h"
+#include "comserver/identifiers.h"
 #include "tools/rightclick/com_pointer.h"
 
 namespace {

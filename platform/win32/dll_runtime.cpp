@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <random>
 
 #include "platform/win32/win32_api.h"
 
@@ -156,9 +155,3 @@ void __verbose_terminate_handler() {
 }
 
 }  // namespace __gnu_cxx
-
-// Nothing here asks for random numbers. One object file of the library, which every standard exception brings
-// along, knows how they are made; with this it does not bring the makers.
-void std::random_device::_M_init(const char*, std::size_t) {
-    endProcess(FAST_FAIL_FATAL_APP_EXIT);
-}

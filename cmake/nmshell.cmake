@@ -82,16 +82,25 @@ set(BUILD_GMOCK OFF)
 set(NMSHELL_GTEST_SOURCE /usr/src/googletest CACHE PATH "Sources of GoogleTest")
 add_subdirectory("${NMSHELL_GTEST_SOURCE}" "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
 
-# nmshell_tests(NAME SOURCES ... DEPENDS ...): a GoogleTest program. Natively every test is one entry of ctest;
-# through Wine a process start is dear, so there the whole program is one entry.
+# nmshell_tests(NAME COMMON ... HOST ... WIN32 ... DEPENDS ...): a GoogleTest program of the sources for both sides and for the
+# one that is built; where there are none, there is no program. Natively every test is one entry of ctest, with the label fast;
+# through Wine a process start is dear, so there the whole program is one, with the label wine.
 include(GoogleTest)
 function(nmshell_tests name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
-  add_executable(${name} ${ARG_SOURCES})
-  target_link_libraries(${name} PRIVATE nmshell_flags ${ARG_DEPENDS} gtest gtest_main)
+  cmake_parse_arguments(ARG "" "" "COMMON;HOST;WIN32;DEPENDS" ${ARGN})
+  string(TOUPPER ${NMSHELL_PLATFORM} side)
+  set(sources ${ARG_COMMON} ${ARG_${side}})
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE nmshell_flags testing ${ARG_DEPENDS} gtest gtest_main)
+  # Tables name only the members that a row is about.
+  target_compile_options(${name} PRIVATE -Wno-missing-field-initializers)
   if(WIN32)
     add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES LABELS wine)
   else()
-    gtest_discover_tests(${name} TEST_PREFIX "${NMSHELL_TEST_PREFIX}${name}." DISCOVERY_TIMEOUT 60)
+    gtest_discover_tests(${name} TEST_PREFIX "${NMSHELL_TEST_PREFIX}${name}." DISCOVERY_TIMEOUT 60 PROPERTIES LABELS fast)
   endif()
 endfunction()

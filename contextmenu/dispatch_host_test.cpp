@@ -4,11 +4,14 @@
 
 #include "contextmenu/commands.h"
 #include "contextmenu/handover_file.h"
+#include "foundation/process/folders.h"
 #include "platform/file.h"
-#include "tests/host_fixture.h"
+#include "testing/host.h"
 
 namespace nmshell {
 namespace {
+
+using namespace test;
 
 using namespace std::string_literals;
 

@@ -3,12 +3,15 @@
 #include <algorithm>
 
 #include "contextmenu/menu_insertion.h"
+#include "foundation/process/elevation.h"
 #include "foundation/text/number.h"
 #include "foundation/text/text.h"
-#include "tests/host_fixture.h"
+#include "testing/host.h"
 
 namespace nmshell {
 namespace {
+
+using namespace test;
 
 using namespace std::string_literals;
 using enum SelectionKind;

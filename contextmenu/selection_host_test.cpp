@@ -1,9 +1,11 @@
 #include "contextmenu/selection.h"
 
-#include "tests/host_fixture.h"
+#include "testing/host.h"
 
 namespace nmshell {
 namespace {
+
+using namespace test;
 
 using namespace std::string_literals;
 using SelectionTest = HostTest;

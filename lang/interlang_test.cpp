@@ -7,9 +7,12 @@
 #include <stdexcept>
 
 #include "foundation/stream/memory_stream.h"
+#include "testing/errors.h"
 
 namespace owlkit {
 namespace {
+
+using test::errorOf;
 
 // Adds a text for each {key, language}: the two joined. Sets the languages unless `active` is null.
 void load(interlang& table, std::initializer_list<std::pair<const char16_t*, const char16_t*>> entries,
@@ -23,15 +26,6 @@ void load(interlang& table, std::initializer_list<std::pair<const char16_t*, con
     if (active != nullptr)
         table.SetLanguages(active, primary);
     table.EndLoad();
-}
-
-std::string errorOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const std::exception& error) {
-        return error.what();
-    }
-    return {};
 }
 
 TEST(Interlang, EveryOperationKeepsItsState) {

@@ -1,7 +1,6 @@
 #include "lang/language_loader.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -17,6 +16,7 @@
 #include "platform/host/file_record.h"
 #include "platform/host/locale_control.h"
 #include "platform/locale.h"
+#include "testing/temporary.h"
 
 namespace owlkit {
 namespace {
@@ -26,20 +26,18 @@ namespace fault = platform::fault;
 
 class LanguageLoader : public testing::Test {
   protected:
-    LanguageLoader() { fs::create_directories(folder_); }
     ~LanguageLoader() override {
         fault::disarm();
         platform::host::resetLocale();
-        fs::remove_all(folder_);
     }
-    void put(const std::string& name, const std::string& text) { std::ofstream(folder_ / name) << text; }
+    void put(const std::string& name, const std::string& text) const { folder_.write(name, text); }
     std::u16string path(const std::u16string& name) const { return (folder_ / name).u16string(); }
     static std::u16string failure(const std::u16string& line, const std::u16string& path) {
         return u"Language File Error\nThere is a syntax error at line " + line +
                u" in the following file.\n" + path;
     }
 
-    fs::path folder_ = fs::temp_directory_path() / ("loader_" + std::to_string(::getpid()));
+    const test::TemporaryFolder folder_;
     interlang table_;
 };
 
@@ -47,7 +45,7 @@ TEST_F(LanguageLoader, FoldersWithAndWithoutFiles) {
     for (const char* name : {".lang.txt", "a.LANG.TXT", "a.lang.txt.bak"})
         put(name, "KEY: a");
     fs::create_directory(folder_ / "b.lang.txt");
-    for (const std::u16string& folder : {folder_.u16string(), path(u"none")})
+    for (const std::u16string& folder : {folder_.path().u16string(), path(u"none")})
         EXPECT_EQ(LoadLanguageFolder(folder, table_),
                   u"Languange File Error\nFailed to load language files.");
     EXPECT_EQ(table_.state(), interlang::State::Empty);
@@ -56,16 +54,16 @@ TEST_F(LanguageLoader, FoldersWithAndWithoutFiles) {
     put("d.lang.txt", "LANG: en\nKEY: d\nTEXT: 2");
     put("c.lang.txt", "LANG: en\nKEY: c\nTEXT: 3\n\nKEY: d\nKEY: e");
     std::vector<std::u16string> names;
-    ASSERT_TRUE(ListLanguageFiles(folder_.u16string(), names));
+    ASSERT_TRUE(ListLanguageFiles(folder_.path().u16string(), names));
     std::erase(names, u"d.lang.txt");
     ASSERT_EQ(names.size(), 2u);
     const std::u16string expected = failure(names[0][0] == u'a' ? u"5" : u"6", path(names[0]));
-    EXPECT_EQ(LoadLanguageFolder(folder_.u16string(), table_), expected);
+    EXPECT_EQ(LoadLanguageFolder(folder_.path().u16string(), table_), expected);
     EXPECT_EQ(LoadLanguageFolder(path({}), table_), expected) << "with a separator at the end";
     EXPECT_EQ(table_.GetText(u"a") + table_.GetText(u"d") + table_.GetText(u"c"), u"123");
     put("a.lang.txt", "");
     put("c.lang.txt", "KEY: x");
-    EXPECT_EQ(LoadLanguageFolder(folder_.u16string(), table_), u"");
+    EXPECT_EQ(LoadLanguageFolder(folder_.path().u16string(), table_), u"");
 }
 
 TEST_F(LanguageLoader, EveryPlatformFailureIsTold) {
@@ -139,7 +137,7 @@ TEST_F(LanguageLoader, FilesThatCannotBeReadOrWrittenToTheEnd) {
 
 TEST_F(LanguageLoader, SystemLanguage) {
     put("a.lang.txt", "KEY: k\nLANG: en\nTEXT: E\nLANG: de\nTEXT: D\nLANG: DEU\nTEXT: A");
-    EXPECT_EQ(LoadLanguageFolder(folder_.u16string(), table_), u"");
+    EXPECT_EQ(LoadLanguageFolder(folder_.path().u16string(), table_), u"");
     platform::host::setLocaleInfo(platform::kLocaleAbbreviatedLanguageName, u"DEU");
     for (const auto& [iso, text] : {std::pair{u"de", u"D"}, {u"", u"A"}, {u"xx", u"E"}}) {
         platform::host::setLocaleInfo(platform::kLocaleIso639LanguageName, iso);

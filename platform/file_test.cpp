@@ -1,18 +1,19 @@
 #include "platform/file.h"
 
 #include <algorithm>
+#include <fstream>
 
-#include "foundation/stream/test_stream.h"
+#include "testing/streams.h"
 
 namespace platform {
 namespace {
 
-using owlkit::TempFile;
+using test::TemporaryFile;
 
 const std::u16string kLongPathPrefix = kPathSeparator == u'\\' ? u"\\\\?\\" : u"";
 
 TEST(PlatformFile, ListsTheFilesOfAFolder) {
-    const TempFile unique;  // only for its name
+    const TemporaryFile unique;  // only for its name
     const std::filesystem::path folder = unique.path();
     std::filesystem::create_directories(folder / "sub");
     for (const char16_t* name : {u"b.txt", u"\u00E9\u4E2D.lang.txt"})
@@ -38,7 +39,7 @@ TEST(PlatformFile, ListsTheFilesOfAFolder) {
 
 // Names that the system's short path buffers do not hold, in the spellings in which they come.
 TEST(PlatformFile, LongPathsAreOrdinaryPaths) {
-    const TempFile unique;
+    const TemporaryFile unique;
     std::vector<std::u16string> folders = {unique.name()};
     const std::u16string level(60, u'\u00E9');
     for (int i = 0; i < 5; ++i)
@@ -68,7 +69,7 @@ TEST(PlatformFile, LongPathsAreOrdinaryPaths) {
 }
 
 TEST(PlatformFile, ReadOnlyFilesStay) {
-    const TempFile target;
+    const TemporaryFile target;
     FileHandle file;
     std::uint32_t moved = 0;
     ASSERT_EQ(createFile(target.name(), kGenericWrite, 0, kCreateAlways, kFileAttributeReadOnly, file),

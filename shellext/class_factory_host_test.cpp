@@ -3,7 +3,7 @@
 #include "platform/host/locale_control.h"
 #include "platform/locale.h"
 #include "shellext/exports.h"
-#include "shellext/extension_fixture.h"
+#include "testing/extension.h"
 
 #ifdef __SANITIZE_ADDRESS__
 #include <sanitizer/lsan_interface.h>
@@ -11,6 +11,8 @@
 
 namespace nmshell {
 namespace {
+
+using namespace test;
 
 class ClassFactoryTest : public ExtensionTest {
   protected:

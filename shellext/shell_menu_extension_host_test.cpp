@@ -4,11 +4,14 @@
 
 #include "contextmenu/launch_request.h"
 #include "shellext/exports.h"
-#include "shellext/extension_fixture.h"
-#include "tests/failing_allocation.h"
+#include "testing/errors.h"
+#include "testing/extension.h"
+#include "testing/failing_allocation.h"
 
 namespace nmshell {
 namespace {
+
+using namespace test;
 
 using enum SelectionKind;
 
@@ -192,11 +195,10 @@ TEST_F(ShellMenuTest, LeavesNoHandoverFileThatNobodyIsToldOf) {
         module_.handoverCounter = 0;
         std::u16string told;
         failing_allocation::arm(n);
-        try {
+        test::errorOf([&] {
             const failing_allocation::Counted counted;
             told = launcher.buildArguments(0x101, request);
-        } catch (const std::bad_alloc&) {
-        }
+        });
         failed = failing_allocation::fired();
         failing_allocation::disarm();
         const bool toldOf = told.find(u"-tfn") != std::u16string::npos;

@@ -5,11 +5,13 @@
 #include <stdexcept>
 
 #include "foundation/charset/single_byte_tables.h"
+#include "testing/errors.h"
 
 namespace owlkit {
 namespace {
 
 using enum ErrorPolicy;
+using test::expectError;
 
 TEST(Charset, NamesFitTheCodePages) {
     int known = 0;
@@ -153,16 +155,6 @@ TEST(Convert, FollowsThePolicyToNarrow) {
         EXPECT_TRUE(failed);
     }
     EXPECT_EQ(ToNarrow(text, kCharsetLatin1, Replace, 0), "az");
-}
-
-template <class Error, class Call>
-void expectError(const char* text, Call call) {
-    try {
-        call();
-        ADD_FAILURE() << text;
-    } catch (const Error& error) {
-        EXPECT_STREQ(error.what(), text);
-    }
 }
 
 TEST(Convert, ThrowsItsErrors) {

@@ -1,12 +1,16 @@
 // The standard alphabet held against the system's own base64 program.
 #include <cstdio>
 #include <memory>
+#include <random>
 
 #include "foundation/codec/base64.h"
-#include "foundation/stream/test_stream.h"
+#include "foundation/stream/memory_stream.h"
+#include "testing/streams.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 TEST(Base64Host, AgreesWithTheSystemsProgram) {
     std::mt19937 random(2);
@@ -15,7 +19,7 @@ TEST(Base64Host, AgreesWithTheSystemsProgram) {
         std::string bytes(size, '\0');
         for (char& byte : bytes)
             byte = static_cast<char>(random());
-        const TempFile file(bytes);
+        const TemporaryFile file(bytes);
         const std::string command = "base64 -w 76 '" + file.path().string() + "'";
         const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), &pclose);
         std::string expected(100000, '\0');

@@ -4,10 +4,13 @@
 #include <random>
 #include <stdexcept>
 
-#include "foundation/stream/test_stream.h"
+#include "foundation/stream/memory_stream.h"
+#include "testing/streams.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 using namespace std::string_literals;
 using namespace std::string_view_literals;

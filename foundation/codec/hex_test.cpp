@@ -2,10 +2,12 @@
 
 #include <stdexcept>
 
-#include "foundation/stream/test_stream.h"
+#include "testing/streams.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 using namespace std::string_view_literals;
 

@@ -1,12 +1,15 @@
 #include <gtest/gtest.h>
 
 #include "foundation/process/captured_run.h"
-#include "foundation/process/echo_child.h"
 #include "platform/host/fault.h"
 #include "platform/host/process_control.h"
+#include "testing/echo_child.h"
+#include "testing/temporary.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 std::ptrdiff_t openDescriptors() {
     using Iterator = std::filesystem::directory_iterator;
@@ -14,7 +17,7 @@ std::ptrdiff_t openDescriptors() {
 }
 
 TEST(RunCapturedOnHost, BuildsTheCommandLine) {
-    const TestFolder folder;
+    const TemporaryFolder folder;
     const std::u16string blank = (folder / "echo child").u16string();
     std::filesystem::copy_file(echoChild(), blank);
     const std::u16string kCases[][3] = {

@@ -4,10 +4,13 @@
 
 #include <fstream>
 
-#include "foundation/process/echo_child.h"
+#include "testing/echo_child.h"
+#include "testing/temporary.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 TEST(RunCaptured, GivesTheArgumentsAndTheOutput) {
     const struct {
@@ -22,7 +25,7 @@ TEST(RunCaptured, GivesTheArgumentsAndTheOutput) {
         {"no arguments", u"", ""},
     };
     // A program whose path has blanks in it gets the same arguments.
-    const TestFolder folder;
+    const TemporaryFolder folder;
     const std::filesystem::path copy = folder / "echo child.exe";
     std::filesystem::copy_file(echoChild(), copy);
     for (const std::u16string& program : {echoChild(), copy.u16string()}) {
@@ -46,7 +49,7 @@ TEST(RunCaptured, ReadsOutputOfEverySizeAroundItsChunk) {
 }
 
 TEST(RunCaptured, RefusesWhatIsNoProgramAndLeavesTheOutput) {
-    const TestFolder folder;
+    const TemporaryFolder folder;
     std::ofstream(folder / "text.txt") << "no program";
     const std::filesystem::path kPrograms[] = {"", folder / "missing.exe", folder.path(),
                                                folder / "text.txt"};

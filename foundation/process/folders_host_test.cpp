@@ -2,16 +2,19 @@
 
 #include <cstdlib>
 
-#include "foundation/process/echo_child.h"
 #include "foundation/process/folders.h"
 #include "platform/host/fault.h"
 #include "platform/host/shell_control.h"
+#include "testing/echo_child.h"
+#include "testing/temporary.h"
 
 namespace owlkit {
 namespace {
 
+using namespace test;
+
 TEST(FoldersOnHost, EveryCodeAsksItsSource) {
-    const TestFolder test;
+    const TemporaryFolder test;
     for (const char* const name : {"application", "profile", "roaming", "local", "common"})
         std::filesystem::create_directory(test / name);
     recordApplicationFolder((test / "application").u16string());

@@ -4,12 +4,15 @@
 
 #include <fstream>
 
-#include "foundation/process/echo_child.h"
 #include "platform/file.h"
 #include "platform/module.h"
+#include "testing/echo_child.h"
+#include "testing/temporary.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 std::u16string folderOf(std::uint32_t code) {
     std::u16string folder = u"before";
@@ -24,7 +27,7 @@ TEST(Folders, RefusesUnknownCodes) {
 }
 
 TEST(Folders, ApplicationFolderIsTheRecordedOneIfItExists) {
-    const TestFolder folder;
+    const TemporaryFolder folder;
     std::ofstream(folder / "file") << "x";
     const std::u16string expected = (folder / "").u16string();
     recordApplicationFolder(folder.path().u16string());

@@ -1,13 +1,16 @@
 #include <gtest/gtest.h>
 
-#include "foundation/process/echo_child.h"
 #include "foundation/process/shell_run.h"
 #include "platform/host/fault.h"
 #include "platform/host/process_control.h"
 #include "platform/host/shell_control.h"
+#include "testing/echo_child.h"
+#include "testing/temporary.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 class ShellRunOnHost : public testing::Test {
   protected:
@@ -65,7 +68,7 @@ TEST_F(ShellRunOnHost, StartsAndWaits) {
 }
 
 TEST_F(ShellRunOnHost, OpensWhatItsKindAllows) {
-    const TestFolder folder;
+    const TemporaryFolder folder;
     const std::u16string path = folder.path().u16string();
     std::filesystem::create_directory(folder.path() / "blank ");
     const struct {

@@ -5,13 +5,16 @@
 #include <fstream>
 #include <iterator>
 
-#include "foundation/process/echo_child.h"
 #include "foundation/process/folders.h"
 #include "foundation/process/shell_run.h"
 #include "foundation/process/shutdown.h"
+#include "testing/echo_child.h"
+#include "testing/temporary.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 // Puts a tree of this test in the place of HKEY_CLASSES_ROOT, for this process; the system's own handlers
 // stay as they are.
@@ -64,7 +67,7 @@ std::string saved(const std::filesystem::path& file) {
 }
 
 TEST(ShellRun, ReturnsTheExitCode) {
-    const TestFolder folder;
+    const TemporaryFolder folder;
     const std::filesystem::path copy = folder / "echo child.exe";
     std::filesystem::copy_file(echoChild(), copy);
     EXPECT_EQ(runShell(echoChild(), u"exit 7", true), 7);
@@ -76,7 +79,7 @@ TEST(ShellRun, ReturnsTheExitCode) {
 }
 
 TEST(ShellRun, OpensEachKindWithItsHandler) {
-    const TestFolder folder;
+    const TemporaryFolder folder;
     const std::filesystem::path output = folder / "output";
     const std::filesystem::path document = folder / "a b.owlkittest";
     std::ofstream(document) << "text";

@@ -1,12 +1,14 @@
 #include <functional>
 
 #include "foundation/registry/registry_key.h"
-#include "foundation/registry/registry_test_support.h"
 #include "platform/host/fault.h"
 #include "platform/host/registry_control.h"
+#include "testing/registry.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 namespace control = platform::registry_control;
 namespace fault = platform::fault;

@@ -2,10 +2,12 @@
 #include <functional>
 
 #include "foundation/registry/registry_key.h"
-#include "foundation/registry/registry_test_support.h"
+#include "testing/registry.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 using namespace std::string_literals;
 

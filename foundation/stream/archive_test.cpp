@@ -2,14 +2,17 @@
 
 #include <algorithm>
 #include <limits>
+#include <random>
 #include <stdexcept>
 #include <vector>
 
 #include "foundation/charset/convert.h"
-#include "foundation/stream/test_stream.h"
+#include "testing/streams.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 using namespace std::string_literals;
 using namespace std::string_view_literals;

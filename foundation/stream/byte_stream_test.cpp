@@ -1,12 +1,16 @@
 #include "foundation/stream/byte_stream.h"
 
 #include <algorithm>
+#include <random>
 #include <stdexcept>
 
-#include "foundation/stream/test_stream.h"
+#include "foundation/stream/memory_stream.h"
+#include "testing/streams.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 using namespace std::string_literals;
 

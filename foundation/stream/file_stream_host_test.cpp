@@ -3,12 +3,14 @@
 #include <stdexcept>
 
 #include "foundation/stream/file_stream.h"
-#include "foundation/stream/test_stream.h"
 #include "platform/host/fault.h"
 #include "platform/host/file_record.h"
+#include "testing/streams.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 namespace fault = platform::fault;
 
@@ -37,7 +39,7 @@ TEST(FileStreamHost, AsksThePlatformForWhatTheFlagsSay) {
                  {0x10000000, "80000000 1 3 10000080"},
                  {0x20000000, "80000000 1 3 8000080"},
                  {0x41200000, "80000000 1 3 80004100"}};
-    const TempFile file("12345");
+    const TemporaryFile file("12345");
     for (const auto& c : cases) {
         FileStream stream;
         fault::resetCounts();
@@ -58,7 +60,7 @@ TEST(FileStreamHost, ReadsLinesWithFewPlatformCalls) {
     std::string content;
     while (content.size() < 10240)
         content += "TEXT: line " + std::to_string(content.size()) + "\r\n";
-    const TempFile file(content);
+    const TemporaryFile file(content);
     const auto bytes = static_cast<std::uint32_t>(content.size());
     const struct {
         std::uint32_t flags, least, most;  // calls
@@ -89,7 +91,7 @@ TEST(FileStreamHost, ReadsLinesWithFewPlatformCalls) {
 }
 
 TEST(FileStreamHost, TransfersHaveALimit) {
-    const TempFile file;
+    const TemporaryFile file;
     FileStream stream;
     ASSERT_TRUE(stream.open(file.name(), kCreateReadWrite));
     ASSERT_TRUE(stream.setSize(0x100000010));  // a hole, no disk space
@@ -102,7 +104,7 @@ TEST(FileStreamHost, TransfersHaveALimit) {
 // One run of everything against a model of the file. Whatever fails, nothing is thrown, size and position
 // stay true, no byte goes to a wrong place and no handle is left.
 void runWithFault() {
-    const TempFile file("0123456789");
+    const TemporaryFile file("0123456789");
     std::string model = "0123456789";
     FileStream stream;
     stream.open(file.name(), kAppendReadWrite);
@@ -144,7 +146,7 @@ TEST(FileStreamHost, SurvivesAFailureOfEveryCall) {
 }
 
 TEST(FileStreamHost, TellsDiskFullApart) {
-    const TempFile file("0123456789");
+    const TemporaryFile file("0123456789");
     FileStream stream;
     char byte = 0;
     ASSERT_TRUE(stream.open(file.name(), kOpenReadWrite));
@@ -178,7 +180,7 @@ TEST(FileStreamHost, TellsDiskFullApart) {
 TEST(FileStreamHost, AFailedReadMovesNothing) {
     std::string content(50000, 'a');
     content[16383] = 'b';
-    const TempFile file(content);
+    const TemporaryFile file(content);
     for (const std::size_t count : {5u, 40000u}) {
         FileStream stream;
         ASSERT_TRUE(stream.open(file.name(), kOpenRead));

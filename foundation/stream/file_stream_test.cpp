@@ -3,10 +3,12 @@
 #include <stdexcept>
 #include <utility>
 
-#include "foundation/stream/test_stream.h"
+#include "testing/streams.h"
 
 namespace owlkit {
 namespace {
+
+using namespace test;
 
 TEST(FileStream, OpensByMode) {
     const struct {
@@ -18,8 +20,8 @@ TEST(FileStream, OpensByMode) {
                  {kAppendWrite, false, true, true, "oldXY"}, {kAppendReadWrite, true, true, true, "oldXY"}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.mode);
-        const TempFile missing;
-        const TempFile file("old");
+        const TemporaryFile missing;
+        const TemporaryFile file("old");
         FileStream stream;
         EXPECT_EQ(stream.open(missing.name(), c.mode), c.opensMissing);
         EXPECT_EQ(stream.isOpen(), c.opensMissing);
@@ -48,7 +50,7 @@ TEST(FileStream, OpensByMode) {
 }
 
 TEST(FileStream, RefusesWithoutAndWithClosing) {
-    const TempFile file("old");
+    const TemporaryFile file("old");
     FileStream stream;
     ASSERT_TRUE(stream.open(file.name(), kOpenRead));
     EXPECT_FALSE(stream.open(std::u16string(), kOpenRead));
@@ -60,9 +62,9 @@ TEST(FileStream, RefusesWithoutAndWithClosing) {
 }
 
 TEST(FileStream, NarrowPathsAndWriteThrough) {
-    const TempFile file;
+    const TemporaryFile file;
     const std::u16string wide = file.path().parent_path().u16string() + platform::kPathSeparator +
-                                u"owlkit_narrow" + TempFile::number();
+                                u"nmshell_narrow" + std::filesystem::path(uniqueDigits()).u16string();
     FileStream stream;
     ASSERT_TRUE(stream.open(std::string(wide.begin(), wide.end()), kCreateWrite | kWriteThrough));
     EXPECT_EQ(stream.path(), wide);
@@ -75,7 +77,7 @@ TEST(FileStream, NarrowPathsAndWriteThrough) {
 }
 
 TEST(FileStream, MovesAndSwaps) {
-    const TempFile first("first"), second("second");
+    const TemporaryFile first("first"), second("second");
     FileStream a, b;
     ASSERT_TRUE(a.open(first.name(), kOpenReadWrite, kEncodingUtf8));
     ASSERT_TRUE(b.open(second.name(), kOpenRead));

@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <tuple>
 
+#include "testing/errors.h"
+
 namespace owlkit {
 namespace {
 
@@ -105,13 +107,9 @@ TEST(ParseNumber, RefusesARadixAndChangesNothing) {
         std::uint64_t value = 99;
         std::uint32_t radix = bad;
         bool negative = true;
-        try {
-            parseNumber("", "", value, radix, negative);
-            ADD_FAILURE() << bad;
-        } catch (const std::invalid_argument& error) {
-            EXPECT_STREQ(error.what(), "invalid radix");
-        }
-        EXPECT_TRUE(value == 99);
+        test::expectError<std::invalid_argument>("invalid radix",
+                                                 [&] { parseNumber("", "", value, radix, negative); });
+        EXPECT_EQ(value, 99u);
         EXPECT_TRUE(negative);
     }
 }

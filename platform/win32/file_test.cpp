@@ -1,7 +1,7 @@
 #include "platform/file.h"
 
-#include "foundation/stream/test_stream.h"
 #include "platform/win32/win32_api.h"
+#include "testing/streams.h"
 
 // The entries of this program's import table.
 extern "C" {
@@ -12,6 +12,8 @@ extern void* __imp_WriteFile;
 
 namespace platform {
 namespace {
+
+using namespace test;
 
 // Puts another function in the place of an imported one, for as long as it lives.
 class Replaced {
@@ -44,7 +46,7 @@ HANDLE openNothingWithoutCode() {
 
 // Drivers may refuse without saying why. A volume whose length cannot be asked must not count as reachable.
 TEST(PlatformFileWin32, AFailureWithoutACodeIsAFailure) {
-    const owlkit::TempFile target("x");
+    const owlkit::TemporaryFile target("x");
     FileHandle file;
     std::int64_t size = -1;
     std::uint32_t moved = 1;

@@ -1,9 +1,13 @@
-#include "shellext/extension_fixture.h"
+#include "comserver/identifiers.h"
+#include "foundation/process/folders.h"
+#include "testing/extension.h"
 #include "tests/life_walk/answers.h"
 #include "tests/life_walk/walk.h"
 
 namespace nmshell {
 namespace {
+
+using namespace test;
 
 struct Text {
     const char16_t* key;

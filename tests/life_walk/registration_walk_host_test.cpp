@@ -11,6 +11,7 @@
 namespace nmshell {
 namespace {
 
+using namespace test;
 using Kind = Failure::Kind;
 namespace control = platform::registry_control;
 

@@ -3,16 +3,21 @@
 #include <map>
 #include <set>
 
+#include "comserver/identifiers.h"
+#include "foundation/process/elevation.h"
+#include "foundation/process/folders.h"
 #include "platform/host/locale_control.h"
 #include "platform/locale.h"
 #include "platform/module.h"
-#include "shellext/extension_fixture.h"
+#include "testing/extension.h"
 #include "tests/life_walk/answers.h"
 #include "tests/life_walk/started.h"
 #include "tests/life_walk/walk.h"
 
 namespace nmshell {
 namespace {
+
+using namespace test;
 
 using Kind = Failure::Kind;
 

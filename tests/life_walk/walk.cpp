@@ -8,6 +8,7 @@
 namespace nmshell {
 namespace {
 
+using namespace test;
 using Kind = Failure::Kind;
 
 std::string describe(const Failure& failure) {

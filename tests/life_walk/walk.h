@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "comserver/guard.h"
-#include "tests/failing_allocation.h"
-#include "tests/host_fixture.h"
+#include "testing/failing_allocation.h"
+#include "testing/host.h"
 
 namespace nmshell {
 
@@ -29,7 +29,7 @@ struct Failure {
     bool isOfMemory() const { return kind == Kind::Allocation || kind == Kind::EveryAllocation; }
 };
 
-class LifeWalkTest : public HostTest {
+class LifeWalkTest : public test::HostTest {
   protected:
     // Runs `scenario` with every failure, and at first with none. It must begin with a world like that of the
     // run before, call begin() and end() around what it walks through, and check what came of it. Without
@@ -44,7 +44,7 @@ class LifeWalkTest : public HostTest {
     template <class Work>
     static auto call(std::string_view name, Work work) -> decltype(work()) {
         try {
-            const failing_allocation::Counted counted;
+            const test::failing_allocation::Counted counted;
             return work();
         } catch (...) {
             ADD_FAILURE() << "an exception came out of " << name;
@@ -55,7 +55,7 @@ class LifeWalkTest : public HostTest {
     const Failure& failure() const { return failure_; }
 
     // How many failures there have been so far in this run.
-    static bool fails() { return fault::fired() || failing_allocation::fired(); }
+    static bool fails() { return platform::fault::fired() || test::failing_allocation::fired(); }
 
     // The same for what DllMain does with the module, which turns exceptions into a refusal.
     static bool dllMain(auto work) {

@@ -2,7 +2,7 @@
 // nothing that is written but what tsan.supp lists.
 #include <thread>
 
-#include "shellext/extension_fixture.h"
+#include "testing/extension.h"
 
 #ifdef __SANITIZE_THREAD__
 extern "C" const char* __tsan_default_options();
@@ -13,6 +13,8 @@ extern "C" const char* __tsan_default_options() {
 
 namespace nmshell {
 namespace {
+
+using namespace test;
 
 using namespace std::string_literals;
 using enum SelectionKind;

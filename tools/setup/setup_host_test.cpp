@@ -11,6 +11,7 @@
 #include "platform/host/shell_control.h"
 #include "platform/host/utf8.h"
 #include "platform/registry.h"
+#include "testing/temporary.h"
 #include "tools/common/text.h"
 #include "tools/setup/folder_access.h"
 #include "tools/setup/status.h"
@@ -47,23 +48,24 @@ class SetupTest : public testing::Test {
         control::putKey(u"HKEY_LOCAL_MACHINE\\SOFTWARE");
         control::putKey(u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath));
         platform::resetShell();
-        fs::remove_all(folder_);
-        fs::create_directories(folder_ / "langs");
-        write("nmshell.dll", "MZ");
-        write("langs/a.lang.txt", "LANG: en\nKEY: LANGUAGE\nTEXT: English\n");
-        write("langs/b.lang.txt", "LANG: xx\nKEY: LANGUAGE\nTEXT: Own name\n");
+        fillFolder();
     }
     ~SetupTest() override {
         platform::fault::disarm();
         EXPECT_EQ(control::openHandles(), 0U);
         control::reset();
         owlkit::recordApplicationFolder(u"");
-        fs::permissions(folder_, fs::perms::owner_all);
-        fs::remove_all(folder_);
     }
 
-    void write(const char* name, const char* content) { std::ofstream(folder_ / name) << content; }
-    std::u16string folder() const { return platform::fromHostName(folder_.native() + "/"); }
+    void fillFolder() const {
+        fs::create_directories(folder_ / "langs");
+        write("nmshell.dll", "MZ");
+        write("langs/a.lang.txt", "LANG: en\nKEY: LANGUAGE\nTEXT: English\n");
+        write("langs/b.lang.txt", "LANG: xx\nKEY: LANGUAGE\nTEXT: Own name\n");
+    }
+
+    void write(const char* name, const char* content) const { folder_.write(name, content); }
+    std::u16string folder() const { return folder_.name(); }
     std::u16string module() const { return folder() + u"nmshell.dll"; }
 
     // Registered, as far as both roots show it: the stand-in for the registry does not merge them.
@@ -76,9 +78,7 @@ class SetupTest : public testing::Test {
         }
     }
 
-    const fs::path folder_ =
-        fs::canonical(fs::temp_directory_path()) /
-        (std::string("nmshell-setup-") + testing::UnitTest::GetInstance()->current_test_info()->name());
+    const test::TemporaryFolder folder_;
     Recorder recorder_;
 };
 
@@ -137,8 +137,9 @@ TEST_F(SetupTest, FindsWhoCanChangeTheFolder) {
         fs::create_directories(inner / "langs");
         std::ofstream(inner / "nmshell.dll") << "MZ";
         std::ofstream(inner / "langs/a.lang.txt") << "";
-        platform::setFolderPath(kCsidlProgramFiles,
-                                row.program ? std::optional(tools::wide(folder_.native())) : std::nullopt);
+        platform::setFolderPath(kCsidlProgramFiles, row.program
+                                                        ? std::optional(tools::wide(folder_.path().native()))
+                                                        : std::nullopt);
         const std::u16string asked = tools::wide((inner / "").native());
         const std::size_t around = intruders(asked).size();  // of the temporary folder, which is everybody's
         if (row.opened)
@@ -152,7 +153,7 @@ TEST_F(SetupTest, FindsWhoCanChangeTheFolder) {
             EXPECT_NE(recorder_.complaints.find(warning), std::string::npos) << recorder_.complaints;
             EXPECT_EQ(recorder_.complaints.find("is refused") != std::string::npos, row.result != kDone);
         }
-        fs::permissions(folder_, fs::perms::others_write, fs::perm_options::remove);
+        fs::permissions(folder_.path(), fs::perms::others_write, fs::perm_options::remove);
         fs::remove_all(inner);
     }
     platform::fault::arm("GetNamedSecurityInfoW", 1, platform::kErrorAccessDenied);
@@ -198,13 +199,10 @@ TEST_F(SetupTest, TellsWhyNoMenuAppears) {
     };
     for (const Case& row : cases) {
         SCOPED_TRACE(row.name);
-        fs::remove_all(folder_);
+        fs::remove_all(folder_.path());
         control::reset();
         control::putKey(u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath));
-        fs::create_directories(folder_ / "langs");
-        write("nmshell.dll", "MZ");
-        write("langs/a.lang.txt", "LANG: en\nKEY: LANGUAGE\nTEXT: English\n");
-        write("langs/b.lang.txt", "LANG: xx\nKEY: LANGUAGE\nTEXT: Own name\n");
+        fillFolder();
         install();
         row.spoil(*this);
         const Status status = takeStatus(module());

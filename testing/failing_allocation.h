@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-namespace nmshell::failing_allocation {
+namespace test::failing_allocation {
 
 // Makes the `nth` (1 = the next) of the allocations that count fail; with `forGood` every later one too.
 void arm(std::uint32_t nth, bool forGood = false);
@@ -27,4 +27,4 @@ class Counted {
     bool before_;
 };
 
-}  // namespace nmshell::failing_allocation
+}  // namespace test::failing_allocation

@@ -1,10 +1,10 @@
-#include "tests/failing_allocation.h"
+#include "testing/failing_allocation.h"
 
 #include <cstdlib>
 #include <new>
 #include <utility>
 
-namespace nmshell::failing_allocation {
+namespace test::failing_allocation {
 namespace {
 
 struct State {
@@ -52,20 +52,20 @@ Counted::~Counted() {
     state.counted = before_;
 }
 
-}  // namespace nmshell::failing_allocation
+}  // namespace test::failing_allocation
 
 // A sanitizer brings all of these forms, each on its own, so each is replaced.
 void* operator new(std::size_t size) {
-    return nmshell::failing_allocation::allocateOrThrow(size);
+    return test::failing_allocation::allocateOrThrow(size);
 }
 void* operator new[](std::size_t size) {
-    return nmshell::failing_allocation::allocateOrThrow(size);
+    return test::failing_allocation::allocateOrThrow(size);
 }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return nmshell::failing_allocation::allocate(size);
+    return test::failing_allocation::allocate(size);
 }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return nmshell::failing_allocation::allocate(size);
+    return test::failing_allocation::allocate(size);
 }
 void operator delete(void* memory) noexcept {
     std::free(memory);

@@ -1,0 +1,51 @@
+// For tests over the stand-ins: every stand-in at its start, an empty current folder, and at the end nothing
+// left open.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/host/com_control.h"
+#include "platform/host/fault.h"
+#include "platform/host/file_record.h"
+#include "platform/host/menu_control.h"
+#include "platform/host/module_control.h"
+#include "platform/host/process_control.h"
+#include "platform/host/registry_control.h"
+#include "platform/host/shell_control.h"
+#include "platform/host/utf8.h"
+#include "testing/temporary.h"
+
+namespace test {
+
+namespace fault = platform::fault;
+namespace host = platform::host;
+
+class HostTest : public testing::Test {
+  protected:
+    HostTest();
+    ~HostTest() override;
+
+    // The current folder, which is that of temporary files too; with a separator at the end.
+    std::u16string folder() const { return folder_.name(); }
+    void makeFile(const char* name, std::string_view content = "") const { folder_.write(name, content); }
+    // The last start of a program or page: verb, file and parameters, parted by bars.
+    static std::u16string lastStart();
+
+  private:
+    const TemporaryFolder folder_;
+};
+
+// A drop list and the data object that hands it out.
+struct Drop {
+    explicit Drop(std::vector<platform::DropItem> items) : global(platform::makeDropList(std::move(items))) {}
+    ~Drop() { platform::freeDropList(global); }
+
+    void* global;
+    host::DataObject data{global};
+};
+
+}  // namespace test

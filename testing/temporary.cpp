@@ -21,7 +21,7 @@ std::string uniqueDigits() {
 }
 
 TemporaryFolder::TemporaryFolder()
-    : path_(fs::canonical(fs::temp_directory_path()) / ("nmshell test " + uniqueDigits())) {
+    : path_(fs::canonical(fs::temp_directory_path()) / ("nmshell test-" + uniqueDigits())) {
     fs::create_directory(path_);
 }
 

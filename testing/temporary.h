@@ -10,7 +10,7 @@ namespace test {
 // Eight digits, others each time.
 std::string uniqueDigits();
 
-// An empty folder with a blank in its name, which is there to be escaped.
+// An empty folder with one blank in its name, which is there to be escaped.
 class TemporaryFolder {
   public:
     TemporaryFolder();

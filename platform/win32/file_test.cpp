@@ -46,7 +46,7 @@ HANDLE openNothingWithoutCode() {
 
 // Drivers may refuse without saying why. A volume whose length cannot be asked must not count as reachable.
 TEST(PlatformFileWin32, AFailureWithoutACodeIsAFailure) {
-    const owlkit::TemporaryFile target("x");
+    const test::TemporaryFile target("x");
     FileHandle file;
     std::int64_t size = -1;
     std::uint32_t moved = 1;

@@ -223,7 +223,7 @@ class MenuTest(WineTest):
         for flags, count in ((0, 15), (4, 15), (1, 0), (2, 0), (8, 0)):
             self.assertEqual(self.rightclick("--flags", flags, self.file)["identifiers"], count, flags)
         self.assertEqual(self.rightclick("--help-text", 8, self.file)["helpText"]["text"], "Wipe the swap file")
-        self.assertEqual(self.rightclick("--help-text", 15, self.file)["helpText"]["result"], "0x80004005")
+        self.assertEqual(self.rightclick("--help-text", 15, self.file, code=6)["helpText"]["result"], "0x80004005")
 
 
 if __name__ == "__main__":

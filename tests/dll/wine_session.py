@@ -100,10 +100,10 @@ class WineTest(unittest.TestCase):
                     result.add((key, line))
         return result
 
-    def rightclick(self, *arguments, **environment):
+    def rightclick(self, *arguments, code=0, **environment):
         """The client's JSON for a selection."""
         finished = self.wine("rightclick.exe", "--json", *arguments, **environment)
-        self.assertEqual(finished.returncode, 0, finished.stdout + finished.stderr)
+        self.assertEqual(finished.returncode, code, finished.stdout + finished.stderr)
         return json.loads(finished.stdout)
 
     def pick(self, offset, *selection):

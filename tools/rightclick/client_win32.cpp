@@ -43,6 +43,12 @@ class Apartment {
     UINT codePage_;
 };
 
+// Fails with what GetLastError tells; a call that tells nothing has failed all the same.
+void requireCall(bool succeeded, const char* what) {
+    const DWORD error = succeeded ? ERROR_SUCCESS : GetLastError();
+    require(succeeded ? S_OK : error != ERROR_SUCCESS ? HRESULT_FROM_WIN32(error) : E_FAIL, what);
+}
+
 std::u16string absolute(const std::u16string& path) {
     std::u16string full(GetFullPathNameW(platform::wide(path), 0, nullptr, nullptr), u'\0');
     const DWORD length = GetFullPathNameW(platform::wide(path), static_cast<DWORD>(full.size()),
@@ -95,9 +101,9 @@ struct Client::State {
     GetClassObject loadLibrary() {
         const std::u16string file = fullPath(request.dll);
         library.reset(LoadLibraryExW(platform::wide(file), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
-        require(library ? S_OK : HRESULT_FROM_WIN32(GetLastError()), "the DLL cannot be loaded");
+        requireCall(static_cast<bool>(library), "the DLL cannot be loaded");
         const FARPROC function = GetProcAddress(library.get(), "DllGetClassObject");
-        require(function ? S_OK : HRESULT_FROM_WIN32(GetLastError()), "the DLL is no COM server");
+        requireCall(function != nullptr, "the DLL is no COM server");
         return reinterpret_cast<GetClassObject>(reinterpret_cast<void*>(function));
     }
 };
@@ -166,7 +172,7 @@ const char* Client::dataObjectSource() const {
 platform::MenuRef Client::openMenu(std::uint32_t& position) {
     State& state = *state_;
     state.menu.reset(CreatePopupMenu());
-    require(state.menu ? S_OK : HRESULT_FROM_WIN32(GetLastError()), "there is no menu");
+    requireCall(static_cast<bool>(state.menu), "there is no menu");
     if (state.request.shellEntries)
         state.shellMenu = state.shell.contextMenu();
     if (state.shellMenu)

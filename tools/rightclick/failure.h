@@ -14,7 +14,7 @@ enum ExitCode : int {
     kMissingObject = 3,         // a file, folder, drive or DLL that was named is not there
     kExtensionUnavailable = 4,  // not registered, not approved or switched off
     kPlatformFailure = 5,       // or the output cannot be written
-    kRefused = 6,               // the extension does not do what was picked
+    kRefused = 6,               // the extension does not do what was picked, or has no such help text
 };
 
 // Ends the program with an exit code and one line of text (UTF-8).

@@ -22,7 +22,7 @@ constexpr const char* kExitCodes =
     "approved,\n"
     "switched off or without texts, 5 another failure of the platform or of the output, 6 the extension "
     "refuses what --pick\n"
-    "chooses.";
+    "chooses, or has no help text for an offset.";
 
 struct Arguments {
     std::vector<std::string> files;
@@ -129,7 +129,9 @@ int run() {
     const std::string text = arguments.json ? toJson(report) : toText(report);
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
         throw Failure(kPlatformFailure, "cannot write to standard output");
-    return report.pick && FAILED(report.pick->result) ? kRefused : kDone;
+    const bool refused =
+        (report.pick && FAILED(report.pick->result)) || (report.helpText && FAILED(report.helpText->result));
+    return refused ? kRefused : kDone;
 }
 
 }  // namespace

@@ -94,7 +94,8 @@ class RightClickTest(unittest.TestCase):
 
     def test_help_texts(self):
         self.assertEqual(self.run_client("--help-text", 8, "--bin").stdout, "Wipe the swap file\n")
-        self.assertEqual(self.run_client("--help-text", 15, "--bin").stdout, "GetCommandString 0x80004005\n")
+        refused = self.run_client("--help-text", 15, "--bin")
+        self.assertEqual((refused.returncode, refused.stdout), (6, "GetCommandString 0x80004005\n"))
 
     def test_failures(self):
         with open("/dev/full", "wb") as full:

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Makes the menu bitmaps bitmaps/230.bmp .. 240.bmp, and nullmark.ico of the programs, from the text pictures icons/*.txt.
+"""Makes the menu bitmaps bitmaps/230.bmp .. 240.bmp, nullmark.ico of the programs and the package's logos/*.png from the text
+pictures icons/*.txt.
 
     make_bitmaps.py            write them
     make_bitmaps.py --check    change nothing; fail unless every file is what its picture gives
@@ -14,10 +15,12 @@ import pathlib
 import re
 import struct
 import sys
+import zlib
 
 SIZE = 16
 FIRST_ID, LAST_ID = 230, 240
 PRODUCT_ID = 236  # the product's mark, which is the icon of programs too
+LOGO_SIZES = (44, 50, 150)
 MAX_COLOURS = 16  # four bits a pixel
 BACKGROUND_KEY = "."
 # The loader puts the system's window colour in place of the colour that the first pixel has. White looks
@@ -122,6 +125,22 @@ def encode_ico(palette, rows, factors):
     return struct.pack("<HHH", 0, 1, len(factors)) + entries + images
 
 
+def encode_png(palette, rows, size):
+    """The picture as large as it fits into size pixels by a whole factor, in the middle of a transparent ground."""
+    factor = size // SIZE
+    before = (size - SIZE * factor) // 2
+    empty = [0] * size
+    wide = [[0] * before + [index for index in row for _ in range(factor)] for row in rows]
+    lines = [empty] * before + [row + [0] * (size - len(row)) for row in wide for _ in range(factor)]
+    lines += [empty] * (size - len(lines))
+    # Each line begins with its filter, none. Packed without compression: that is the same with every version of the library.
+    bits = b"".join(b"\0" + bytes(line[x] << 4 | (line[x + 1] if x + 1 < size else 0) for x in range(0, size, 2)) for line in lines)
+    chunks = {b"IHDR": struct.pack(">IIBBBBB", size, size, 4, 3, 0, 0, 0), b"PLTE": b"".join(map(bytes, palette)), b"tRNS": b"\0",
+              b"IDAT": zlib.compress(bits, 0), b"IEND": b""}
+    return b"\x89PNG\r\n\x1a\n" + b"".join(
+        struct.pack(">I", len(data)) + name + data + struct.pack(">I", zlib.crc32(name + data)) for name, data in chunks.items())
+
+
 def icon_sources(folder):
     """Gives {identifier: path}, one for each identifier."""
     sources = {}
@@ -150,11 +169,12 @@ def make_all(folder):
         files[f"bitmaps/{identifier}.bmp"] = encode_bmp(palette, rows)
         if identifier == PRODUCT_ID:
             files["nullmark.ico"] = encode_ico(palette, rows, (1, 2, 3))
+            files.update({f"logos/{size}.png": encode_png(palette, rows, size) for size in LOGO_SIZES})
     return files
 
 
 def check(files, folder):
-    present = {str(path.relative_to(folder)) for path in [*folder.glob("bitmaps/*"), *folder.glob("*.ico")]}
+    present = {str(path.relative_to(folder)) for path in [*folder.glob("bitmaps/*"), *folder.glob("*.ico"), *folder.glob("logos/*")]}
     faults = [f"{name}: no picture gives this file" for name in sorted(present - set(files))]
     for name, data in files.items():
         if name not in present:
@@ -174,8 +194,8 @@ def main():
         if arguments.check:
             check(files, ROOT)
         else:
-            (ROOT / "bitmaps").mkdir(exist_ok=True)
             for name, data in files.items():
+                (ROOT / name).parent.mkdir(exist_ok=True)
                 (ROOT / name).write_bytes(data)
     except (IconError, OSError, UnicodeError) as error:
         print(error, file=sys.stderr)

@@ -8,6 +8,8 @@
 
 namespace platform {
 
+inline constexpr std::uint32_t kUtf8CodePage = 65001;  // CP_UTF8
+
 // The code page of CP_ACP by GetCPInfoExW; nothing when the call fails.
 std::optional<std::uint32_t> ansiCodePage();
 
@@ -34,7 +36,7 @@ inline constexpr std::uint32_t kWideNoBestFitCharacters = 0x400;         // WC_N
 
 // MultiByteToWideChar and WideCharToMultiByte with CP_ACP; empty text gives empty text without a call.
 // Nothing when the call fails, as it does for text longer than 2147483647 units. `usedDefault`, when given,
-// receives whether a character was replaced by the code page's default; with the code page 65001 it must be
+// receives whether a character was replaced by the code page's default; with kUtf8CodePage it must be
 // null, as the call itself demands.
 std::optional<std::u16string> multiByteToWide(std::string_view text, std::uint32_t flags);
 std::optional<std::string> wideToMultiByte(std::u16string_view text, std::uint32_t flags, bool* usedDefault);

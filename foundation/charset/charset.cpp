@@ -28,7 +28,7 @@ CharsetCode CharsetFromCodePage(std::uint32_t codePage) {
     if (codePage >= 1250 && codePage <= 1256)
         return kCharsetWindows1250 + (codePage - 1250);
     switch (codePage) {
-        case 65001:
+        case platform::kUtf8CodePage:
             return kCharsetUtf8;
         case 20127:
             return kCharsetAscii;

@@ -15,7 +15,6 @@
 namespace owlkit {
 namespace {
 
-constexpr std::uint32_t kUtf8CodePage = 65001;
 constexpr std::uint32_t kGb18030CodePage = 54936;
 constexpr std::size_t kReserveDoubleAbove = 10;  // code units of UTF-8 output's source
 constexpr std::ptrdiff_t kChunk = 2048;          // units that are converted before they are appended
@@ -143,7 +142,7 @@ void decodeByPlatform(Output<char16_t>& out, std::string_view text, ErrorPolicy 
 std::optional<std::string> strictByPlatform(std::u16string_view units) {
     // In these two the call takes neither the best-fit flag nor the question about the default character.
     const std::optional<std::uint32_t> codePage = platform::ansiCodePage();
-    if (codePage == kUtf8CodePage || codePage == kGb18030CodePage)
+    if (codePage == platform::kUtf8CodePage || codePage == kGb18030CodePage)
         return platform::wideToMultiByte(units, platform::kWideErrorInvalidCharacters, nullptr);
     bool usedDefault = false;
     std::optional<std::string> narrow =

@@ -5,6 +5,7 @@
 
 #include "foundation/charset/convert.h"
 #include "foundation/stream/archive.h"
+#include "foundation/text/utf16.h"
 
 namespace owlkit {
 namespace {
@@ -13,14 +14,6 @@ static_assert(std::endian::native == std::endian::little, "scalars are laid out 
 
 char16_t swapped(char16_t unit) {
     return static_cast<char16_t>(unit << 8 | unit >> 8);
-}
-
-bool isHighSurrogate(char32_t code) {
-    return code >= 0xD800 && code < 0xDC00;
-}
-
-bool isLowSurrogate(char32_t code) {
-    return code >= 0xDC00 && code < 0xE000;
 }
 
 std::string encodeUtf16(std::u16string_view text, bool bigEndian) {
@@ -48,7 +41,7 @@ std::string encodeUtf32(std::u16string_view text, bool bigEndian) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         char32_t code = text[i];
         if (isHighSurrogate(code) && i + 1 < text.size() && isLowSurrogate(text[i + 1]))
-            code = 0x10000 + ((code - 0xD800) << 10) + (text[++i] - 0xDC00);
+            code = fromSurrogates(code, text[++i]);
         appendUnit(bytes, code, 4, bigEndian);
     }
     return bytes;
@@ -61,11 +54,11 @@ std::u16string decodeUtf32(std::string_view bytes, bool bigEndian) {
         std::uint32_t code = 0;
         for (std::size_t k = 0; k < 4; ++k)
             code = code << 8 | static_cast<std::uint8_t>(bytes[i + (bigEndian ? k : 3 - k)]);
-        if (code > 0x10FFFF) {
+        if (code > kLastCharacter) {
             text += u'?';
-        } else if (code >= 0x10000) {
-            text += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
-            text += static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FF));
+        } else if (code >= kFirstSupplementary) {
+            text += highSurrogateOf(code);
+            text += lowSurrogateOf(code);
         } else {
             text += static_cast<char16_t>(code);
         }

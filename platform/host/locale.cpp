@@ -11,8 +11,6 @@
 namespace platform {
 namespace {
 
-constexpr std::uint32_t kUtf8CodePage = 65001;
-
 struct State {
     std::optional<std::uint32_t> codePage = kUtf8CodePage;
     std::map<std::uint32_t, std::u16string> texts = {

@@ -6,6 +6,7 @@
 #include "comserver/settings.h"
 #include "foundation/registry/registry_key.h"
 #include "foundation/text/text.h"
+#include "lang/language_file_names.h"
 #include "lang/language_loader.h"
 #include "lang/loading_scope.h"
 #include "platform/file.h"
@@ -95,7 +96,7 @@ Languages inspectLanguages(const std::u16string& module) {
     result.settingKnown = result.setting.empty() || table.HasLanguage(result.setting);
     result.regional = platform::localeInfo(platform::kLocaleIso639LanguageName);
     result.shown = activeLanguage(table);
-    result.shownName = table.GetText(u"LANGUAGE");
+    result.shownName = table.GetText(owlkit::kLanguageNameKey);
     return result;
 }
 

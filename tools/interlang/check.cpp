@@ -117,7 +117,7 @@ class Checker {
             add(Check::Changed, language, key, text,
                 "translated from \"" + utf8(*text.source) + "\"; it is now" + other);
         if (text.text == reference.text && withoutRegion(language) != withoutRegion(reference_.code) &&
-            (key == kLanguageKey || !isInternational(reference.text)))
+            (key == kLanguageNameKey || !isInternational(reference.text)))
             add(Check::Untranslated, language, key, text, "as" + other);
         if (const bool here = endsInEllipsis(text.text); here != endsInEllipsis(reference.text))
             add(Check::Ellipsis, language, key, text,

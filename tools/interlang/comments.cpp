@@ -37,7 +37,7 @@ void takeComments(const std::vector<std::u16string>& lines, std::u16string_view 
         else
             rest.push_back(line);
     }
-    if (key == kLanguageKey)
+    if (key == kLanguageNameKey)
         std::erase(rest, kLanguageComment);
     else if (!rest.empty() && canBeSource(rest.back()) && !isLayoutComment(rest.back())) {
         text.source = owlkit::trimLeft(std::u16string_view(rest.back()).substr(1));

@@ -27,7 +27,7 @@ std::vector<Coverage> coverage(const LanguageFiles& files, const Reference& refe
         Coverage row;
         row.language = language;
         row.keys = reference.texts.size();
-        if (const auto name = texts.find(kLanguageKey); name != texts.end())
+        if (const auto name = texts.find(kLanguageNameKey); name != texts.end())
             row.name = name->second.text;
         for (const auto& [key, other] : reference.texts) {
             const auto text = texts.find(key);

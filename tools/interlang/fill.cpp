@@ -22,7 +22,7 @@ std::map<std::size_t, Texts> needed(const LanguageFiles& files, const std::u16st
     const Texts& own = *files.texts(language);
     for (const auto& [key, text] : reference.texts) {
         const auto found = own.find(key);
-        if (key == kLanguageKey || isBlank(text.text) ||
+        if (key == kLanguageNameKey || isBlank(text.text) ||
             (found != own.end() && (!isBlank(found->second.text) || found->second.meantEmpty)))
             continue;
         const std::size_t file = found == own.end() ? firstFile : found->second.file;

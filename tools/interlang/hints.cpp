@@ -68,7 +68,7 @@ std::map<std::u16string, std::vector<std::string>> hints(const owlkit::interlang
         addLine("Help text of command offset: ", place.helps, lines);
         addLine("Accelerators taken there: ", place.accelerators, lines);
     }
-    result[std::u16string(kLanguageKey)] = {"The language's own name for itself"};
+    result[std::u16string(kLanguageNameKey)] = {"The language's own name for itself"};
     return result;
 }
 

@@ -10,10 +10,11 @@
 #include <vector>
 
 #include "lang/interlang.h"
+#include "lang/language_file_names.h"
 
 namespace translators {
 
-inline constexpr std::u16string_view kLanguageKey = u"LANGUAGE";  // its text is the language's own name
+using owlkit::kLanguageNameKey;
 
 // A text, or the place of one that is still to be translated.
 struct Text {

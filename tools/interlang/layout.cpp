@@ -25,7 +25,7 @@ struct Entry {
 int rank(std::u16string_view key) {
     const bool isIdentifier =
         key.size() >= 3 && std::ranges::all_of(key, [](char16_t unit) { return unit >= 32 && unit <= 96; });
-    return key == kLanguageKey ? 0 : isIdentifier ? 1 : 2;
+    return key == kLanguageNameKey ? 0 : isIdentifier ? 1 : 2;
 }
 
 std::u16string fileForm(std::u16string_view written) {
@@ -75,7 +75,7 @@ class Writer {
     }
 
     void source(const Entry& item, bool compared) {
-        if (item.key == kLanguageKey) {
+        if (item.key == kLanguageNameKey) {
             if (compared)
                 line(kLanguageComment);
             return;

@@ -1,23 +1,16 @@
 #include "tools/interlang/lossless.h"
 
 #include "foundation/text/text.h"
+#include "foundation/text/utf16.h"
 #include "tools/interlang/text.h"
 
 namespace translators {
 namespace {
 
-bool isHigh(char16_t unit) {
-    return unit >= 0xD800 && unit <= 0xDBFF;
-}
-
-bool isLow(char16_t unit) {
-    return unit >= 0xDC00 && unit <= 0xDFFF;
-}
-
 bool isLoneSurrogate(std::u16string_view text, std::size_t at) {
-    if (isHigh(text[at]))
-        return at + 1 == text.size() || !isLow(text[at + 1]);
-    return isLow(text[at]) && (at == 0 || !isHigh(text[at - 1]));
+    if (owlkit::isHighSurrogate(text[at]))
+        return at + 1 == text.size() || !owlkit::isLowSurrogate(text[at + 1]);
+    return owlkit::isLowSurrogate(text[at]) && (at == 0 || !owlkit::isHighSurrogate(text[at - 1]));
 }
 
 bool passes(std::u16string_view text, std::size_t at, Medium medium) {

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "foundation/charset/convert.h"
 #include "lang/escapes.h"
+#include "tools/common/text.h"
 
 namespace translators {
 
@@ -17,13 +17,8 @@ class Failure : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-inline std::string utf8(std::u16string_view text) {
-    return owlkit::ToNarrow(text, owlkit::kCharsetUtf8);
-}
-
-inline std::u16string wide(std::string_view text) {
-    return owlkit::ToWide(text, owlkit::kCharsetUtf8);
-}
+using tools::utf8;
+using tools::wide;
 
 inline std::u16string decoded(std::u16string_view written) {
     std::u16string text(written);

@@ -5,6 +5,7 @@
 
 #include "contextmenu/menu_model.h"
 #include "foundation/text/text.h"
+#include "foundation/text/utf16.h"
 #include "tools/interlang/text.h"
 
 namespace translators {
@@ -119,7 +120,7 @@ bool endsInEllipsis(std::u16string_view text) {
 std::size_t columns(std::u16string_view text) {
     std::size_t count = 0;
     for (const char16_t unit : text) {
-        const bool nothing = (unit >= 0xDC00 && unit <= 0xDFFF) || (unit >= 0x300 && unit <= 0x36F);
+        const bool nothing = owlkit::isLowSurrogate(unit) || (unit >= 0x300 && unit <= 0x36F);
         const bool wide = (unit >= 0x1100 && unit <= 0x115F) || (unit >= 0x2E80 && unit <= 0xA4CF) ||
                           (unit >= 0xAC00 && unit <= 0xD7A3) || (unit >= 0xFF00 && unit <= 0xFF60);
         count += nothing ? 0u : wide ? 2u : 1u;

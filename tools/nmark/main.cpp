@@ -8,21 +8,18 @@
 #include <vector>
 
 #include "contextmenu/launch_request.h"
-#include "foundation/charset/convert.h"
 #include "foundation/process/elevation.h"
 #include "foundation/stream/file_stream.h"
 #include "foundation/text/number.h"
 #include "platform/command_line.h"
 #include "platform/process.h"
 #include "platform/terminal.h"
+#include "tools/common/text.h"
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-std::string utf8(std::u16string_view text) {
-    return owlkit::ToNarrow(text, owlkit::kCharsetUtf8);
-}
+using tools::utf8;
 
 // What a command number asks for.
 const char* commandName(std::uint32_t command) {

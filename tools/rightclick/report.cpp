@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "foundation/text/number.h"
+#include "foundation/text/utf16.h"
 #include "tools/rightclick/failure.h"
 #include "tools/rightclick/text.h"
 
@@ -55,8 +56,7 @@ Json pickToJson(const Pick& pick) {
 
 // How many columns a text takes: its characters, not its code units.
 std::size_t columns(std::u16string_view text) {
-    const auto isTrail = [](char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; };
-    return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isTrail));
+    return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, owlkit::isLowSurrogate));
 }
 
 std::size_t widest(const std::vector<MenuEntry>& entries, std::size_t indent) {

@@ -29,6 +29,14 @@ class Reserve {
                 return &blocks_[i];
         return nullptr;
     }
+    // The first block that is taken and that `fits` accepts.
+    template <class Fits>
+    Block* find(Fits fits) {
+        for (std::size_t i = 0; i < kCount; ++i)
+            if (taken_[i] && fits(blocks_[i]))
+                return &blocks_[i];
+        return nullptr;
+    }
     // Whether the block is one of these.
     bool giveBack(void* block) {
         for (std::size_t i = 0; i < kCount; ++i) {
@@ -45,10 +53,12 @@ class Reserve {
     std::atomic<bool> taken_[kCount] = {};
 };
 
-// __cxa_eh_globals: the exceptions in flight on one thread.
+// __cxa_eh_globals: the exceptions in flight on one thread; and which thread that is, where the slot cannot
+// lead to it.
 struct ExceptionState {
     void* caught;
     unsigned int uncaught;
+    std::atomic<DWORD> thread;
 };
 
 // The library keeps its own header of 160 bytes in front of the object that is thrown.
@@ -68,15 +78,24 @@ void WINAPI forgetThread(void* state) {
         std::free(state);
 }
 
+// Without a slot, or when there is no memory to set it, a thread keeps one of the reserved states until the
+// module is unloaded, and finds it by its number. A later thread of the same number goes on with it.
 ExceptionState* stateOfThread() {
     if (void* const known = FlsGetValue(slot))
         return static_cast<ExceptionState*>(known);
-    ExceptionState* made = states.take();
-    if (made == nullptr)
-        made = static_cast<ExceptionState*>(std::malloc(sizeof(ExceptionState)));
+    const DWORD thread = GetCurrentThreadId();
+    if (ExceptionState* const kept =
+            states.find([&](const ExceptionState& each) { return each.thread == thread; }))
+        return kept;
+    if (ExceptionState* const reserved = states.take()) {
+        reserved->caught = nullptr;
+        reserved->uncaught = 0;
+        reserved->thread = FlsSetValue(slot, reserved) ? 0 : thread;
+        return reserved;
+    }
+    auto* const made = static_cast<ExceptionState*>(std::calloc(1, sizeof(ExceptionState)));
     if (made == nullptr || !FlsSetValue(slot, made))
         endProcess(FAST_FAIL_FATAL_APP_EXIT);
-    *made = {};
     return made;
 }
 
@@ -131,12 +150,13 @@ extern const PIMAGE_TLS_CALLBACK __dyn_tls_init_callback;
 const PIMAGE_TLS_CALLBACK __dyn_tls_init_callback = nullptr;
 
 // The startup code calls this before DllMain when a process attaches, and after it when one detaches. At the
-// end of the process nothing is taken down.
+// end of the process nothing is taken down. Should a thread end while its slot is freed, the system's own
+// lock around both is what keeps them apart.
 BOOL WINAPI DllEntryPoint(HINSTANCE, DWORD reason, LPVOID reserved) {
     if (reason == DLL_PROCESS_ATTACH) {
         chooseGuard();
-        slot = FlsAlloc(forgetThread);
-        return slot != FLS_OUT_OF_INDEXES;
+        slot = FlsAlloc(forgetThread);  // when there is none left, the reserved states have to do
+        return TRUE;
     }
     if (reason == DLL_PROCESS_DETACH && reserved == nullptr && slot != FLS_OUT_OF_INDEXES) {
         FlsFree(slot);

@@ -11,8 +11,9 @@ DLL = BIN / "nmshell.dll"
 SHIPPED = (DLL, BIN / "nmshell-actions.dll",
            *(BIN / f"{name}.exe" for name in ("interlang", "nmark", "nmshell-setup", "nmshell-setupw", "rightclick")))
 VERSION = re.search(r"project\(nmshell VERSION ([0-9.]+)", (ROOT / "CMakeLists.txt").read_text(encoding="utf-8")).group(1)
-# All that the extension calls, and what the startup code, memory and exceptions need of kernel32 and msvcrt. Who adds a name
-# has to know what a scanner will think of it.
+# All that the extension calls, and what the startup code, memory and exceptions need of kernel32 and msvcrt. A few are called for
+# kinds of folder and of writing that the extension does not use, by functions that it does. Who adds a name has to know what a
+# scanner will think of it.
 IMPORTS = {
     "advapi32.dll": "GetTokenInformation OpenProcessToken RegCloseKey RegOpenKeyExW RegQueryValueExW",
     "gdi32.dll": "DeleteObject",

@@ -46,7 +46,9 @@ struct Faults {
     int countdown = 0;
     bool forGood = false;
     bool fired = false;
+    bool noSlots = false;  // for the states of threads
     int thrown = 0;
+    int freed = 0;
     int launches = 0;
 
     void arm(const char* call, int n, bool each) {
@@ -55,8 +57,10 @@ struct Faults {
         forGood = each;
         fired = false;
     }
-    void disarm() { name = ""; }
+    void disarm() { name = "", noSlots = false; }
     bool next(const char* call) {
+        if (noSlots && std::string_view(call).starts_with("Fls"))
+            return true;
         if (name != std::string_view(call) || (fired ? !forGood : --countdown != 0))
             return false;
         return fired = true;
@@ -105,13 +109,22 @@ HRESULT WINAPI answerBin(LPCWSTR, SHQUERYRBINFO* info) {
     return S_OK;
 }
 
+void (*freeBlock)(void*);
+void countFreed(void* block) {
+    ++faults.freed;
+    freeBlock(block);
+}
+
 void observe(HMODULE module) {
+    freeBlock = reinterpret_cast<void (*)(void*)>(lead(module, "free", reinterpret_cast<void*>(&countFreed)));
     lead(module, "RaiseException", reinterpret_cast<void*>(&countThrown));
     lead(module, "ShellExecuteW", reinterpret_cast<void*>(&countLaunch));
     lead(module, "SHQueryRecycleBinW", reinterpret_cast<void*>(&answerBin));
 }
 
 void makeCallsFailing(HMODULE module) {
+    makeFailing<decltype(FlsAlloc)>(module, "FlsAlloc", FLS_OUT_OF_INDEXES);
+    makeFailing<decltype(FlsSetValue)>(module, "FlsSetValue", FALSE);
     makeFailing<decltype(malloc)>(module, "malloc", nullptr);
     makeFailing<decltype(RegOpenKeyExW)>(module, "RegOpenKeyExW", ERROR_ACCESS_DENIED);
     makeFailing<decltype(RegQueryValueExW)>(module, "RegQueryValueExW", ERROR_ACCESS_DENIED);
@@ -187,6 +200,12 @@ class Life {
     }
     Life(const Life&) = delete;
     Life& operator=(const Life&) = delete;
+
+    // The end of the process: nothing more is called.
+    void endProcess() {
+        attached_ = false;
+        module_.enter(DLL_PROCESS_DETACH, &module_);
+    }
 
     HRESULT getFactory(const Click& click, ComPointer<IClassFactory>& factory) const {
         const auto get = module_.exported<decltype(&DllGetClassObject)>("DllGetClassObject");
@@ -277,9 +296,19 @@ TEST_F(HostLife, LosesNothingByFailures) {
 // More threads than the module has a place for without asking for memory see an exception inside it, and end
 // before or after it is unloaded.
 TEST_F(HostLife, LosesNothingByThreads) {
-    constexpr int kThreads = 100;
-    for (const bool endFirst : {true, false}) {
-        SCOPED_TRACE(endFirst);
+    struct Case {
+        const char* name;
+        int threads;
+        bool endFirst;
+        bool noSlots;
+    };
+    const Case cases[] = {
+        {"the threads end first", 100, true, false},
+        {"the module goes first", 100, false, false},
+        {"without slots for the threads", 60, true, true},
+    };
+    for (const auto& [name, count, endFirst, noSlots] : cases) {
+        SCOPED_TRACE(name);
         expectNothingLost(
             5,
             [&] {
@@ -293,7 +322,8 @@ TEST_F(HostLife, LosesNothingByThreads) {
                 };
                 {
                     const Life life("malloc", 0, false);
-                    for (int i = 0; i < kThreads; ++i) {
+                    faults.noSlots = noSlots;
+                    for (int i = 0; i < count; ++i) {
                         std::promise<void> seen;
                         threads.emplace_back([&, mayEnd] {
                             faults.arm("malloc", 1, false);
@@ -311,8 +341,31 @@ TEST_F(HostLife, LosesNothingByThreads) {
                     finish();
             },
             1);
-        EXPECT_GE(faults.thrown, 5 * kThreads);
+        EXPECT_GE(faults.thrown, 5 * count);
     }
+}
+
+TEST_F(HostLife, LoadsWithoutASlot) {
+    faults.noSlots = true;
+    const Life life("none", 0, false);
+    ComPointer<IClassFactory> factory;
+    faults.thrown = 0;
+    for (int i = 0; i < 3; ++i) {
+        faults.arm("malloc", 1, false);
+        EXPECT_TRUE(FAILED(life.getFactory(kClicks[0], factory)));
+    }
+    EXPECT_GE(faults.thrown, 3);
+    EXPECT_EQ(life.getFactory(kClicks[0], factory), S_OK);
+}
+
+TEST_F(HostLife, LeavesEverythingAtTheEndOfTheProcess) {
+    Life life("none", 0, false);
+    ComPointer<IClassFactory> factory;
+    EXPECT_EQ(life.getFactory(kClicks[0], factory), S_OK);
+    factory = {};
+    faults.freed = 0;
+    life.endProcess();
+    EXPECT_LE(faults.freed, 1) << "more than the startup code's own list";
 }
 
 // The figures that the other tests compare are no good if they do not see what is taken.

@@ -65,10 +65,10 @@ class UnenteredModule {
 
     HMODULE get() const { return module_; }
 
-    bool enter(DWORD reason) const {
+    bool enter(DWORD reason, void* reserved = nullptr) const {
         const auto entry = reinterpret_cast<BOOL(WINAPI*)(HMODULE, DWORD, void*)>(
             reinterpret_cast<char*>(module_) + headersOf(module_).AddressOfEntryPoint);
-        return entry(module_, reason, nullptr) != FALSE;
+        return entry(module_, reason, reserved) != FALSE;
     }
 
     template <class Function>

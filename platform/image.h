@@ -17,6 +17,10 @@ inline constexpr ErrorCode kErrorModuleInitFailed = 1114;
 // module needs is taken from its own folder and the system's.
 ErrorCode loadError(const std::u16string& file);
 
+// The same without running any of it: LoadLibraryExW maps the file as data, and its headers say whether it is
+// a DLL for this processor, kErrorBadExeFormat when not. What it needs is not looked for.
+ErrorCode headerError(const std::u16string& file);
+
 // GetFileVersionInfoW: the four numbers of the file's version with points between, such as "4.0.3.0"; empty
 // when it has none.
 std::u16string fileVersion(const std::u16string& file);

@@ -7,10 +7,10 @@
 
 namespace platform {
 
+namespace {
+
 // A file that begins as programs and modules do stands for one that can be loaded.
-ErrorCode loadError(const std::u16string& file) {
-    if (const ErrorCode injected = fault::next("LoadLibraryExW"); injected != kSuccess)
-        return injected;
+ErrorCode startError(const std::u16string& file) {
     if (!file.starts_with(u'/'))
         return kErrorBadPathName;
     std::ifstream content(toHostName(file), std::ios::binary);
@@ -19,6 +19,18 @@ ErrorCode loadError(const std::u16string& file) {
         return kErrorFileNotFound;
     content.read(start, sizeof start);
     return start[0] == 'M' && start[1] == 'Z' ? kSuccess : kErrorBadExeFormat;
+}
+
+}  // namespace
+
+ErrorCode loadError(const std::u16string& file) {
+    const ErrorCode injected = fault::next("LoadLibraryExW");
+    return injected != kSuccess ? injected : startError(file);
+}
+
+ErrorCode headerError(const std::u16string& file) {
+    const ErrorCode injected = fault::next("LoadLibraryExW, as data");
+    return injected != kSuccess ? injected : startError(file);
 }
 
 std::u16string fileVersion(const std::u16string&) {

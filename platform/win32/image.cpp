@@ -20,9 +20,27 @@ ErrorCode loadError(const std::u16string& file) {
     const HMODULE module =
         LoadLibraryExW(wide(file), nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
     if (!module)
-        return GetLastError();
+        return lastError();
     FreeLibrary(module);
     return kSuccess;
+}
+
+ErrorCode headerError(const std::u16string& file) {
+    if (!isFullPath(file))
+        return kErrorBadPathName;
+    const HMODULE module = LoadLibraryExW(wide(file), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    if (!module)
+        return lastError();
+    // The lowest bits of the handle say how the file was mapped.
+    const auto base = reinterpret_cast<std::uintptr_t>(module) & ~std::uintptr_t{3};
+    const auto& start = *reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
+    const auto& header =
+        reinterpret_cast<const IMAGE_NT_HEADERS64*>(base + static_cast<std::uintptr_t>(start.e_lfanew))
+            ->FileHeader;
+    const bool fits =
+        header.Machine == IMAGE_FILE_MACHINE_AMD64 && (header.Characteristics & IMAGE_FILE_DLL) != 0;
+    FreeLibrary(module);
+    return fits ? kSuccess : kErrorBadExeFormat;
 }
 
 std::u16string fileVersion(const std::u16string& file) {

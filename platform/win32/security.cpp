@@ -52,8 +52,9 @@ ErrorCode accessList(const std::u16string& path, AccessList& list) {
         list.allowed.push_back({u"S-1-1-0", kRightGenericAll, false});
     for (DWORD index = 0; acl && index < acl->AceCount; ++index) {
         void* entry = nullptr;
-        if (GetAce(acl, index, &entry))
-            addEntry(*static_cast<const ACE_HEADER*>(entry), list);
+        if (!GetAce(acl, index, &entry))
+            return lastError();
+        addEntry(*static_cast<const ACE_HEADER*>(entry), list);
     }
     return kSuccess;
 }

@@ -37,7 +37,8 @@ bool isTrusted(std::u16string_view account, std::u16string_view ourselves) {
     const bool domain =
         account.starts_with(u"S-1-5-21-") &&
         (account.ends_with(u"-500") || account.ends_with(u"-512") || account.ends_with(u"-519"));
-    return domain || account == ourselves ||
+    const bool known = !account.empty() && account == ourselves;  // empty: it could not be read
+    return domain || known ||
            std::find(std::begin(kTrusted), std::end(kTrusted), account) != std::end(kTrusted);
 }
 
@@ -110,6 +111,14 @@ std::vector<Intruder> intruders(const std::u16string& folder) {
     for (std::u16string path = above(real); !path.empty(); path = above(path))
         search.look(path, above(path).empty() ? kReplaceChild : kReplace, false);
     return search.take();
+}
+
+std::u16string behindLink(const std::u16string& folder) {
+    const std::u16string real = platform::finalPath(folder);
+    const auto comparable = [](const std::u16string& path) {
+        return owlkit::toLowerAscii(owlkit::withTrailingSeparator(path));
+    };
+    return comparable(folder) == comparable(real) ? std::u16string() : real;
 }
 
 bool liesInProgramFiles(const std::u16string& folder) {

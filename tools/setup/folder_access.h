@@ -15,10 +15,14 @@ struct Intruder {
 };
 
 // Asks for the folder itself, the files in it and in its folder "langs", and every folder above it, which
-// could be renamed with all that is in it. Links are followed first. Trusted are the system, administrators,
-// the installer service, the owner of what is made later, and the account that this process runs as. An owner
-// counts as one who may change access. Entries that deny are not subtracted.
+// could be renamed with all that is in it. Links are followed first: see behindLink. Trusted are the system,
+// administrators, the installer service, the owner of what is made later, and the account that this process
+// runs as. An owner counts as one who may change access. Entries that deny are not subtracted.
 std::vector<Intruder> intruders(const std::u16string& folder);
+
+// Where the existing folder really is, when its name, letter case and a separator at its end aside, is not
+// its full one: a link is on the way, or a short name. Empty when it is, or when that cannot be told.
+std::u16string behindLink(const std::u16string& folder);
 
 // Whether the folder lies in the system's own folder for programs.
 bool liesInProgramFiles(const std::u16string& folder);

@@ -64,7 +64,7 @@ class Program {
         app_.add_option("--log", log_, "add what is printed to this file, too")->type_name("FILE");
         app_.footer(kExitCodes);
         add("register", "enter nmshell.dll, which lies beside this program, in the registry",
-            [this] { return registerModule(ownFolder(), terminal_); });
+            [this] { return registerModule(ownFolder(), Trial::Load, terminal_); });
         add("unregister", "remove every key and value of the extension, and this user's settings",
             [this] { return unregisterModule(terminal_); });
         add("apply-defaults", "give this user the machine's defaults where there is no setting yet",

@@ -78,8 +78,9 @@ __declspec(dllexport) UINT __stdcall CheckFolder(MSIHANDLE session) {
 }
 
 __declspec(dllexport) UINT __stdcall Register(MSIHANDLE session) {
-    return setup::run(
-        session, [&](setup::Messages& log) { return setup::registerModule(setup::folderOf(session), log); });
+    return setup::run(session, [&](setup::Messages& log) {
+        return setup::registerModule(setup::folderOf(session), setup::Trial::Headers, log);
+    });
 }
 
 __declspec(dllexport) UINT __stdcall Unregister(MSIHANDLE session) {

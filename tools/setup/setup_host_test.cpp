@@ -10,6 +10,7 @@
 #include "platform/host/registry_control.h"
 #include "platform/host/shell_control.h"
 #include "platform/host/utf8.h"
+#include "platform/image.h"
 #include "platform/registry.h"
 #include "testing/temporary.h"
 #include "tools/common/text.h"
@@ -70,7 +71,7 @@ class SetupTest : public testing::Test {
 
     // Registered, as far as both roots show it: the stand-in for the registry does not merge them.
     void install() {
-        ASSERT_EQ(registerModule(folder(), recorder_), kDone) << recorder_.complaints;
+        ASSERT_EQ(registerModule(folder(), Trial::Load, recorder_), kDone) << recorder_.complaints;
         for (const std::u16string_view id : nmshell::kClassIds) {
             std::u16string server = u"HKEY_CLASSES_ROOT\\CLSID\\";
             server.append(id).append(u"\\InProcServer32");
@@ -104,15 +105,32 @@ TEST_F(SetupTest, RegistersOnlyAModuleThatLoads) {
         if (!row.elevated)
             control::denyAccess(u"HKEY_LOCAL_MACHINE\\SOFTWARE", platform::kKeySetValue);
         const std::string before = control::dump();
-        recorder_ = {};
-        EXPECT_EQ(registerModule(folder(), recorder_), row.result);
-        EXPECT_NE((recorder_.told + recorder_.complaints).find(row.says), std::string::npos);
-        EXPECT_EQ(control::dump() == before, row.result != kDone);
-        if (row.elevated) {
-            EXPECT_EQ(unregisterModule(recorder_), kDone) << recorder_.complaints;
+        for (const Trial trial : {Trial::Load, Trial::Headers}) {
+            platform::fault::disarm();
+            if (trial == Trial::Headers)  // never asks for this
+                platform::fault::arm("LoadLibraryExW", 1, platform::kErrorAccessDenied);
+            recorder_ = {};
+            EXPECT_EQ(registerModule(folder(), trial, recorder_), row.result);
+            EXPECT_NE((recorder_.told + recorder_.complaints).find(row.says), std::string::npos);
+            EXPECT_EQ(control::dump() == before, row.result != kDone);
+            if (row.elevated) {
+                EXPECT_EQ(unregisterModule(recorder_), kDone) << recorder_.complaints;
+            }
         }
     }
-    EXPECT_FALSE(loadFault(u"nmshell.dll").empty()) << "a name that would be searched for";
+    EXPECT_NE(platform::loadError(u"nmshell.dll"), platform::kSuccess) << "a name that would be searched for";
+}
+
+TEST_F(SetupTest, RefusesAFolderBehindALink) {
+    const fs::path link = folder_ / "link";
+    fs::create_directory_symlink(folder_ / "langs", link);
+    platform::setFolderPath(kCsidlProgramFiles, tools::wide(folder_.native()));
+    for (const fs::path& way : {link, link / ""}) {
+        EXPECT_EQ(checkFolder(tools::wide(way.native()), recorder_), kUnsafeFolder) << way;
+        EXPECT_NE(recorder_.complaints.find("leads to " + (folder_ / "langs").native()), std::string::npos);
+    }
+    EXPECT_EQ(checkFolder(tools::wide((folder_ / "langs").native()), recorder_), kDone)
+        << "but the folder itself";
 }
 
 TEST_F(SetupTest, FindsWhoCanChangeTheFolder) {
@@ -158,6 +176,9 @@ TEST_F(SetupTest, FindsWhoCanChangeTheFolder) {
     }
     platform::fault::arm("GetNamedSecurityInfoW", 1, platform::kErrorAccessDenied);
     EXPECT_EQ(intruders(folder()).front().account, u"") << "what cannot be read is not trusted";
+    platform::fault::arm("GetTokenInformation", 1, platform::kErrorAccessDenied);
+    EXPECT_EQ(intruders(folder()).front().path, tools::wide(folder_.native()))
+        << "nor is this process, unknown";
     EXPECT_EQ(checkFolder(u"/no/such/folder", recorder_), kUnsafeFolder);
 }
 

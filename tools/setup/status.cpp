@@ -112,8 +112,8 @@ bool isFile(const std::u16string& path) {
            !(attributes & platform::kFileAttributeDirectory);
 }
 
-std::string loadFault(const std::u16string& module) {
-    switch (const platform::ErrorCode error = platform::loadError(module)) {
+std::string describeLoadError(platform::ErrorCode error) {
+    switch (error) {
         case platform::kSuccess:
             return {};
         case platform::kErrorBadExeFormat:
@@ -134,7 +134,8 @@ Status takeStatus(const std::u16string& expectedModule) {
     status.entries = registrationStatus(expectedModule);
     status.module = registeredModule();
     if (!status.module.empty()) {
-        status.moduleFault = isFile(status.module) ? loadFault(status.module) : "there is no such file";
+        status.moduleFault = isFile(status.module) ? describeLoadError(platform::loadError(status.module))
+                                                   : "there is no such file";
         status.version = platform::fileVersion(status.module);
         status.languages = tools::inspectLanguages(status.module);
         // The folder of the languages ends in "langs" and a separator.

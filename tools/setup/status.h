@@ -31,8 +31,9 @@ std::u16string registeredModule();
 
 bool isFile(const std::u16string& path);
 
-// Why the existing file cannot be loaded as a module, in words; empty when it can.
-std::string loadFault(const std::u16string& module);
+// What an error of platform::loadError or headerError says of a file that was to be loaded as a module; empty
+// for success.
+std::string describeLoadError(platform::ErrorCode error);
 
 // A setting of the current user.
 struct Setting {

@@ -71,7 +71,7 @@ Result tellFailure(RegistrationResult result, Messages& messages) {
 
 }  // namespace
 
-Result registerModule(const std::u16string& folder, Messages& messages) {
+Result registerModule(const std::u16string& folder, Trial trial, Messages& messages) {
     const std::u16string module = folder + u"nmshell.dll";
     if (!isFile(module)) {
         messages.complain("there is no " + utf8(module) + ". Nothing was changed.");
@@ -79,10 +79,15 @@ Result registerModule(const std::u16string& folder, Messages& messages) {
     }
     if (!mayChangeTheMachine())
         return refuseWithoutRights(messages);
-    if (const std::string fault = loadFault(module); !fault.empty()) {
+    const platform::ErrorCode error =
+        trial == Trial::Load ? platform::loadError(module) : platform::headerError(module);
+    if (const std::string fault = describeLoadError(error); !fault.empty()) {
         messages.complain(utf8(module) + " cannot be loaded: " + fault + ". Nothing was changed.");
         return kUnusableModule;
     }
+    if (const std::u16string real = behindLink(folder); !real.empty())
+        messages.complain("warning: " + utf8(folder) + " leads to " + utf8(real) +
+                          " through a link, which the shell of every user will follow");
     for (const Intruder& intruder : intruders(folder))
         messages.complain("warning: " + describe(intruder) + ", which the shell of every user will load");
     owlkit::recordApplicationFolder(folder);
@@ -110,6 +115,11 @@ Result unregisterModule(Messages& messages) {
 }
 
 Result checkFolder(const std::u16string& folder, Messages& messages) {
+    if (const std::u16string real = behindLink(folder); !real.empty()) {
+        messages.complain(utf8(folder) + " is refused: it leads to " + utf8(real) +
+                          " through a link, which can be changed later. Name that folder itself.");
+        return kUnsafeFolder;
+    }
     const std::vector<Intruder> found = intruders(folder);
     const bool warning = liesInProgramFiles(folder);
     for (const Intruder& intruder : found)

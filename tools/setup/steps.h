@@ -22,13 +22,20 @@ enum Result : int {
 
 // Each says in `messages` what came of it. `folder`, with a separator at its end, is where nmshell.dll lies.
 
+// How a module is tried before it is registered.
+enum class Trial {
+    Load,     // as the shell will, its code running in this process
+    Headers,  // by what its file says of itself: for the installer, which runs as the system
+};
+
 // Registers nmshell.dll, if it can be loaded, and warns when users can change it.
-Result registerModule(const std::u16string& folder, Messages& messages);
+Result registerModule(const std::u16string& folder, Trial trial, Messages& messages);
 
 // Removes the registration and the current user's settings.
 Result unregisterModule(Messages& messages);
 
-// Refuses a folder that users can change, unless it lies in Program Files: there it is a warning. It need not
+// Refuses a folder that users can change, unless it lies in Program Files: there it is a warning. One that is
+// reached through a link is refused, since whoever owns the link can lead it elsewhere later. It need not
 // hold anything yet.
 Result checkFolder(const std::u16string& folder, Messages& messages);
 

@@ -127,8 +127,10 @@ TEST_F(LanguageLoader, FilesThatCannotBeReadOrWrittenToTheEnd) {
     ASSERT_EQ(LoadLanguageFile(path(u"a.lang.txt"), table_), u"");
     FileStream out;
     ASSERT_TRUE(out.open(path(u"out"), kCreateWrite));
-    fault::arm("WriteFile", 1, platform::ErrorCode{112});
-    EXPECT_FALSE(table_.Write(out));
+    for (const char* const call : {"WriteFile", "WriteFile, short"}) {
+        fault::arm(call, 1, platform::kErrorDiskFull);
+        EXPECT_FALSE(table_.Write(out)) << call;
+    }
     fault::disarm();
 
     fs::resize_file(folder_ / "a.lang.txt", 0x80000000);  // a hole, no disk space

@@ -70,6 +70,14 @@ TEST_F(ClassFactoryTest, CountsReferencesAndMakesObjects) {
     EXPECT_TRUE(!none[3]);
 }
 
+TEST_F(ClassFactoryTest, TellsWhatIsNoLackOfMemoryAsAFailure) {
+    set(u"Language", u"de");
+    module_.texts.BeginLoad();
+    EXPECT_EQ(ask(kClasses[0]), E_FAIL);
+    module_.texts.EndLoad();
+    EXPECT_EQ(ask(kClasses[0]), S_OK);
+}
+
 using LanguageTest = ExtensionTest;
 
 TEST_F(LanguageTest, FollowsTheSettingWithTheNextClassObject) {

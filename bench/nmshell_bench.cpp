@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include "contextmenu/application_launcher.h"
+#include "contextmenu/dropped_paths.h"
 #include "contextmenu/menu_insertion.h"
 #include "contextmenu/menu_model.h"
 #include "foundation/charset/convert.h"
@@ -27,7 +28,7 @@ void collectPaths(benchmark::State& state) {
     void* list = platform::makeDropList(paths(state.range(0)));
     for (auto _ : state) {
         platform::host::DataObject data(list);
-        std::u16string collected;
+        owlkit::PathList collected;
         benchmark::DoNotOptimize(nmshell::CollectDroppedPaths(&data, collected));
     }
     state.SetComplexityN(state.range(0));
@@ -58,11 +59,11 @@ void readLanguageFile(benchmark::State& state) {
 BENCHMARK(readLanguageFile)->Arg(30)->Arg(3000);
 
 void buildAndInsertMenu(benchmark::State& state) {
-    const nmshell::Selection selection{nmshell::SelectionKind::Drives, 1, std::u16string(u"D:\\\0", 4)};
+    const nmshell::Selection selection{nmshell::SelectionKind::Drives, 1, {u"D:\\"}};
     nmshell::MenuFacts facts;
     facts.firstPathOnSystemDrive = false;
     facts.recycleBin = nmshell::RecycleBinState::HoldsItems;
-    facts.elevation = 1;
+    facts.elevation = owlkit::ElevationState::Limited;
     const owlkit::interlang texts;
     platform::setModuleFileName(&state, u"/nmshell.dll");
     nmshell::BitmapCache bitmaps(&state);

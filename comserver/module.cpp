@@ -1,11 +1,11 @@
 #include "comserver/module.h"
 
 #include "comserver/settings.h"
+#include "foundation/path/path.h"
 #include "foundation/process/folders.h"
 #include "lang/language_file_names.h"
 #include "lang/language_loader.h"
 #include "lang/loading_scope.h"
-#include "platform/file.h"
 #include "platform/module.h"
 
 namespace nmshell {
@@ -14,7 +14,7 @@ void Module::attach(void* instance, std::u16string_view primary) {
     ShellSettings settings;
     const bool enabled = settings.isEnabled();
     bitmaps.setModule(instance);
-    folder = folderOf(platform::moduleFileName(instance));
+    folder = owlkit::folderOf(platform::moduleFileName(instance));
     owlkit::recordApplicationFolder(folder);
     if (!enabled)
         return;
@@ -38,11 +38,6 @@ void Module::applyLanguage(std::u16string_view active, std::u16string_view prima
         return;
     const owlkit::LoadingScope loading(texts);
     texts.SetLanguages(active, primary);
-}
-
-std::u16string folderOf(const std::u16string& file) {
-    constexpr char16_t kSeparators[] = {u'/', platform::kPathSeparator, u'\0'};
-    return file.substr(0, file.find_last_of(kSeparators) + 1);
 }
 
 }  // namespace nmshell

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "contextmenu/menu_facts.h"
 #include "contextmenu/menu_insertion.h"
-#include "contextmenu/selection.h"
 #include "lang/interlang.h"
 
 namespace nmshell {
@@ -39,8 +39,5 @@ struct Module {
     // to.
     void applyLanguage(std::u16string_view active, std::u16string_view primary);
 };
-
-// The folder of `file`, its trailing separator included; empty when it has none.
-std::u16string folderOf(const std::u16string& file);
 
 }  // namespace nmshell

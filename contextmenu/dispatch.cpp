@@ -45,13 +45,13 @@ bool dispatch(std::uint32_t offset, void* owner, const Selection& selection, App
     request.command = row.number;
     request.cursorValid = platform::cursorPosition(request.cursor.x, request.cursor.y);
     if (row.data == RequestData::PathList)
-        request.data = selection.paths;
+        request.data = selection.paths.text();
     launcher.launch(owner, kApplication, row.number, needsElevation(row, selection), request);
     return true;
 }
 
-bool volumeIsClosed(const std::u16string& paths) {
-    const int drive = platform::driveNumber(firstPath(paths));
+bool volumeIsClosed(const owlkit::PathList& paths) {
+    const int drive = platform::driveNumber(std::u16string(paths.first()));
     if (drive < 0)
         return true;
     std::u16string device = u"\\\\.\\";

@@ -17,7 +17,7 @@ bool dispatch(std::uint32_t offset, void* owner, const Selection& selection, App
 
 // Whether the volume that holds the first path of `paths` is out of this process's reach, so that wiping it
 // needs administrator rights. True as well when the path has no drive.
-bool volumeIsClosed(const std::u16string& paths);
+bool volumeIsClosed(const owlkit::PathList& paths);
 
 // The address of `page` on the product's web site. Every "%(VID)" in it becomes the version identifier.
 std::u16string pageAddress(std::u16string_view page);

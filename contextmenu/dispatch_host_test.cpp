@@ -28,7 +28,7 @@ class DispatchTest : public HostTest {
 
     std::uint32_t counter_ = 0;
     ApplicationLauncher launcher_{counter_};
-    Selection selection_{SelectionKind::Drives, 1, u"D:\\\0"s};
+    Selection selection_{SelectionKind::Drives, 1, {u"D:\\"}};
 };
 
 TEST_F(DispatchTest, DoesWhatEachEntryStandsFor) {
@@ -79,7 +79,7 @@ TEST_F(DispatchTest, DoesWhatEachEntryStandsFor) {
 TEST_F(DispatchTest, StartsNothingWithoutAKnownFolder) {
     launcher_.setModuleFolder(u"");
     owlkit::recordApplicationFolder(folder() + u"gone");
-    selection_ = {SelectionKind::Files, 1, std::u16string(600, u'p')};
+    selection_ = {SelectionKind::Files, 1, {std::u16string(600, u'p')}};
     for (const std::uint32_t offset : {kWipeFiles, kAdminTrashDrive})
         EXPECT_TRUE(dispatch(offset, nullptr, selection_, launcher_));  // what fails to start is not reported
     EXPECT_TRUE(platform::shellStarts().empty());
@@ -89,21 +89,22 @@ TEST_F(DispatchTest, StartsNothingWithoutAKnownFolder) {
 TEST_F(DispatchTest, ElevatesForAVolumeThatIsClosed) {
     makeFile("\\\\.\\D:", "volume");
     makeFile("\\\\.\\A:", "the first drive");
-    const std::tuple<std::u16string, const char*, const char16_t*> kCases[] = {
-        {u"d:\\x\0E:\\\0"s, "none", u"open"},
-        {u"E:\\\0D:\\\0"s, "none", u"runas"},
-        {u"D:\\\0"s, "CreateFileW", u"runas"},
-        {u"D:\\\0"s, "DeviceIoControl", u"runas"},
-        {u"\\\\server\\share\0D:\\\0"s, "none", u"runas"},
-        {u"", "none", u"runas"},
-        {u"A:\\\0"s, "none", u"open"},
-        {u"D:\\\0"s, "none", u"open"},
+    const std::tuple<owlkit::PathList, const char*, const char16_t*> kCases[] = {
+        {{u"d:\\x", u"E:\\"}, "none", u"open"},
+        {{u"E:\\", u"D:\\"}, "none", u"runas"},
+        {{u"D:\\"}, "CreateFileW", u"runas"},
+        {{u"D:\\"}, "DeviceIoControl", u"runas"},
+        {{u"\\\\server\\share", u"D:\\"}, "none", u"runas"},
+        {{}, "none", u"runas"},
+        {{u"A:\\"}, "none", u"open"},
+        {{u"D:\\"}, "none", u"open"},
     };
     for (const auto& [paths, operation, verb] : kCases) {
         selection_.paths = paths;
         fault::arm(operation, 1, platform::kErrorAccessDenied);
         EXPECT_TRUE(dispatch(kWipeDrive, nullptr, selection_, launcher_));
-        EXPECT_EQ(platform::shellStarts().back().verb, verb) << testing::PrintToString(paths) << operation;
+        EXPECT_EQ(platform::shellStarts().back().verb, verb)
+            << testing::PrintToString(paths.text()) << operation;
     }
     const platform::CreateFileArguments& asked = platform::lastCreateFile();
     EXPECT_TRUE(asked.path == u"\\\\.\\D:");

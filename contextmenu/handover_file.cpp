@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "foundation/charset/convert.h"
+#include "foundation/path/path.h"
 #include "foundation/process/folders.h"
 #include "foundation/stream/file_stream.h"
 #include "foundation/text/number.h"
@@ -19,7 +20,7 @@ constexpr std::int32_t kNameDigits = 8;
 // Makes the name free. It can be known beforehand, so a link may have been laid there: deleting removes that,
 // not what it leads to, and what cannot be deleted must not be written through.
 bool makeFree(const std::u16string& name) {
-    return platform::deleteFile(name) || platform::fileAttributes(name) == platform::kInvalidFileAttributes;
+    return platform::deleteFile(name) || owlkit::pathType(name) == owlkit::PathType::Unreadable;
 }
 
 // Deletes the file at the end, unless it is to be kept.

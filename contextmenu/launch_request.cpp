@@ -109,12 +109,4 @@ std::uint32_t parseArguments(const std::vector<std::u16string>& arguments, Launc
     return request.command;
 }
 
-std::vector<std::u16string> splitPathList(std::u16string_view paths) {
-    std::vector<std::u16string> result;
-    for (std::size_t end; (end = paths.find(u'\0')) != std::u16string_view::npos;
-         paths.remove_prefix(end + 1))
-        result.emplace_back(paths.substr(0, end));
-    return result;
-}
-
 }  // namespace nmshell

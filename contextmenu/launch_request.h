@@ -1,5 +1,4 @@
-// The request that travels from the menu to the application on its command line, and the path list that it
-// carries.
+// The request that travels from the menu to the application on its command line.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +16,7 @@ struct CursorPoint {
 
 struct LaunchRequest {
     std::uint32_t command = 0;  // 0: no command
-    std::u16string data;        // empty: absent
+    std::u16string data;        // for the menu's commands the text of a PathList; empty: absent
     std::u16string path;        // empty: absent
     CursorPoint cursor;         // screen coordinates; counts only when cursorValid is set
     bool cursorValid = false;
@@ -60,10 +59,5 @@ std::u16string unescapeSpaces(std::u16string_view text);
 // the result. Unknown items are ignored, values that cannot be read count as absent. A hand-over file is read
 // and deleted.
 std::uint32_t parseArguments(const std::vector<std::u16string>& arguments, LaunchRequest& request);
-
-// The paths of a path list, each of which must end in its zero character. What follows the last zero
-// character is left out: a list that was cut short never yields a shortened path, which could be the name of
-// another file.
-std::vector<std::u16string> splitPathList(std::u16string_view paths);
 
 }  // namespace nmshell

@@ -9,6 +9,7 @@
 
 #include "contextmenu/application_launcher.h"
 #include "contextmenu/handover_file.h"
+#include "foundation/path/path_list.h"
 
 namespace nmshell {
 namespace {
@@ -125,9 +126,9 @@ TEST(HandoverFile, IsCutAtItsLimitWithoutShorteningAPath) {
         std::ofstream(std::filesystem::path(name), std::ios::binary) << list;
         const std::u16string text = readHandoverFile(name);
         EXPECT_EQ(text.back(), length == 6 ? u'\xFFFD' : u'\0');
-        const std::vector<std::u16string> paths = splitPathList(text);
-        EXPECT_TRUE(paths.size() == 10240);
-        EXPECT_TRUE(std::ranges::count(paths, path) == 10239);
+        const owlkit::PathList paths = owlkit::PathList::fromText(text);
+        EXPECT_EQ(paths.count(), 10240u);
+        EXPECT_EQ(std::ranges::count(paths, path), 10239);
     }
 }
 

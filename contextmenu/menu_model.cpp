@@ -1,8 +1,5 @@
 #include "contextmenu/menu_model.h"
 
-#include "foundation/process/elevation.h"
-#include "platform/shell.h"
-
 namespace nmshell {
 namespace {
 
@@ -57,9 +54,9 @@ class Builder {
         if (selection_.count >= 2)
             return u"CXT_MENU_WIPE_DATA";
         switch (facts_.firstPathType) {
-            case PathType::File:
+            case owlkit::PathType::File:
                 return u"CXT_MENU_WIPE_FILE";
-            case PathType::Folder:
+            case owlkit::PathType::Folder:
                 return u"CXT_MENU_WIPE_FOLDER";
             default:
                 return u"";
@@ -93,8 +90,8 @@ class Builder {
     }
 
     std::vector<MenuEntry> owners(std::uint32_t user, std::uint32_t admin) const {
-        return {entry(user, facts_.elevation == owlkit::kElevationFull),
-                entry(admin, facts_.elevation == owlkit::kElevationUnknown)};
+        return {entry(user, facts_.elevation == owlkit::ElevationState::Full),
+                entry(admin, facts_.elevation == owlkit::ElevationState::Unknown)};
     }
 
     MenuEntry product() const {
@@ -111,40 +108,6 @@ class Builder {
 };
 
 }  // namespace
-
-RecycleBinState QueryRecycleBinState(const std::u16string& root) {
-    std::int64_t bytes = 0;
-    std::int64_t items = 0;
-    if (!platform::queryRecycleBin(root, bytes, items))
-        return RecycleBinState::Unknown;
-    return items != 0 ? RecycleBinState::HoldsItems : RecycleBinState::Empty;
-}
-
-MenuFacts gatherFacts(const Selection& selection, SystemDrive& systemDrive) {
-    MenuFacts facts;
-    const bool single = selection.count == 1;
-    switch (selection.kind) {
-        case SelectionKind::Files:
-            if (single)
-                facts.firstPathType = pathType(firstPath(selection.paths));
-            break;
-        case SelectionKind::Drives:
-            if (selection.count == 0)
-                break;
-            facts.firstPathOnSystemDrive = systemDrive.holds(firstPath(selection.paths));
-            // A drive whose path could not be read must not be taken for all drives, which the empty root
-            // means.
-            if (single && !firstPath(selection.paths).empty())
-                facts.recycleBin = QueryRecycleBinState(firstPath(selection.paths));
-            facts.elevation = owlkit::cachedElevation();
-            break;
-        case SelectionKind::RecycleBin:
-            facts.recycleBin = QueryRecycleBinState({});
-            facts.elevation = owlkit::cachedElevation();
-            break;
-    }
-    return facts;
-}
 
 std::vector<MenuEntry> buildMenu(const Selection& selection, const MenuFacts& facts,
                                  const owlkit::interlang& texts) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "contextmenu/commands.h"
+#include "contextmenu/menu_facts.h"
 #include "contextmenu/selection.h"
 #include "lang/interlang.h"
 
@@ -29,20 +30,6 @@ struct MenuEntry {
 
     bool isSeparator() const { return text == kSeparatorText; }
 };
-
-enum class RecycleBinState { Unknown = -1, Empty = 0, HoldsItems = 1 };
-
-// The recycle bin below `root` (such as u"C:\\"), or of all drives for the empty root. SHQueryRecycleBinW.
-RecycleBinState QueryRecycleBinState(const std::u16string& root);
-
-// What the system says about a selection; only the facts that the selection's kind needs are asked for.
-struct MenuFacts {
-    PathType firstPathType = PathType::Unreadable;          // one file or folder
-    bool firstPathOnSystemDrive = true;                     // drives
-    RecycleBinState recycleBin = RecycleBinState::Unknown;  // one drive, or the Recycle Bin
-    std::uint32_t elevation = 0;  // drives and the Recycle Bin: 0, 1 limited, 2 full
-};
-MenuFacts gatherFacts(const Selection& selection, SystemDrive& systemDrive);
 
 // The entries to add for `selection`, in order, texts looked up in `texts`; empty when nothing is to be
 // added.

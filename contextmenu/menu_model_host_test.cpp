@@ -28,7 +28,8 @@ class MenuTest : public HostTest {
         texts.SetKey(u"CXT_MENU_ABOUT");
         texts.AddText(u"%1? %1!");
         texts.EndLoad();
-        const MenuFacts facts{PathType::File, true, RecycleBinState::Empty, owlkit::kElevationFull};
+        const MenuFacts facts{owlkit::PathType::File, true, RecycleBinState::Empty,
+                              owlkit::ElevationState::Full};
         const std::vector<MenuEntry> entries = buildMenu({kind, 1, {}}, facts, texts);
         MenuInserter(1000, icons, bitmaps_).insert(menu.get(), position, entries);
     }
@@ -55,34 +56,34 @@ std::string sketch(const std::vector<MenuEntry>& entries) {
 TEST_F(MenuTest, OffersWhatTheSelectionAllows) {
     makeFile("file");
     std::filesystem::create_directory("sub");
-    const std::u16string d = u"D:\\\0"s;
+    const owlkit::PathList d{u"D:\\"};
     const struct {
         const char* name;
         SelectionKind kind;
         std::uint32_t count;
-        std::u16string paths;
+        owlkit::PathList paths;
         int bin;  // items in the recycle bin of D:, or of all drives; -1 when it cannot be asked
         std::uint32_t elevationType;  // 1 not split, 2 full, 3 limited
         std::string own;              // before the product submenu; empty when there is no menu at all
     } kCases[] = {
-        {"file", Files, 1, u"file\0"s, -1, 1, "-- FILE"},
-        {"folder", Files, 1, u"sub\0"s, -1, 1, "-- FOLDER"},
-        {"vanished", Files, 1, u"gone\0"s, -1, 1, "-- "},
-        {"two, one of them read", Files, 2, u"file\0"s, -1, 1, "-- DATA"},
-        {"no file", Files, 0, u"", -1, 1, ""},
+        {"file", Files, 1, {u"file"}, -1, 1, "-- FILE"},
+        {"folder", Files, 1, {u"sub"}, -1, 1, "-- FOLDER"},
+        {"vanished", Files, 1, {u"gone"}, -1, 1, "-- "},
+        {"two, one of them read", Files, 2, {u"file"}, -1, 1, "-- DATA"},
+        {"no file", Files, 0, {}, -1, 1, ""},
         {"drive", Drives, 1, d, 1, 3, "-- DRIVE CLEAN_DRIVE DRIVE[USER ADMIN]"},
         {"elevated", Drives, 1, d, 9, 2, "-- DRIVE CLEAN_DRIVE DRIVE[USER! ADMIN]"},
         {"not split", Drives, 1, d, 9, 1, "-- DRIVE CLEAN_DRIVE DRIVE[USER ADMIN!]"},
         {"empty bin", Drives, 1, d, 0, 3, "-- DRIVE CLEAN_DRIVE DRIVE EMPTY_POSTFIX![USER ADMIN]"},
         {"no bin", Drives, 1, d, -1, 3, "-- DRIVE CLEAN_DRIVE DRIVE NONE_POSTFIX![USER ADMIN]"},
-        {"system", Drives, 1, u"c:\\\0"s, 1, 3, "-- DRIVE! CLEAN_DRIVE DRIVE NONE_POSTFIX![USER ADMIN]"},
-        {"no drive", Drives, 1, u"\\\\s\0"s, 1, 3, "-- DRIVE! CLEAN_DRIVE DRIVE NONE_POSTFIX![USER ADMIN]"},
-        {"no path", Drives, 1, u"", 3, 3, "-- DRIVE! CLEAN_DRIVE DRIVE NONE_POSTFIX![USER ADMIN]"},
+        {"system", Drives, 1, {u"c:\\"}, 1, 3, "-- DRIVE! CLEAN_DRIVE DRIVE NONE_POSTFIX![USER ADMIN]"},
+        {"no drive", Drives, 1, {u"\\\\s"}, 1, 3, "-- DRIVE! CLEAN_DRIVE DRIVE NONE_POSTFIX![USER ADMIN]"},
+        {"no path", Drives, 1, {}, 3, 3, "-- DRIVE! CLEAN_DRIVE DRIVE NONE_POSTFIX![USER ADMIN]"},
         {"two drives", Drives, 2, d, 1, 3, "-- DRIVE! CLEAN_DRIVE DRIVE![USER ADMIN]"},
-        {"no drives", Drives, 0, u"", 1, 3, ""},
-        {"all bins", RecycleBin, 0, u"", 3, 1, "-- ALL[USER ADMIN!]"},
+        {"no drives", Drives, 0, {}, 1, 3, ""},
+        {"all bins", RecycleBin, 0, {}, 3, 1, "-- ALL[USER ADMIN!]"},
         {"all, elevated", RecycleBin, 1, d, 3, 2, "-- ALL[USER! ADMIN]"},
-        {"all unknown", RecycleBin, 0, u"", -1, 3, "-- ALL![USER ADMIN]"},
+        {"all unknown", RecycleBin, 0, {}, -1, 3, "-- ALL![USER ADMIN]"},
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.name);

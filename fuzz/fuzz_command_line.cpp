@@ -2,6 +2,7 @@
 // same one. Items that name a hand-over file are left out, since reading one deletes it.
 #include "contextmenu/application_launcher.h"
 #include "contextmenu/launch_request.h"
+#include "foundation/path/path_list.h"
 #include "fuzz/fuzz.h"
 
 using fuzz::require;
@@ -28,11 +29,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     nmshell::LaunchRequest request;
     require(nmshell::parseArguments(items, request) == request.command);
     require(request.cursorValid || request.cursor == nmshell::CursorPoint{});
-    std::u16string ended;
-    for (const std::u16string& path : nmshell::splitPathList(request.data))
-        ended.append(path).append(1, u'\0');
-    require(request.data.starts_with(ended));
-    require(request.data.find(u'\0', ended.size()) == std::u16string::npos);
+    const owlkit::PathList paths = owlkit::PathList::fromText(request.data);
+    owlkit::PathList rebuilt;
+    for (const std::u16string_view path : paths)
+        rebuilt.append(path);
+    require(rebuilt == paths);
+    require(request.data.starts_with(paths.text()));
+    require(request.data.find(u'\0', paths.text().size()) == std::u16string::npos);
 
     // A path that holds an escape already, or data that would need a file, does not make this round trip.
     if (request.data.size() > nmshell::kMaxInlineData || request.path.find(u"%20") != std::u16string::npos)

@@ -1,5 +1,6 @@
 // Any bytes as a drop block, and lists of paths laid into one at any offset and cut anywhere: every path that
-// is whole is found, one without its end is counted, and nothing outside the block is read.
+// is whole is found and becomes text, one without its end is counted, and nothing outside the block is read.
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
@@ -14,6 +15,24 @@ constexpr std::size_t kHeader = 20;
 
 std::size_t width(bool isWide) {
     return isWide ? 2 : 1;
+}
+
+std::u16string fromLatin1(std::string_view bytes) {
+    std::u16string text;
+    for (const char byte : bytes)
+        text += static_cast<unsigned char>(byte);
+    return text;
+}
+
+// What the bytes say, unit by unit.
+std::u16string text(const platform::DropPaths& paths) {
+    if (!paths.isWide)
+        return fromLatin1(paths.bytes);
+    std::u16string units;
+    for (std::size_t i = 0; i < paths.bytes.size(); i += 2)
+        units += static_cast<char16_t>(static_cast<unsigned char>(paths.bytes[i]) |
+                                       static_cast<unsigned char>(paths.bytes[i + 1]) << 8);
+    return units;
 }
 
 // A copy that has exactly the block's size, for the sanitizer.
@@ -31,14 +50,14 @@ void anyBlock(const std::string& block) {
         require(paths.bytes.data() + paths.bytes.size() <= copy.get() + block.size());
     }
     require(paths.count <= block.size());
-    std::string joined;
-    const std::vector<std::string_view> split = platform::splitDropPaths(paths);
-    for (const std::string_view path : split) {
-        require(!path.empty() && path.size() % width(paths.isWide) == 0);
-        joined.append(path).append(width(paths.isWide), '\0');
-    }
-    require(joined == paths.bytes);
-    require(paths.count - split.size() <= 1);
+    require(paths.bytes.size() % width(paths.isWide) == 0);
+    const platform::DropList list = platform::readDropBlock(copy.get(), block.size(), fromLatin1);
+    require(list.count == paths.count);
+    require(list.paths == text(paths));
+    const auto ended = static_cast<std::size_t>(std::ranges::count(list.paths, u'\0'));
+    require(list.count - ended <= 1);
+    require(list.paths.empty() || (list.paths.front() != u'\0' && list.paths.back() == u'\0'));
+    require(list.paths.find(std::u16string_view(u"\0\0", 2)) == list.paths.npos);
 }
 
 std::string laidOut(const std::u16string& path, bool isWide) {

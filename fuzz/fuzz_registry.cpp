@@ -5,7 +5,7 @@
 
 #include "comserver/identifiers.h"
 #include "comserver/settings.h"
-#include "contextmenu/launch_request.h"
+#include "foundation/path/path_list.h"
 #include "foundation/registry/registry_key.h"
 #include "fuzz/fuzz.h"
 #include "platform/host/fault.h"
@@ -162,7 +162,8 @@ void writeAndRead(const Stored& stored) {
         require(RegistryKey::readRawStringOr(root, kPath, name, u"-") == text);
     if (wrote(fits, [&] { RegistryKey::writeExpandableString(root, kPath, name, text); }))
         require(RegistryKey::valueType(root, kPath, name) == RegistryValueType::ExpandableString);
-    std::vector<std::u16string> items = nmshell::splitPathList(text);
+    const owlkit::PathList paths = owlkit::PathList::fromText(text);
+    std::vector<std::u16string> items(paths.begin(), paths.end());
     std::erase(items, u"");  // an empty one would end the list for others
     std::size_t length = 0;
     for (const std::u16string& item : items)

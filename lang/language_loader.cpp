@@ -1,8 +1,8 @@
 #include "lang/language_loader.h"
 
+#include "foundation/path/path.h"
 #include "foundation/stream/file_stream.h"
 #include "foundation/text/number.h"
-#include "foundation/text/text.h"
 #include "lang/language_file_names.h"
 #include "lang/loading_scope.h"
 #include "platform/file.h"

@@ -14,56 +14,73 @@ struct Header {
 };
 static_assert(sizeof(Header) == 20);
 
-// The index of the first zero unit of `bytes` from `start` on, in bytes; npos when there is none. Units that
-// the end cuts do not count.
-std::size_t findZero(std::string_view bytes, std::size_t start, std::size_t width) {
-    for (std::size_t at = start; bytes.size() - at >= width; at += width)
-        if (bytes[at] == '\0' && (width == 1 || bytes[at + 1] == '\0'))
-            return at;
-    return std::string_view::npos;
+template <class Unit>
+bool isZero(const char* bytes) {
+    Unit unit;
+    std::memcpy(&unit, bytes, sizeof(unit));  // at odd addresses too
+    return unit == 0;
 }
 
-std::size_t unitWidth(bool isWide) {
-    return isWide ? 2 : 1;
+// The paths at the start of `rest`. Units that its end cuts do not count.
+template <class Unit>
+DropPaths walk(std::string_view rest) {
+    DropPaths paths;
+    paths.isWide = sizeof(Unit) == sizeof(char16_t);
+    const char* const start = rest.data();
+    const std::size_t size = rest.size() - rest.size() % sizeof(Unit);
+    std::size_t ended = 0;
+    for (std::size_t at = 0; at != size && !isZero<Unit>(start + at); ended = at) {
+        ++paths.count;
+        while (at != size && !isZero<Unit>(start + at))
+            at += sizeof(Unit);
+        if (at == size)
+            break;
+        at += sizeof(Unit);
+    }
+    paths.bytes = rest.substr(0, ended);
+    return paths;
+}
+
+std::u16string wideText(std::string_view bytes) {
+    const std::size_t length = bytes.size() / sizeof(char16_t);
+    if (reinterpret_cast<std::uintptr_t>(bytes.data()) % alignof(char16_t) == 0)
+        return {reinterpret_cast<const char16_t*>(bytes.data()), length};
+    std::u16string text(length, u'\0');
+    std::memcpy(text.data(), bytes.data(), bytes.size());
+    return text;
+}
+
+// One path after the other: converted as one text, half a double-byte character at the end of a path could
+// take the path's zero along.
+std::u16string convertedText(std::string_view bytes, FromAnsi fromAnsi) {
+    std::u16string text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        const std::size_t length = bytes.find('\0');
+        if (const std::u16string path = fromAnsi(bytes.substr(0, length)); !path.empty())
+            (text += path) += u'\0';
+        bytes.remove_prefix(length + 1);
+    }
+    return text;
 }
 
 }  // namespace
 
 DropPaths findDropPaths(const void* block, std::size_t size) {
-    DropPaths paths;
     Header header;
     if (block == nullptr || size < sizeof(header))
-        return paths;
+        return {};
     std::memcpy(&header, block, sizeof(header));
     if (header.pathsOffset > size)
-        return paths;
-    paths.isWide = header.isWide != 0;
-    const std::size_t width = unitWidth(paths.isWide);
+        return {};
     const std::string_view rest(static_cast<const char*>(block) + header.pathsOffset,
                                 size - header.pathsOffset);
-    std::size_t start = 0;
-    while (rest.size() - start >= width) {
-        const std::size_t end = findZero(rest, start, width);
-        if (end == start)
-            break;
-        ++paths.count;
-        if (end == std::string_view::npos)
-            break;
-        start = end + width;
-    }
-    paths.bytes = rest.substr(0, start);
-    return paths;
+    return header.isWide != 0 ? walk<char16_t>(rest) : walk<char>(rest);
 }
 
-std::vector<std::string_view> splitDropPaths(const DropPaths& paths) {
-    std::vector<std::string_view> result;
-    const std::size_t width = unitWidth(paths.isWide);
-    for (std::size_t start = 0; start < paths.bytes.size();) {
-        const std::size_t end = findZero(paths.bytes, start, width);
-        result.push_back(paths.bytes.substr(start, end - start));
-        start = end + width;
-    }
-    return result;
+DropList readDropBlock(const void* block, std::size_t size, FromAnsi fromAnsi) {
+    const DropPaths found = findDropPaths(block, size);
+    return {found.count, found.isWide ? wideText(found.bytes) : convertedText(found.bytes, fromAnsi)};
 }
 
 }  // namespace platform

@@ -5,12 +5,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
-#include <vector>
 
 namespace platform {
 
-// Of a block that holds no list, all is empty. The views point into the block.
+// Of a block that holds no list, all is empty. The view points into the block.
 struct DropPaths {
     bool isWide = false;
     std::uint32_t count = 0;  // a last path that lacks its zero is counted
@@ -23,7 +23,16 @@ struct DropPaths {
 // is read, whatever the header says.
 DropPaths findDropPaths(const void* block, std::size_t size);
 
-// The single paths of `paths.bytes`, without their zeros.
-std::vector<std::string_view> splitDropPaths(const DropPaths& paths);
+struct DropList {
+    std::uint32_t count = 0;  // the items, those included that are not among the paths
+    std::u16string paths;     // each followed by its zero character
+};
+
+// One path of an ANSI list, which is not empty; an empty text when it cannot be converted.
+using FromAnsi = std::u16string (*)(std::string_view path);
+
+// The list that findDropPaths() finds in the block. The bytes of a wide one are the text already and are
+// copied in one piece; of an ANSI one each path is converted, and one that cannot be is left out but counted.
+DropList readDropBlock(const void* block, std::size_t size, FromAnsi fromAnsi);
 
 }  // namespace platform

@@ -27,33 +27,43 @@ std::string units(std::u16string_view text) {
     return bytes;
 }
 
+// Characters above 0xFE cannot be converted.
+std::u16string fromLatin1(std::string_view path) {
+    std::u16string text;
+    for (const char c : path)
+        text += static_cast<unsigned char>(c);
+    return text.find(u'\xFF') == text.npos ? text : std::u16string();
+}
+
 TEST(DropBlock, FindsThePathsThatEndAndCountsTheRest) {
     const std::string wide = header(20, 1), narrow = header(20, 0);
-    const std::string two = units(u"C:\\a\0\u0100\x6100\0"s);  // units with a zero byte in either half
+    const std::u16string twoPaths = u"C:\\a\0\u0100\x6100\0"s;  // units with a zero byte in either half
+    const std::string two = units(twoPaths);
     const struct Case {
         const char* name;
         std::string block;
         std::uint32_t count;
         std::string bytes;
-        std::size_t paths;
+        std::u16string text;
     } cases[] = {
-        {"no block", "", 0, "", 0},
-        {"a cut header", wide.substr(0, 19), 0, "", 0},
-        {"no list", wide, 0, "", 0},
-        {"an empty list", wide + "\0\0"s, 0, "", 0},
-        {"wide", wide + two + "\0\0x\0\0\0"s, 2, two, 2},
-        {"any number but 0 is wide", header(20, 0x100) + two + "\0\0"s, 2, two, 2},
-        {"at an odd address", header(21, 1) + "?" + two + "\0\0"s, 2, two, 2},
-        {"without the closing zero", wide + two, 2, two, 2},
-        {"a last path without its zero", wide + two + units(u"C:\\b"), 3, two, 2},
-        {"a cut last unit", wide + two + "x", 2, two, 2},
-        {"a cut zero", wide + two + "x\0\0"s, 3, two, 2},
-        {"ANSI", narrow + "C:\\a\0\xE9\0\0x\0"s, 2, "C:\\a\0\xE9\0"s, 2},
-        {"ANSI without its zero", narrow + "a\0b"s, 2, "a\0"s, 1},
-        {"the paths at the end", header(20 + 2, 0) + "ab", 0, "", 0},
-        {"the paths behind it", header(20 + 3, 0) + "ab", 0, "", 0},
-        {"the paths far behind it", header(0xFFFFFFFF, 1) + two, 0, "", 0},
-        {"the paths in the header", header(16, 1) + "\0\0"s, 1, "\1\0\0\0"s, 1},
+        {"no block", "", 0, "", u""},
+        {"a cut header", wide.substr(0, 19), 0, "", u""},
+        {"no list", wide, 0, "", u""},
+        {"an empty list", wide + "\0\0"s, 0, "", u""},
+        {"wide", wide + two + "\0\0x\0\0\0"s, 2, two, twoPaths},
+        {"any number but 0 is wide", header(20, 0x100) + two + "\0\0"s, 2, two, twoPaths},
+        {"at an odd address", header(21, 1) + "?" + two + "\0\0"s, 2, two, twoPaths},
+        {"without the closing zero", wide + two, 2, two, twoPaths},
+        {"a last path without its zero", wide + two + units(u"C:\\b"), 3, two, twoPaths},
+        {"a cut last unit", wide + two + "x", 2, two, twoPaths},
+        {"a cut zero", wide + two + "x\0\0"s, 3, two, twoPaths},
+        {"ANSI", narrow + "C:\\a\0\xE9\0\0x\0"s, 2, "C:\\a\0\xE9\0"s, u"C:\\a\0\u00E9\0"s},
+        {"ANSI with an unreadable path", narrow + "a\0\xFF\0b\0\0"s, 3, "a\0\xFF\0b\0"s, u"a\0b\0"s},
+        {"ANSI without its zero", narrow + "a\0b"s, 2, "a\0"s, u"a\0"s},
+        {"the paths at the end", header(20 + 2, 0) + "ab", 0, "", u""},
+        {"the paths behind it", header(20 + 3, 0) + "ab", 0, "", u""},
+        {"the paths far behind it", header(0xFFFFFFFF, 1) + two, 0, "", u""},
+        {"the paths in the header", header(16, 1) + "\0\0"s, 1, "\1\0\0\0"s, u"\1\0"s},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -63,12 +73,9 @@ TEST(DropBlock, FindsThePathsThatEndAndCountsTheRest) {
         const DropPaths paths = findDropPaths(block.get(), c.block.size());
         EXPECT_EQ(paths.count, c.count);
         EXPECT_EQ(paths.bytes, c.bytes);
-        std::string joined;
-        const std::vector<std::string_view> split = splitDropPaths(paths);
-        for (const std::string_view path : split)
-            joined.append(path).append(paths.isWide ? 2 : 1, '\0');
-        EXPECT_EQ(split.size(), c.paths);
-        EXPECT_EQ(joined, c.bytes);
+        const DropList list = readDropBlock(block.get(), c.block.size(), fromLatin1);
+        EXPECT_EQ(list.count, c.count);
+        EXPECT_EQ(list.paths, c.text);
     }
 }
 

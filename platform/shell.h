@@ -3,10 +3,10 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 
+#include "platform/drop_block.h"
 #include "platform/process.h"
 
 namespace platform {
@@ -55,37 +55,10 @@ std::uint32_t windowsDirectory(char16_t* buffer, std::uint32_t size);
 // SHChangeNotify(SHCNE_ASSOCCHANGED): tells the shell that handlers and file types have changed.
 void notifyAssociationsChanged();
 
-// The paths of a CF_HDROP memory block, with the answers of DragQueryFileW. That function walks the block
-// from its start on every call; here the block is walked once, so that reading every path is linear in the
-// block's size. Nothing outside the block is ever read: a last path that lacks its terminating zero is
-// counted but cannot be read.
-class DropList {
-  public:
-    // `global` is the memory handle of a storage medium. The caller keeps owning it and releases it only
-    // after the list is gone. A handle that cannot be locked, or a block that holds no list, gives a list
-    // without items.
-    static DropList open(void* global);
-
-    DropList(DropList&& other) noexcept;
-    DropList& operator=(DropList&& other) noexcept;
-    ~DropList();
-
-    // The number of items, those that cannot be read included.
-    std::uint32_t count() const;
-
-    // The item's length in characters, without a terminating zero; 0 when there is no such item or it cannot
-    // be read.
-    std::uint32_t itemLength(std::uint32_t index) const;
-
-    // Copies at most `room` - 1 characters of the item and a terminating zero. Returns the number of
-    // characters copied without the zero; 0 when there is no such item, it cannot be read or `room` is 0.
-    std::uint32_t copyItem(std::uint32_t index, char16_t* buffer, std::uint32_t room) const;
-
-  private:
-    struct Block;
-    explicit DropList(std::unique_ptr<Block> block) noexcept;
-
-    std::unique_ptr<Block> block_;  // none in a list that was moved from
-};
+// The paths of a CF_HDROP memory block (platform/drop_block.h), which DragQueryFileW finds too, but for each
+// of them it walks the block from its start; here the block is walked once. `global` is the memory handle of
+// a storage medium and stays the caller's; GlobalLock, GlobalSize. One that cannot be locked, or holds no
+// list, gives a list without items.
+DropList readDropList(void* global);
 
 }  // namespace platform

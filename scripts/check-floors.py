@@ -13,8 +13,8 @@ ORDER = ["platform", "foundation", "lang", "contextmenu", "comserver", "shellext
 # What only tests, fuzz targets and benchmarks are.
 TESTS = ["tests", "fuzz", "bench"]
 # Inside foundation/: what each folder may include besides itself and foundation/errors.h.
-FOUNDATION = {"text": [], "charset": ["text"], "stream": ["text", "charset"], "codec": ["text", "charset", "stream"],
-              "registry": ["text"], "process": ["text"], "errors.h": [], "errors.cpp": []}
+FOUNDATION = {"text": [], "path": ["text"], "charset": ["text"], "stream": ["text", "charset"], "codec": ["text", "charset", "stream"],
+              "registry": ["text"], "process": ["text", "path"], "errors.h": [], "errors.cpp": []}
 
 
 def offence(source: pathlib.PurePosixPath, include: str) -> str | None:

@@ -6,6 +6,7 @@
 #include "comserver/settings.h"
 #include "contextmenu/commands.h"
 #include "contextmenu/dispatch.h"
+#include "contextmenu/dropped_paths.h"
 #include "contextmenu/menu_insertion.h"
 #include "contextmenu/menu_model.h"
 

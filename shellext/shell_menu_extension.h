@@ -4,6 +4,7 @@
 #include "comserver/counted_object.h"
 #include "contextmenu/application_launcher.h"
 #include "contextmenu/selection.h"
+#include "platform/com.h"
 
 namespace nmshell {
 

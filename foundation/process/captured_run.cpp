@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "foundation/path/path.h"
 #include "foundation/text/text.h"
-#include "platform/file.h"
 #include "platform/process.h"
 
 namespace owlkit {
@@ -12,12 +12,6 @@ namespace {
 constexpr std::uint32_t kSucceeded = 0;
 constexpr std::uint32_t kFailed = 1;
 constexpr std::uint32_t kChunkSize = 2048;  // bytes
-
-bool isFile(const std::u16string& path) {
-    const std::uint32_t attributes = platform::fileAttributes(path);
-    return attributes != platform::kInvalidFileAttributes &&
-           !(attributes & platform::kFileAttributeDirectory);
-}
 
 std::u16string makeCommandLine(const std::u16string& program, const std::u16string& arguments) {
     const bool quote = program.find(u' ') != std::u16string::npos;
@@ -57,7 +51,7 @@ std::string drain(const platform::PipeHandle& pipe) {
 
 std::uint32_t runCaptured(const std::u16string& program, const std::u16string& arguments,
                           std::string& output) {
-    if (!isFile(program))
+    if (pathType(program) != PathType::File)
         return kFailed;
     platform::PipeHandle readEnd;
     platform::PipeHandle writeEnd;

@@ -7,23 +7,23 @@
 namespace owlkit {
 namespace {
 
-constexpr std::uint32_t kNotAsked = 0xFFFFFFFF;
-std::atomic<std::uint32_t> cachedState = kNotAsked;  // two threads that ask at once get the same answer
+constexpr auto kNotAsked = static_cast<ElevationState>(0xFFFFFFFF);
+std::atomic<ElevationState> cachedState = kNotAsked;  // two threads that ask at once get the same answer
 
 }  // namespace
 
-std::uint32_t queryElevation() {
+ElevationState queryElevation() {
     const platform::TokenHandle token = platform::openProcessToken(platform::kTokenQuery);
     std::uint32_t type = 0;
     std::uint32_t length = 0;
     if (!token || !platform::tokenElevationType(token, type, length) || length != sizeof(type))
-        return kElevationUnknown;
+        return ElevationState::Unknown;
     if (type == platform::kElevationTypeFull)
-        return kElevationFull;
-    return type == platform::kElevationTypeLimited ? kElevationLimited : kElevationUnknown;
+        return ElevationState::Full;
+    return type == platform::kElevationTypeLimited ? ElevationState::Limited : ElevationState::Unknown;
 }
 
-std::uint32_t cachedElevation() {
+ElevationState cachedElevation() {
     if (cachedState == kNotAsked)
         cachedState = queryElevation();
     return cachedState;

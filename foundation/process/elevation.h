@@ -5,17 +5,17 @@
 
 namespace owlkit {
 
-enum ElevationState : std::uint32_t {
-    kElevationUnknown = 0,  // the token is not split in two, or it could not be asked
-    kElevationLimited = 1,  // the filtered token of an administrator
-    kElevationFull = 2,     // elevated
+enum class ElevationState : std::uint32_t {
+    Unknown = 0,  // the token is not split in two, or it could not be asked
+    Limited = 1,  // the filtered token of an administrator
+    Full = 2,     // elevated
 };
 
-// Asks the token of the current process (TokenElevationType); an ElevationState.
-std::uint32_t queryElevation();
+// Asks the token of the current process (TokenElevationType).
+ElevationState queryElevation();
 
 // The same, asked on first use only and then kept for the life of the process.
-std::uint32_t cachedElevation();
+ElevationState cachedElevation();
 
 // Makes cachedElevation() ask again.
 void forgetElevation();

@@ -13,16 +13,16 @@ TEST(Elevation, IsReadFromTheToken) {
         const char* name;
         std::uint32_t type, length;
         const char* fault;
-        std::uint32_t state;
+        ElevationState state;
     } kCases[] = {
-        {"default", 1, 4, "", kElevationUnknown},
-        {"full", 2, 4, "", kElevationFull},
-        {"limited", 3, 4, "", kElevationLimited},
-        {"unknown type", 4, 4, "", kElevationUnknown},
-        {"too short", 2, 3, "", kElevationUnknown},
-        {"too long", 2, 8, "", kElevationUnknown},
-        {"no token", 2, 4, "OpenProcessToken", kElevationUnknown},
-        {"no answer", 2, 4, "GetTokenInformation", kElevationUnknown},
+        {"default", 1, 4, "", ElevationState::Unknown},
+        {"full", 2, 4, "", ElevationState::Full},
+        {"limited", 3, 4, "", ElevationState::Limited},
+        {"unknown type", 4, 4, "", ElevationState::Unknown},
+        {"too short", 2, 3, "", ElevationState::Unknown},
+        {"too long", 2, 8, "", ElevationState::Unknown},
+        {"no token", 2, 4, "OpenProcessToken", ElevationState::Unknown},
+        {"no answer", 2, 4, "GetTokenInformation", ElevationState::Unknown},
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.name);
@@ -40,11 +40,11 @@ TEST(Elevation, IsReadFromTheToken) {
 TEST(Elevation, IsCachedUntilForgotten) {
     forgetElevation();
     platform::tokenRecord() = {.elevationType = platform::kElevationTypeDefault};
-    EXPECT_EQ(cachedElevation(), kElevationUnknown);
+    EXPECT_EQ(cachedElevation(), ElevationState::Unknown);
     platform::tokenRecord().elevationType = platform::kElevationTypeFull;
-    EXPECT_EQ(cachedElevation(), kElevationUnknown);
+    EXPECT_EQ(cachedElevation(), ElevationState::Unknown);
     forgetElevation();
-    EXPECT_EQ(cachedElevation(), kElevationFull);
+    EXPECT_EQ(cachedElevation(), ElevationState::Full);
 }
 
 }  // namespace

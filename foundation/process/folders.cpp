@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "foundation/text/text.h"
+#include "foundation/path/path.h"
 #include "platform/file.h"
 #include "platform/module.h"
 #include "platform/process.h"
@@ -23,9 +23,7 @@ constinit std::u16string* recordedFolder = nullptr;
 std::u16string applicationFolder() {
     if (recordedFolder != nullptr)
         return *recordedFolder;
-    const std::u16string program = platform::moduleFileName(nullptr);
-    const std::size_t separator = program.rfind(platform::kPathSeparator);
-    return separator != std::u16string::npos ? program.substr(0, separator + 1) : std::u16string();
+    return folderOf(platform::moduleFileName(nullptr));
 }
 
 std::optional<std::u16string> findFolder(std::uint32_t code) {
@@ -54,17 +52,12 @@ std::optional<std::u16string> findFolder(std::uint32_t code) {
     }
 }
 
-bool isFolder(const std::u16string& path) {
-    const std::uint32_t attributes = platform::fileAttributes(path);
-    return attributes != platform::kInvalidFileAttributes && (attributes & platform::kFileAttributeDirectory);
-}
-
 }  // namespace
 
 bool getFolder(std::uint32_t code, std::u16string& folder) {
     folder.clear();
     const std::optional<std::u16string> found = findFolder(code);
-    if (!found || !isFolder(*found))
+    if (!found || pathType(*found) != PathType::Folder)
         return false;
     folder = withTrailingSeparator(*found);
     return true;

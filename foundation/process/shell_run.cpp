@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "foundation/path/path.h"
 #include "foundation/text/text.h"
-#include "platform/file.h"
 #include "platform/process.h"
 #include "platform/shell.h"
 
@@ -21,7 +21,7 @@ bool open(const std::u16string& target) {
 bool openFileOrUrl(const std::u16string& target) {
     if (target.find(u"://") != std::u16string::npos)
         return open(target);
-    if (platform::fileAttributes(target) == platform::kInvalidFileAttributes)
+    if (pathType(target) == PathType::Unreadable)
         return false;
     return open(u"file://" + std::u16string(trim(target)));
 }

@@ -2,8 +2,6 @@
 
 #include <type_traits>
 
-#include "platform/file.h"
-
 namespace owlkit {
 namespace {
 
@@ -82,15 +80,6 @@ std::string toLowerAscii(std::string_view text) {
 }
 std::u16string toLowerAscii(std::u16string_view text) {
     return lowered(text);
-}
-
-std::u16string withTrailingSeparator(std::u16string folder) {
-    constexpr bool kSlashCountsToo = platform::kPathSeparator == u'\\';
-    const bool ends =
-        folder.ends_with(platform::kPathSeparator) || (kSlashCountsToo && folder.ends_with(u'/'));
-    if (!folder.empty() && !ends)
-        folder += platform::kPathSeparator;
-    return folder;
 }
 
 }  // namespace owlkit

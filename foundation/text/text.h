@@ -22,8 +22,4 @@ std::u16string replaceAll(std::u16string_view text, std::u16string_view from, st
 std::string toLowerAscii(std::string_view text);
 std::u16string toLowerAscii(std::u16string_view text);
 
-// The folder with one platform::kPathSeparator at its end, added only when it ends in none; where that is the
-// backslash, a final slash counts as one too. An empty folder, which means none, stays empty.
-std::u16string withTrailingSeparator(std::u16string folder);
-
 }  // namespace owlkit

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/file.h"
-
 namespace owlkit {
 namespace {
 
@@ -18,14 +16,6 @@ TEST(Text, ReplacesOnceAndLowersAscii) {
     EXPECT_EQ(replaceAll(u"a b  c", u" ", u"%20"), u"a%20b%20%20c");
     EXPECT_EQ(replaceAll("abc", "", "x"), "abc");
     EXPECT_EQ(toLowerAscii("@AZ[\xC9"), "@az[\xC9");
-}
-
-TEST(Text, AddsOneSeparator) {
-    const std::u16string separator(1, platform::kPathSeparator);
-    EXPECT_EQ(withTrailingSeparator(u"a"), u"a" + separator);
-    EXPECT_EQ(withTrailingSeparator(u"a" + separator), u"a" + separator);
-    EXPECT_EQ(withTrailingSeparator(u"a/"), u"a/");
-    EXPECT_EQ(withTrailingSeparator(u""), u"");
 }
 
 }  // namespace

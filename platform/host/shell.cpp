@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <new>
 
 #include "platform/host/fault.h"
 #include "platform/host/process_control.h"
 #include "platform/host/shell_control.h"
+#include "platform/host/utf8.h"
 
 namespace platform {
 namespace {
@@ -133,63 +135,35 @@ std::uint32_t windowsDirectory(char16_t* buffer, std::uint32_t size) {
 
 namespace {
 
-// What a memory handle of makeDropList() points to.
+// What a memory handle of makeDropList() points to: a block of exactly its size, which a sanitizer watches.
 struct DropMemory {
-    std::vector<DropItem> items;
-    std::uint32_t locks = 0;
+    std::unique_ptr<char[]> block;
+    std::size_t size = 0;
 };
+
+// The ANSI code page of the host is UTF-8, of which one byte is no character.
+constexpr char kUnreadable = '\xFF';
+
+std::u16string fromAnsi(std::string_view path) {
+    if (fault::next("MultiByteToWideChar") != kSuccess || path == std::string_view(&kUnreadable, 1))
+        return {};
+    return fromHostName(path);
+}
+
+std::string bytesOf(const DropItem& item, bool isWide) {
+    if (!isWide)
+        return (item.readable ? toHostName(item.path) : std::string(1, kUnreadable)) + '\0';
+    return {reinterpret_cast<const char*>(item.path.c_str()), (item.path.size() + 1) * sizeof(char16_t)};
+}
 
 }  // namespace
 
-struct DropList::Block {
-    explicit Block(DropMemory* locked) : memory(locked) {
-        if (memory != nullptr)
-            ++memory->locks;
-    }
-    // Touches the memory, so that a sanitizer reports a list that outlives it.
-    ~Block() {
-        if (memory != nullptr)
-            --memory->locks;
-    }
-    Block(const Block&) = delete;
-    Block& operator=(const Block&) = delete;
-
-    const std::u16string& path(std::uint32_t index) const {
-        static const std::u16string kNone;
-        const bool has = memory != nullptr && index < memory->items.size() && memory->items[index].readable;
-        return has ? memory->items[index].path : kNone;
-    }
-
-    DropMemory* memory;
-};
-
-DropList::DropList(std::unique_ptr<Block> block) noexcept : block_(std::move(block)) {}
-DropList::DropList(DropList&& other) noexcept = default;
-DropList& DropList::operator=(DropList&& other) noexcept = default;
-DropList::~DropList() = default;
-
-DropList DropList::open(void* global) {
+DropList readDropList(void* global) {
     const bool fails = fault::next("GlobalLock") != kSuccess || fault::next("GlobalSize") != kSuccess;
-    return DropList(std::make_unique<Block>(fails ? nullptr : static_cast<DropMemory*>(global)));
-}
-
-std::uint32_t DropList::count() const {
-    const bool has = fault::next("DragQueryFileW") == kSuccess && block_ && block_->memory != nullptr;
-    return has ? static_cast<std::uint32_t>(block_->memory->items.size()) : 0;
-}
-
-std::uint32_t DropList::itemLength(std::uint32_t index) const {
-    if (fault::next("DragQueryFileW") != kSuccess || !block_)
-        return 0;
-    return static_cast<std::uint32_t>(block_->path(index).size());
-}
-
-std::uint32_t DropList::copyItem(std::uint32_t index, char16_t* buffer, std::uint32_t room) const {
-    if (fault::next("DragQueryFileW") != kSuccess || !block_ || room == 0)
-        return 0;
-    const std::size_t length = block_->path(index).copy(buffer, room - 1);
-    buffer[length] = u'\0';
-    return static_cast<std::uint32_t>(length);
+    if (fails || global == nullptr)
+        return {};
+    const auto& memory = *static_cast<const DropMemory*>(global);
+    return readDropBlock(memory.block.get(), memory.size, fromAnsi);
 }
 
 std::vector<ShellStart>& shellStarts() {
@@ -232,8 +206,16 @@ void resetShell() {
     shell() = Shell();
 }
 
-void* makeDropList(std::vector<DropItem> items) {
-    return new DropMemory{std::move(items), 0};
+void* makeDropList(const std::vector<DropItem>& items) {
+    const bool isWide = std::ranges::all_of(items, &DropItem::readable);
+    const std::uint32_t header[] = {20, 0, 0, 0, isWide ? 1u : 0u};
+    std::string bytes(reinterpret_cast<const char*>(header), sizeof(header));
+    for (const DropItem& item : items)
+        bytes += bytesOf(item, isWide);
+    bytes.append(isWide ? 2 : 1, '\0');
+    auto block = std::make_unique<char[]>(bytes.size());
+    bytes.copy(block.get(), bytes.size());
+    return new DropMemory{std::move(block), bytes.size()};
 }
 
 void freeDropList(void* global) {

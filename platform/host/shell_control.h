@@ -49,12 +49,13 @@ int associationChanges();
 // Back to the first answers; forgets the recorded starts.
 void resetShell();
 
-// A memory handle for DropList::open and its release, which must come after the list is gone.
+// A memory handle for readDropList(), of a block with these items, and its release. A list with an item that
+// cannot be read is in the ANSI code page, where that can happen.
 struct DropItem {
     std::u16string path;
     bool readable = true;
 };
-void* makeDropList(std::vector<DropItem> items);
+void* makeDropList(const std::vector<DropItem>& items);
 void freeDropList(void* global);
 
 }  // namespace platform

@@ -1,6 +1,5 @@
 #include "platform/shell.h"
 
-#include "platform/drop_block.h"
 #include "platform/win32/win32_api.h"
 
 #include <shellapi.h>
@@ -8,8 +7,6 @@
 #include <shlwapi.h>
 
 #include <climits>
-#include <cstring>
-#include <vector>
 
 namespace platform {
 
@@ -58,74 +55,44 @@ std::uint32_t windowsDirectory(char16_t* buffer, std::uint32_t size) {
     return GetWindowsDirectoryW(wide(buffer), size);
 }
 
-// The locked memory and where its items are.
-struct DropList::Block {
-    explicit Block(void* global) : handle(global) {
-        bytes = handle != nullptr ? GlobalLock(handle) : nullptr;
-    }
-    ~Block() {
-        if (bytes != nullptr)
-            GlobalUnlock(handle);
-    }
-    Block(const Block&) = delete;
-    Block& operator=(const Block&) = delete;
+namespace {
 
-    void findItems() {
-        paths = findDropPaths(bytes, bytes != nullptr ? GlobalSize(handle) : 0);
-        items = splitDropPaths(paths);
+// Memory that is locked for as long as this lives.
+class LockedMemory {
+  public:
+    explicit LockedMemory(void* handle)
+        : handle_(handle), bytes_(handle != nullptr ? GlobalLock(handle) : nullptr) {}
+    ~LockedMemory() {
+        if (bytes_ != nullptr)
+            GlobalUnlock(handle_);
     }
+    LockedMemory(const LockedMemory&) = delete;
+    LockedMemory& operator=(const LockedMemory&) = delete;
 
-    std::u16string text(std::uint32_t index) const {
-        if (index >= items.size() || items[index].size() > INT_MAX)
-            return {};
-        const std::string_view item = items[index];
-        std::u16string path(paths.isWide ? item.size() / sizeof(char16_t) : item.size(), u'\0');
-        if (paths.isWide) {
-            std::memcpy(path.data(), item.data(), item.size());
-        } else {
-            // A path in the ANSI code page has at least as many bytes as characters.
-            const int length = static_cast<int>(item.size());
-            path.resize(static_cast<std::size_t>(
-                MultiByteToWideChar(CP_ACP, 0, item.data(), length, wide(path.data()), length)));
-        }
-        return path;
-    }
+    const void* bytes() const { return bytes_; }
+    std::size_t size() const { return bytes_ != nullptr ? GlobalSize(handle_) : 0; }
 
-    void* handle;
-    const void* bytes;
-    DropPaths paths;
-    std::vector<std::string_view> items;
+  private:
+    void* handle_;
+    const void* bytes_;
 };
 
-DropList::DropList(std::unique_ptr<Block> block) noexcept : block_(std::move(block)) {}
-
-DropList::DropList(DropList&& other) noexcept = default;
-DropList& DropList::operator=(DropList&& other) noexcept = default;
-DropList::~DropList() = default;
-
-DropList DropList::open(void* global) {
-    auto block = std::make_unique<Block>(global);
-    block->findItems();
-    return DropList(std::move(block));
+std::u16string fromAnsi(std::string_view path) {
+    if (path.size() > INT_MAX)
+        return {};
+    // A path in the ANSI code page has at least as many bytes as characters.
+    std::u16string text(path.size(), u'\0');
+    const int length = static_cast<int>(path.size());
+    text.resize(static_cast<std::size_t>(
+        MultiByteToWideChar(CP_ACP, 0, path.data(), length, wide(text.data()), length)));
+    return text;
 }
 
-std::uint32_t DropList::count() const {
-    return block_ ? block_->paths.count : 0;
-}
+}  // namespace
 
-std::uint32_t DropList::itemLength(std::uint32_t index) const {
-    if (block_ && block_->paths.isWide && index < block_->items.size())
-        return static_cast<std::uint32_t>(block_->items[index].size() / sizeof(char16_t));
-    return block_ ? static_cast<std::uint32_t>(block_->text(index).size()) : 0;
-}
-
-std::uint32_t DropList::copyItem(std::uint32_t index, char16_t* buffer, std::uint32_t room) const {
-    if (!block_ || room == 0)
-        return 0;
-    const std::u16string path = block_->text(index);
-    const std::size_t length = path.copy(buffer, room - 1);
-    buffer[length] = u'\0';
-    return static_cast<std::uint32_t>(length);
+DropList readDropList(void* global) {
+    const LockedMemory memory(global);
+    return readDropBlock(memory.bytes(), memory.size(), fromAnsi);
 }
 
 }  // namespace platform

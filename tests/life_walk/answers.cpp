@@ -40,7 +40,6 @@ constexpr Answer kAnswers[] = {
     {"IDataObject::GetData", kNoSelection},
     {"GlobalLock", kNoSelection},
     {"GlobalSize", kNoSelection},
-    {"DragQueryFileW", kNoSelection | kPathLeftOut | kNoText | kGrayed},
     // The menu. A system drive that is not known is no drive's.
     {"GetFileAttributesW", kNoText | kHandoverMoved},
     {"GetWindowsDirectoryW", kOffered},

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "comserver/identifiers.h"
+#include "foundation/path/path.h"
 #include "foundation/process/elevation.h"
 #include "foundation/process/folders.h"
 #include "platform/host/locale_control.h"
@@ -86,7 +87,7 @@ class RightClickWalk : public LifeWalkTest {
         }
         platform::host::setLocaleInfo(platform::kLocaleIso639LanguageName, u"de");
         selected_.folder = folder();
-        selected_.programsFolder = folderOf(platform::moduleFileName(nullptr));
+        selected_.programsFolder = owlkit::folderOf(platform::moduleFileName(nullptr));
     }
     ~RightClickWalk() override { platform::host::resetLocale(); }
 

@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "contextmenu/launch_request.h"
+#include "foundation/path/path_list.h"
 #include "platform/host/utf8.h"
 #include "tests/life_walk/answers.h"
 
@@ -95,7 +96,7 @@ std::uint32_t checkData(const std::u16string& data, const Selected& selected) {
     if (data == pathList(selected.paths))
         return 0;
     std::size_t at = 0;
-    for (const std::u16string& path : splitPathList(data)) {
+    for (const std::u16string_view path : owlkit::PathList::fromText(data)) {
         while (at < selected.paths.size() && selected.paths[at] != path)
             ++at;
         EXPECT_LT(at++, selected.paths.size()) << platform::toHostName(path) << " was not selected";

@@ -4,12 +4,12 @@
 
 #include "comserver/identifiers.h"
 #include "comserver/settings.h"
+#include "foundation/path/path.h"
 #include "foundation/registry/registry_key.h"
 #include "foundation/text/text.h"
 #include "lang/language_file_names.h"
 #include "lang/language_loader.h"
 #include "lang/loading_scope.h"
-#include "platform/file.h"
 #include "platform/locale.h"
 #include "tools/common/text.h"
 
@@ -30,7 +30,7 @@ std::string whyNotRegistered(nmshell::SelectionKind kind) {
         return "the extension is not registered: there is no key HKEY_LOCAL_MACHINE\\Software\\Classes\\" +
                utf8(path);
     const std::u16string file = RegistryKey::readRawStringOr(RegistryRoot::ClassesRoot, path, u"", {});
-    if (platform::fileAttributes(file) == platform::kInvalidFileAttributes)
+    if (owlkit::pathType(file) == owlkit::PathType::Unreadable)
         return "the extension is not registered: HKEY_CLASSES_ROOT\\" + utf8(path) + " names no file: \"" +
                utf8(file) + "\"";
     return {};
@@ -76,14 +76,13 @@ std::string whyUnavailable(nmshell::SelectionKind kind, bool registered) {
 }
 
 Languages inspectLanguages(const std::u16string& module) {
-    constexpr char16_t kSeparators[] = {u'/', platform::kPathSeparator, u'\0'};
     Languages result;
-    const std::size_t separator = module.find_last_of(kSeparators);
-    if (separator == std::u16string::npos) {
+    const std::u16string folder = owlkit::folderOf(module);
+    if (folder.empty()) {
         result.failure = u"The folder of the module is not known.";
         return result;
     }
-    result.folder = owlkit::withTrailingSeparator(module.substr(0, separator + 1) + u"langs");
+    result.folder = owlkit::withTrailingSeparator(folder + u"langs");
     owlkit::interlang table;
     result.failure = owlkit::LoadLanguageFolder(result.folder, table);
     result.setting = owlkit::trim(nmshell::GetLanguageSetting());

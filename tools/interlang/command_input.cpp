@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "foundation/text/text.h"
+#include "foundation/path/path.h"
 #include "platform/file.h"
 #include "tools/interlang/file_access.h"
 #include "tools/interlang/text.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "foundation/text/text.h"
+#include "foundation/path/path.h"
 #include "platform/terminal.h"
 #include "tools/interlang/command_input.h"
 #include "tools/interlang/file_access.h"
@@ -75,9 +75,9 @@ int runStats(const Arguments& arguments) {
 }
 
 int runShow(const Arguments& arguments) {
-    using nmshell::PathType;
     using nmshell::RecycleBinState;
     using nmshell::SelectionKind;
+    using owlkit::PathType;
     LanguageFiles files(paths(arguments));
     const std::u16string language = wide(arguments.language);
     if (files.texts(language) == nullptr)
@@ -94,7 +94,7 @@ int runShow(const Arguments& arguments) {
     facts.recycleBin = arguments.recycleBin == "full"    ? RecycleBinState::HoldsItems
                        : arguments.recycleBin == "empty" ? RecycleBinState::Empty
                                                          : RecycleBinState::Unknown;
-    facts.elevation = arguments.elevation;
+    facts.elevation = static_cast<owlkit::ElevationState>(arguments.elevation);
     print(drawMenu(nmshell::buildMenu(selection, facts, files.table()), platform::prepareTerminal()));
     return kClean;
 }

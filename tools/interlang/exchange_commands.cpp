@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <set>
 
-#include "foundation/text/text.h"
+#include "foundation/path/path.h"
 #include "platform/file.h"
 #include "tools/interlang/command_input.h"
 #include "tools/interlang/exchange.h"

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "foundation/path/path.h"
 #include "foundation/stream/file_stream.h"
 #include "foundation/text/number.h"
 #include "platform/file.h"
@@ -60,7 +61,7 @@ std::u16string createBeside(const std::u16string& path, platform::FileHandle& fi
         if (platform::createFile(name, platform::kGenericWrite, 0, platform::kCreateNew,
                                  platform::kFileAttributeNormal, file) == platform::kSuccess)
             return name;
-        if (!fileExists(name))
+        if (owlkit::pathType(name) == owlkit::PathType::Unreadable)
             break;
     }
     return {};
@@ -87,10 +88,6 @@ bool writeBeside(const std::u16string& path, const std::string& bytes, bool exis
 }
 
 }  // namespace
-
-bool fileExists(const std::u16string& path) {
-    return platform::fileAttributes(path) != platform::kInvalidFileAttributes;
-}
 
 std::string readBytes(const std::u16string& path) {
     owlkit::FileStream file;

@@ -5,8 +5,6 @@
 
 namespace translators {
 
-bool fileExists(const std::u16string& path);
-
 // The file's bytes. Throws Failure when it cannot be read whole.
 std::string readBytes(const std::u16string& path);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "foundation/path/path.h"
 #include "foundation/text/text.h"
 #include "platform/file.h"
 #include "tools/interlang/text.h"
@@ -34,8 +35,7 @@ std::u16string_view primaryPart(std::u16string_view code) {
 }
 
 std::u16string_view nameOf(std::u16string_view path) {
-    const std::u16string separators{u'/', platform::kPathSeparator};
-    return path.substr(path.find_last_of(separators) + 1);
+    return path.substr(owlkit::folderOf(path).size());
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <set>
 
-#include "foundation/text/text.h"
+#include "foundation/path/path.h"
 #include "platform/file.h"
 #include "tools/interlang/file_access.h"
 #include "tools/interlang/layout.h"

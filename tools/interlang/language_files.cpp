@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "foundation/path/path.h"
 #include "foundation/stream/memory_stream.h"
 #include "foundation/text/text.h"
 #include "lang/language_loader.h"
 #include "lang/loading_scope.h"
-#include "platform/file.h"
 #include "tools/interlang/file_access.h"
 #include "tools/interlang/recorder.h"
 #include "tools/interlang/text.h"
@@ -27,11 +27,6 @@ std::vector<std::uint32_t> invalidLines(std::string_view bytes) {
         bytes.remove_prefix(length);
     }
     return lines;
-}
-
-std::u16string folderOf(const std::u16string& path) {
-    const std::u16string separators{u'/', platform::kPathSeparator};
-    return path.substr(0, path.find_last_of(separators) + 1);
 }
 
 // Whether a record of the file, one behind a syntax error included, names the language.
@@ -133,8 +128,8 @@ std::optional<Reference> findReference(const LanguageFiles& files, const std::u1
         return referenceFrom(LanguageFiles({file}), code);
     if (names(files, code))
         return referenceFrom(files, code);
-    const std::u16string beside =
-        files.files().empty() ? owlkit::withTrailingSeparator(folder) : folderOf(files.files().front().path);
+    const std::u16string beside = files.files().empty() ? owlkit::withTrailingSeparator(folder)
+                                                        : owlkit::folderOf(files.files().front().path);
     return referenceFrom(LanguageFiles(languageFilesOf(beside)), code);
 }
 

@@ -7,10 +7,11 @@ namespace {
 
 using nmshell::MenuEntry;
 using nmshell::MenuFacts;
-using nmshell::PathType;
 using nmshell::RecycleBinState;
 using nmshell::Selection;
 using nmshell::SelectionKind;
+using owlkit::ElevationState;
+using owlkit::PathType;
 
 struct MenuCase {
     Selection selection;
@@ -30,7 +31,8 @@ std::vector<MenuCase> allCases() {
                 for (const bool system : {false, true})
                     for (const auto bin :
                          {RecycleBinState::Unknown, RecycleBinState::Empty, RecycleBinState::HoldsItems})
-                        for (const std::uint32_t elevation : {0u, 1u, 2u})
+                        for (const auto elevation :
+                             {ElevationState::Unknown, ElevationState::Limited, ElevationState::Full})
                             cases.push_back({{kind, count, {}}, {type, system, bin, elevation}});
     return cases;
 }

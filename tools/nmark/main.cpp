@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "contextmenu/launch_request.h"
+#include "foundation/path/path_list.h"
 #include "foundation/process/elevation.h"
 #include "foundation/stream/file_stream.h"
 #include "foundation/text/number.h"
@@ -47,9 +48,9 @@ const char* commandName(std::uint32_t command) {
     }
 }
 
-Json strings(const std::vector<std::u16string>& texts) {
+Json strings(const auto& texts) {
     Json list = Json::array();
-    for (const std::u16string& text : texts)
+    for (const std::u16string_view text : texts)
         list.push_back(utf8(text));
     return list;
 }
@@ -70,9 +71,9 @@ Json describe(const nmshell::LaunchRequest& request, const std::vector<std::u16s
     if (request.cursorValid)
         report["cursor"] = {{"x", request.cursor.x}, {"y", request.cursor.y}};
     report["path"] = utf8(request.path);
-    report["paths"] = strings(nmshell::splitPathList(request.data));
+    report["paths"] = strings(owlkit::PathList::fromText(request.data));
     report["dataUnits"] = codeUnits(request.data);
-    report["elevation"] = owlkit::cachedElevation();
+    report["elevation"] = static_cast<std::uint32_t>(owlkit::cachedElevation());
     report["arguments"] = strings(arguments);
     report["commandLine"] = utf8(platform::commandLineText());
     return report;
@@ -82,7 +83,7 @@ void print(const nmshell::LaunchRequest& request, const std::vector<std::u16stri
     std::printf("command   0x%X  %s\n", request.command, commandName(request.command));
     if (request.cursorValid)
         std::printf("cursor    %d, %d\n", request.cursor.x, request.cursor.y);
-    for (const std::u16string& path : nmshell::splitPathList(request.data))
+    for (const std::u16string_view path : owlkit::PathList::fromText(request.data))
         std::printf("selected  %s\n", utf8(path).c_str());
     if (!request.path.empty())
         std::printf("path      %s\n", utf8(request.path).c_str());

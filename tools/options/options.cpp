@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "foundation/charset/convert.h"
+#include "foundation/path/path.h"
 #include "foundation/text/text.h"
 #include "platform/command_line.h"
 #include "platform/file.h"
@@ -76,12 +77,6 @@ std::string oneLine(std::string text) {
     return std::string(owlkit::trim(std::string_view(text)));
 }
 
-// Where the names part of a path begins.
-std::size_t nameStart(std::u16string_view path) {
-    const std::u16string separators{u'/', platform::kPathSeparator};
-    return path.find_last_of(separators) + 1;
-}
-
 bool matches(std::u16string_view name, std::u16string_view pattern) {
     // Where the last '*' was met, from which more of the name can be given to it.
     std::size_t star = pattern.npos, resume = 0, n = 0, p = 0;
@@ -128,7 +123,7 @@ std::optional<int> parse(CLI::App& app) {
 }
 
 std::vector<std::u16string> expandWildcards(const std::u16string& path) {
-    const std::size_t start = nameStart(path);
+    const std::size_t start = owlkit::folderOf(path).size();
     const std::u16string pattern = owlkit::toLowerAscii(std::u16string_view(path).substr(start));
     if (pattern.find_first_of(u"*?") == pattern.npos)
         return {path};

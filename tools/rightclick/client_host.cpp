@@ -8,7 +8,7 @@
 
 #include "comserver/identifiers.h"
 #include "comserver/module.h"
-#include "platform/file.h"
+#include "foundation/path/path.h"
 #include "platform/host/com_control.h"
 #include "platform/host/menu_control.h"
 #include "platform/host/module_control.h"
@@ -54,7 +54,7 @@ std::u16string fullPath(const std::u16string& name) {
     if (!path.has_filename() && path.has_relative_path())
         path = path.parent_path();  // the shell names folders without a separator at the end
     const std::u16string full = platform::fromHostName(path.native());
-    if (platform::fileAttributes(full) == platform::kInvalidFileAttributes)
+    if (owlkit::pathType(full) == owlkit::PathType::Unreadable)
         throw Failure(kMissingObject, "no such file: " + utf8(name));
     return full;
 }
@@ -139,7 +139,7 @@ struct Client::State {
         platform::setRecycleBin(drives && !paths.empty() ? paths.front() : u"", kRecycleBins.at(recycleBin));
         platform::startShellProgramsForReal(true);
         platform::setModuleFileName(instance(),
-                                    nmshell::folderOf(platform::moduleFileName(nullptr)) + u"nmshell.dll");
+                                    owlkit::folderOf(platform::moduleFileName(nullptr)) + u"nmshell.dll");
     }
 
     ~State() {

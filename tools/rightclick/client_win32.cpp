@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "platform/file.h"
+#include "foundation/path/path.h"
 #include "platform/module.h"
 #include "platform/shell.h"
 #include "tools/rightclick/client.h"
@@ -61,7 +61,7 @@ std::u16string fullPath(const std::u16string& name) {
     std::u16string path = absolute(name);
     if (path.ends_with(u'\\') && !path.ends_with(u":\\"))
         path.pop_back();  // the shell names folders without a separator at the end
-    if (platform::fileAttributes(path) == platform::kInvalidFileAttributes)
+    if (owlkit::pathType(path) == owlkit::PathType::Unreadable)
         throw Failure(kMissingObject, "no such file: " + utf8(name));
     return path;
 }

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/file.h"
+#include "foundation/path/path.h"
+#include "foundation/path/path_list.h"
 #include "platform/shell.h"
 
 namespace rightclick {
@@ -48,7 +49,7 @@ struct Medium {
 bool isThere(SelectionKind kind, const std::u16string& path) {
     if (kind == SelectionKind::Drives)
         return platform::driveNumber(path) >= 0;
-    return platform::fileAttributes(path) != platform::kInvalidFileAttributes;
+    return owlkit::pathType(path) != owlkit::PathType::Unreadable;
 }
 
 }  // namespace
@@ -91,16 +92,11 @@ bool dropsObjects(IDataObject& data, SelectionKind kind, std::size_t count) {
     medium.held = SUCCEEDED(data.GetData(&format, &medium.medium));
     if (!medium.held)
         return false;
-    const platform::DropList list = platform::DropList::open(medium.medium.hGlobal);
-    if (list.count() != count)
-        return false;
-    for (std::uint32_t i = 0; i < count; ++i) {
-        std::u16string path(list.itemLength(i) + 1, u'\0');
-        path.resize(list.copyItem(i, path.data(), static_cast<std::uint32_t>(path.size())));
-        if (!isThere(kind, path))
-            return false;
-    }
-    return true;
+    platform::DropList list = platform::readDropList(medium.medium.hGlobal);
+    const owlkit::PathList dropped = owlkit::PathList::fromText(std::move(list.paths));
+    return list.count == count && dropped.count() == count &&
+           std::ranges::all_of(dropped,
+                               [&](std::u16string_view path) { return isThere(kind, std::u16string(path)); });
 }
 
 }  // namespace rightclick

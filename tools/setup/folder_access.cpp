@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "foundation/path/path.h"
 #include "foundation/text/text.h"
 #include "platform/file.h"
 #include "platform/shell.h"
@@ -89,12 +90,6 @@ std::u16string above(const std::u16string& path) {
     return folder.empty() || folder.ends_with(u':') ? folder + platform::kPathSeparator : folder;
 }
 
-bool isFolder(const std::u16string& path) {
-    const std::uint32_t attributes = platform::fileAttributes(path);
-    return attributes != platform::kInvalidFileAttributes &&
-           (attributes & platform::kFileAttributeDirectory) != 0;
-}
-
 }  // namespace
 
 std::vector<Intruder> intruders(const std::u16string& folder) {
@@ -104,7 +99,8 @@ std::vector<Intruder> intruders(const std::u16string& folder) {
     Search search;
     search.look(real, kChange, true);
     search.lookAtFiles(real);
-    if (const std::u16string langs = owlkit::withTrailingSeparator(real) + u"langs"; isFolder(langs)) {
+    if (const std::u16string langs = owlkit::withTrailingSeparator(real) + u"langs";
+        owlkit::pathType(langs) == owlkit::PathType::Folder) {
         search.look(langs, kChange, true);
         search.lookAtFiles(langs);
     }

@@ -4,8 +4,8 @@
 
 #include "comserver/identifiers.h"
 #include "comserver/settings.h"
+#include "foundation/path/path.h"
 #include "foundation/registry/registry_key.h"
-#include "platform/file.h"
 #include "platform/image.h"
 #include "tools/common/text.h"
 
@@ -106,12 +106,6 @@ std::u16string registeredModule() {
     return {};
 }
 
-bool isFile(const std::u16string& path) {
-    const std::uint32_t attributes = platform::fileAttributes(path);
-    return attributes != platform::kInvalidFileAttributes &&
-           !(attributes & platform::kFileAttributeDirectory);
-}
-
 std::string describeLoadError(platform::ErrorCode error) {
     switch (error) {
         case platform::kSuccess:
@@ -134,8 +128,9 @@ Status takeStatus(const std::u16string& expectedModule) {
     status.entries = registrationStatus(expectedModule);
     status.module = registeredModule();
     if (!status.module.empty()) {
-        status.moduleFault = isFile(status.module) ? describeLoadError(platform::loadError(status.module))
-                                                   : "there is no such file";
+        status.moduleFault = owlkit::pathType(status.module) == owlkit::PathType::File
+                                 ? describeLoadError(platform::loadError(status.module))
+                                 : "there is no such file";
         status.version = platform::fileVersion(status.module);
         status.languages = tools::inspectLanguages(status.module);
         // The folder of the languages ends in "langs" and a separator.

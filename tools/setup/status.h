@@ -29,8 +29,6 @@ std::vector<std::u16string> remainingKeys();
 // The server that the file-system class is registered with; empty when it has none.
 std::u16string registeredModule();
 
-bool isFile(const std::u16string& path);
-
 // What an error of platform::loadError or headerError says of a file that was to be loaded as a module; empty
 // for success.
 std::string describeLoadError(platform::ErrorCode error);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "comserver/identifiers.h"
+#include "foundation/path/path.h"
 #include "foundation/process/folders.h"
 #include "foundation/registry/registry_key.h"
 #include "platform/file.h"
@@ -73,7 +74,7 @@ Result tellFailure(RegistrationResult result, Messages& messages) {
 
 Result registerModule(const std::u16string& folder, Trial trial, Messages& messages) {
     const std::u16string module = folder + u"nmshell.dll";
-    if (!isFile(module)) {
+    if (owlkit::pathType(module) != owlkit::PathType::File) {
         messages.complain("there is no " + utf8(module) + ". Nothing was changed.");
         return kNoModule;
     }

@@ -82,12 +82,25 @@ set(BUILD_GMOCK OFF)
 set(NMSHELL_GTEST_SOURCE /usr/src/googletest CACHE PATH "Sources of GoogleTest")
 add_subdirectory("${NMSHELL_GTEST_SOURCE}" "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
 
-# nmshell_tests(NAME COMMON ... HOST ... WIN32 ... DEPENDS ...): a GoogleTest program of the sources for both sides and for the
-# one that is built; where there are none, there is no program. Natively every test is one entry of ctest, with the label fast;
-# through Wine a process start is dear, so there the whole program is one, with the label wine.
+# Labels of tests: wine for what runs through it; natively fast, or slow for what the option --fast of scripts/test.sh leaves out.
+if(WIN32)
+  set(NMSHELL_TEST_LABEL wine)
+else()
+  set(NMSHELL_TEST_LABEL fast)
+endif()
+
+# nmshell_check(NAME COMMAND...): an entry of ctest.
+function(nmshell_check name)
+  add_test(NAME ${name} COMMAND ${ARGN})
+  set_tests_properties(${name} PROPERTIES LABELS ${NMSHELL_TEST_LABEL})
+endfunction()
+
+# nmshell_tests(NAME COMMON ... HOST ... WIN32 ... DEPENDS ... [SLOW]): a GoogleTest program of the sources for both sides and for
+# the one that is built; where there are none, there is no program. Natively every test is one entry of ctest; through Wine a
+# process start is dear, so there the whole program is one.
 include(GoogleTest)
 function(nmshell_tests name)
-  cmake_parse_arguments(ARG "" "" "COMMON;HOST;WIN32;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "SLOW" "" "COMMON;HOST;WIN32;DEPENDS" ${ARGN})
   string(TOUPPER ${NMSHELL_PLATFORM} side)
   set(sources ${ARG_COMMON} ${ARG_${side}})
   if(NOT sources)
@@ -98,9 +111,9 @@ function(nmshell_tests name)
   # Tables name only the members that a row is about.
   target_compile_options(${name} PRIVATE -Wno-missing-field-initializers)
   if(WIN32)
-    add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES LABELS wine)
+    nmshell_check(${name} ${name})
   else()
-    gtest_discover_tests(${name} TEST_PREFIX "${NMSHELL_TEST_PREFIX}${name}." DISCOVERY_TIMEOUT 60 PROPERTIES LABELS fast)
+    gtest_discover_tests(${name} TEST_PREFIX "${NMSHELL_TEST_PREFIX}${name}." DISCOVERY_TIMEOUT 60
+      PROPERTIES LABELS $<IF:$<BOOL:${ARG_SLOW}>,slow,fast>)
   endif()
 endfunction()

@@ -57,9 +57,10 @@ std::size_t Archive::readInt16(unsigned short& value) {
     return readScalar(value);
 }
 std::size_t Archive::readByte(bool& value) {
-    std::uint8_t byte = value;
+    std::uint8_t byte = 0;
     const std::size_t got = readScalar(byte);
-    value = byte != 0;
+    if (got != 0)
+        value = byte != 0;
     return got;
 }
 std::size_t Archive::readByte(char& value) {

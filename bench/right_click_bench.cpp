@@ -14,8 +14,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/com.h"
 #include "comserver/identifiers.h"
+#include "platform/com.h"
 #include "tools/rightclick/com_pointer.h"
 
 namespace {

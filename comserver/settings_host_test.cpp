@@ -34,7 +34,7 @@ class SettingsTest : public ::testing::Test {
 };
 
 TEST_F(SettingsTest, ApprovalIsTheExactName) {
-    const struct {
+    const struct Case {
         const char* name;
         std::u16string text;
         bool approved;
@@ -43,7 +43,7 @@ TEST_F(SettingsTest, ApprovalIsTheExactName) {
                  {"trailing blank", u"QuietOwl_NMark \0"s, false},
                  {"two NULs", u"QuietOwl_NMark\0\0"s, false},
                  {"other case", u"quietowl_nmark\0"s, false}};
-    for (const auto& row : cases) {
+    for (const Case& row : cases) {
         SCOPED_TRACE(row.name);
         approve(row.text);
         EXPECT_EQ(IsEnabled(), row.approved);
@@ -51,12 +51,15 @@ TEST_F(SettingsTest, ApprovalIsTheExactName) {
         EXPECT_TRUE(ShowIcons());
     }
     control::reset();
-    EXPECT_FALSE(IsApproved() || SetEnabled(true) || SetShowIcons(true) || SetLanguageSetting(u"de"));
+    EXPECT_FALSE(IsApproved());
+    EXPECT_FALSE(SetEnabled(true));
+    EXPECT_FALSE(SetShowIcons(true));
+    EXPECT_FALSE(SetLanguageSetting(u"de"));
     EXPECT_EQ(control::dump().find("NMark Shell"), std::string::npos);
 }
 
 TEST_F(SettingsTest, OnlyTheRightTypeCounts) {
-    const struct {
+    const struct Case {
         const char* name;
         std::uint32_t type;
         std::string bytes;
@@ -78,7 +81,7 @@ TEST_F(SettingsTest, OnlyTheRightTypeCounts) {
     EXPECT_TRUE(IsEnabled()) << "without a settings key";
     EXPECT_TRUE(ShowIcons()) << "without a settings key";
     EXPECT_TRUE(GetLanguageSetting().empty()) << "without a settings key";
-    for (const auto& row : cases) {
+    for (const Case& row : cases) {
         SCOPED_TRACE(row.name);
         for (const char16_t* name : {u"Enabled", u"Icons", u"Language"})
             control::putValue(kSettings, name, row.type, row.bytes);
@@ -92,7 +95,8 @@ TEST_F(SettingsTest, WritersAreReadBack) {
     EXPECT_TRUE(SetEnabled(false));
     EXPECT_TRUE(SetShowIcons(false));
     EXPECT_TRUE(SetLanguageSetting(u"Deutsch"));
-    EXPECT_FALSE(IsEnabled() || ShowIcons());
+    EXPECT_FALSE(IsEnabled());
+    EXPECT_FALSE(ShowIcons());
     EXPECT_EQ(GetLanguageSetting(), u"Deutsch");
     EXPECT_TRUE(SetEnabled(true));
     EXPECT_TRUE(SetShowIcons(true));

@@ -46,7 +46,8 @@ TEST(Interlang, EveryOperationKeepsItsState) {
     };
     const std::function<void()> built[] = {
         [&] { EXPECT_FALSE(table.Write(stream)); },
-        [&] { EXPECT_FALSE(table.HasLanguage(u"en") || table.HasText(u"k")); },
+        [&] { EXPECT_FALSE(table.HasLanguage(u"en")); },
+        [&] { EXPECT_FALSE(table.HasText(u"k")); },
         [&] { EXPECT_EQ(table.GetLanguages(list), 0u); },
         [&] { EXPECT_EQ(table.GetKeys(list), 0u); },
         [&] { EXPECT_FALSE(table.Find(u"en", u"k", NotFoundMode::Throw, &text)); },
@@ -162,13 +163,31 @@ TEST(Interlang, NarrowForms) {
     table.SetKey("\xC3\xA9", kCharsetUtf8);
     table.SetLanguage("\xE9 ");
     table.AddText("%1\xE4", kCharsetLatin1);
+    table.SetKey("k");
+    table.SetLanguage("en");
+    table.AddText("t");
     table.SetLanguages("\xE9", "en");
     table.EndLoad();
     EXPECT_EQ(table.GetText(u"\u00E9", u"\u00E9"), u"%1\u00E4");
     EXPECT_EQ(table.GetTextWithArgs("\xE9", "a", {}, "\xE9", kCharsetLatin1), "a\xE4");
+    EXPECT_EQ(table.GetText("\xC3\xA9", "\xE9", kCharsetUtf8), "%1\xC3\xA4");
+    EXPECT_TRUE(table.HasText("\xE9", "\xE9", kCharsetLatin1));
+    EXPECT_FALSE(table.HasText("\xE9", "en", kCharsetLatin1));
+    EXPECT_TRUE(table.HasLanguage("\xE9"));
+    EXPECT_FALSE(table.HasLanguage("\xC3\xA9"));
+    std::string text;
+    EXPECT_TRUE(table.Find("\xE9", "\xC3\xA9", NotFoundMode::GiveNothing, &text, kCharsetUtf8));
+    EXPECT_EQ(text, "%1\xC3\xA4");
+    EXPECT_FALSE(table.Find("en", "none", NotFoundMode::GiveKey, &text));
+    EXPECT_EQ(text, "none");
     std::vector<std::string> names;
-    EXPECT_EQ(table.GetLanguages(names), 1u);
-    EXPECT_EQ(names, std::vector<std::string>{"\xE9"});
+    EXPECT_EQ(table.GetLanguages(names), 2u);
+    EXPECT_EQ(names, (std::vector<std::string>{"\xE9", "en"}));
+    EXPECT_EQ(table.GetKeys(names), 2u);
+    EXPECT_EQ(names.front(), "k");
+    EXPECT_FALSE(table.CheckConsistency(text, 1));
+    EXPECT_TRUE(text.starts_with("KEY: k\nObsolete Key?")) << text;
+    EXPECT_TRUE(text.ends_with("report truncated.")) << text;
 }
 
 }  // namespace

@@ -7,10 +7,10 @@ namespace {
 
 // Holds on both sides, so the stand-in counts drives as Windows does.
 TEST(Shell, DriveNumbers) {
-    const struct {
+    const struct Case {
         const char16_t* path;
         int number;
-    } kCases[] = {
+    } cases[] = {
         {u"A:", 0},          {u"a:\\", 0},         {u"C:\\Windows", 2},
         {u"z:x", 25},        {u"\\\\?\\C:\\", 2},  {u"\\\\?\\z:", 25},
         {u"", -1},           {u"C", -1},           {u"C;\\", -1},
@@ -21,7 +21,7 @@ TEST(Shell, DriveNumbers) {
         {u"\u0143:\\", -1},  {u"\uFF23:\\", -1},   {u"::", -1},
         {u"\\??\\C:\\", -1}, {u"\\\\?\\\\C:", -1}, {u"\\\\?\\C\\:", -1},
     };
-    for (const auto& c : kCases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(testing::PrintToString(std::u16string(c.path)));
         EXPECT_EQ(driveNumber(c.path), c.number);
     }

@@ -35,7 +35,7 @@ std::string decoded(std::string_view text, Base64Alphabet alphabet, Base64Strays
 }
 
 TEST(Base64, Encodes) {
-    const struct {
+    const struct Case {
         std::string bytes;
         Base64Alphabet alphabet;
         const char* text;
@@ -47,7 +47,7 @@ TEST(Base64, Encodes) {
                  {"\xFB\xFF", Url, "-_8"},
                  {"\xFB\xFF", Standard, "+/8="},
                  {"\0\0\0M"s, Standard, "AAAATQ=="}};
-    for (const auto& c : cases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.text);
         EXPECT_EQ(encoded(c.bytes, 0, c.alphabet), c.text);
         EXPECT_EQ(decoded(c.text, c.alphabet, Refuse), c.bytes);
@@ -64,7 +64,7 @@ TEST(Base64, Encodes) {
 }
 
 TEST(Base64, Decodes) {
-    const struct {
+    const struct Case {
         const char* text;
         Base64Alphabet alphabet;
         Base64Strays strays;
@@ -81,7 +81,7 @@ TEST(Base64, Decodes) {
                  {"+_8", Url, Refuse, nullptr},
                  {"-/8", Standard, IgnoreLineBreaks, nullptr},
                  {"-+_/8", Standard, Ignore, "\xFB\xFF"}};
-    for (const auto& c : cases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.text);
         const auto decode = [&] { return decoded(c.text, c.alphabet, c.strays); };
         if (c.bytes == nullptr)
@@ -104,14 +104,14 @@ TEST(Base64, Decodes) {
 }
 
 TEST(Base64, TakesATextAsAWholeOrNotAtAll) {
-    const struct {
+    const struct Case {
         std::u16string_view text;
         std::optional<std::string> bytes;
     } cases[] = {{u"", ""},          {u"TWFu", "Man"},           {u"TQ==", "M"},
                  {u"TQ", "M"},       {u"TWFuT", "ManL"},         {u"QQA=!!", {}},
                  {u"TQ==TWFu", {}},  {u"TWFu TWFu", {}},         {u"TW\n", {}},
                  {u"TWF\u0146", {}}, {u"TWFuTWFuTWFu\u5754", {}}};
-    for (const auto& c : cases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(testing::PrintToString(std::u16string(c.text)));
         EXPECT_EQ(fromBase64(c.text), c.bytes);
     }

@@ -13,11 +13,11 @@ namespace {
 using namespace test;
 
 TEST(RunCaptured, GivesTheArgumentsAndTheOutput) {
-    const struct {
+    const struct Case {
         const char* name;
         const char16_t* arguments;
         const char* output;
-    } kCases[] = {
+    } cases[] = {
         {"words", u"print a bc", "[a][bc]"},
         {"blanks around the arguments", u" \t print x \r\n", "[x]"},
         {"a quoted argument", u"print \"a b\" c", "[a b][c]"},
@@ -29,7 +29,7 @@ TEST(RunCaptured, GivesTheArgumentsAndTheOutput) {
     const std::filesystem::path copy = folder / "echo child.exe";
     std::filesystem::copy_file(echoChild(), copy);
     for (const std::u16string& program : {echoChild(), copy.u16string()}) {
-        for (const auto& c : kCases) {
+        for (const Case& c : cases) {
             SCOPED_TRACE(c.name);
             std::string output = "before";
             EXPECT_EQ(runCaptured(program, c.arguments, output), 0u);

@@ -9,12 +9,12 @@ namespace owlkit {
 namespace {
 
 TEST(Elevation, IsReadFromTheToken) {
-    const struct {
+    const struct Case {
         const char* name;
         std::uint32_t type, length;
         const char* fault;
         ElevationState state;
-    } kCases[] = {
+    } cases[] = {
         {"default", 1, 4, "", ElevationState::Unknown},
         {"full", 2, 4, "", ElevationState::Full},
         {"limited", 3, 4, "", ElevationState::Limited},
@@ -24,7 +24,7 @@ TEST(Elevation, IsReadFromTheToken) {
         {"no token", 2, 4, "OpenProcessToken", ElevationState::Unknown},
         {"no answer", 2, 4, "GetTokenInformation", ElevationState::Unknown},
     };
-    for (const auto& c : kCases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         platform::tokenRecord() = {.elevationType = c.type, .returnedLength = c.length};
         platform::fault::arm(c.fault, 1, platform::kErrorAccessDenied);

@@ -22,11 +22,11 @@ TEST(FoldersOnHost, EveryCodeAsksItsSource) {
     platform::setFolderPath(26, (test / "roaming").u16string());
     platform::setFolderPath(28, (test / "local").u16string());
     platform::setFolderPath(35, (test / "common").u16string());
-    const struct {
+    const struct Case {
         std::uint32_t code;
         const char* folder;
         const char* call;
-    } kCases[] = {
+    } cases[] = {
         {0, "application", ""},  // the current folder cannot be had in this row
         {1, "application", "GetFileAttributesW"},
         {4, "profile", "GetEnvironmentVariableW"},
@@ -38,7 +38,7 @@ TEST(FoldersOnHost, EveryCodeAsksItsSource) {
         {2, "", "GetTempPathW"},
         {3, "", "GetTempPathW"},
     };
-    for (const auto& c : kCases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.code);
         std::u16string folder = u"before";
         if (*c.folder != '\0') {

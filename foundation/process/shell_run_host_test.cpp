@@ -22,7 +22,7 @@ class ShellRunOnHost : public testing::Test {
 };
 
 TEST_F(ShellRunOnHost, StartsAndWaits) {
-    const struct {
+    const struct Case {
         const char* name;
         const char16_t* file;
         bool wait;
@@ -30,7 +30,7 @@ TEST_F(ShellRunOnHost, StartsAndWaits) {
         std::optional<std::uint32_t> exitCode;
         const char* fault;
         std::int32_t result;
-    } kCases[] = {
+    } cases[] = {
         {"no file", u"", true, 42, 7, "", -1},
         {"not waited for", u"a.exe", false, 42, 7, "", 0},
         {"waited for", u"a.exe", true, 42, 7, "", 7},
@@ -41,7 +41,7 @@ TEST_F(ShellRunOnHost, StartsAndWaits) {
         {"failing wait", u"a.exe", true, 42, 7, "WaitForSingleObject", 7},
         {"failing exit code", u"a.exe", true, 42, 7, "GetExitCodeProcess", 0},
     };
-    for (const auto& c : kCases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         platform::shellStarts().clear();
         platform::setShellExecuteResult(c.executeResult);
@@ -71,12 +71,12 @@ TEST_F(ShellRunOnHost, OpensWhatItsKindAllows) {
     const TemporaryFolder folder;
     const std::u16string path = folder.path().u16string();
     std::filesystem::create_directory(folder.path() / "blank ");
-    const struct {
+    const struct Case {
         const char* name;
         std::uint32_t kind;
         std::u16string target;
         std::u16string started;  // empty: refused without a start
-    } kCases[] = {
+    } cases[] = {
         {"nothing", 1, u"", u""},
         {"an address", 1, u" web://no such place", u" web://no such place"},
         {"a folder", 1, path, u"file://" + path},
@@ -92,7 +92,7 @@ TEST_F(ShellRunOnHost, OpensWhatItsKindAllows) {
         {"anything", 0, u" any:thing ", u" any:thing "},
         {"another kind", 3, path + u".missing", path + u".missing"},
     };
-    for (const auto& c : kCases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         platform::shellStarts().clear();
         EXPECT_EQ(openWithShell(c.kind, c.target), !c.started.empty());

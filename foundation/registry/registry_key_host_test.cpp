@@ -74,7 +74,7 @@ TEST_F(RegistryHiveTest, ReportsFailingCalls) {
     key.writeExpandableString(u"t", u"%PATH%");
     key.writeDword(u"n", 1);
     const auto readText = [&] { return outcome([&] { return key.readString(u"t"); }); };
-    const struct {
+    const struct Case {
         const char* function;
         std::uint32_t nth;
         const char* result;
@@ -94,7 +94,7 @@ TEST_F(RegistryHiveTest, ReportsFailingCalls) {
          [&] { return outcome([&] { return key.readExpandedString(u"t"); }); }},
     };
     const std::string before = control::dump();
-    for (const auto& row : cases) {
+    for (const Case& row : cases) {
         SCOPED_TRACE(row.function);
         fault::arm(row.function, row.nth, platform::kErrorNotEnoughMemory);
         EXPECT_EQ(row.action(), row.result);

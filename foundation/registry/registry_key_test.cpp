@@ -112,7 +112,8 @@ TEST_F(RegistryTest, DeletesAndClearsKeysWithoutSubkeys) {
     EXPECT_TRUE(key.isWritable(kUser, below));
     EXPECT_TRUE(key.deleteKey(key.root(), key.path()));
     EXPECT_EQ(key.state(), KeyAccessState::Closed);
-    EXPECT_FALSE(key.exists(kUser, below) || key.deleteKey(kUser, below));
+    EXPECT_FALSE(key.exists(kUser, below));
+    EXPECT_FALSE(key.deleteKey(kUser, below));
     ASSERT_TRUE(key.create(kUser, kTestPath));
     key.writeDword(u"gone", 1);
     EXPECT_TRUE(key.clear());
@@ -152,7 +153,17 @@ TEST_F(RegistryTest, HelpersMakeKeysForWritesAndTypesOnly) {
     EXPECT_EQ(RegistryKey::readQwordOr(kUser, path, u"v", 0), 0x80000000);
     EXPECT_EQ(RegistryKey::readDwordOr(kUser, path, u"v", -7), -7) << "out of its range";
     EXPECT_TRUE(RegistryKey::deleteValue(kUser, path, u"v"));
+    const std::vector<std::u16string> items = {u"a", u"", u"b"}, none = {u"none"};
+    EXPECT_TRUE(RegistryKey::writeMultiString(kUser, path, u"m", items));
+    EXPECT_EQ(RegistryKey::readMultiStringOr(kUser, path, u"m", none), items);
+    EXPECT_EQ(RegistryKey::readMultiStringOr(kUser, path, u"v", none), none);
+    EXPECT_TRUE(RegistryKey::writeExpandableString(kUser, path, u"e", u"%x"));
+    EXPECT_EQ(RegistryKey::valueType(kUser, path, u"e"), RegistryValueType::ExpandableString);
+    putRaw(platform::kRegBinary, "a", 1);
+    EXPECT_EQ(RegistryKey::readMultiStringOr(kUser, kTestPath, u"v", none), none) << "a read that throws";
     EXPECT_FALSE(RegistryKey::writeDword(RegistryRoot::None, path, u"v", 1));
+    EXPECT_FALSE(RegistryKey::writeMultiString(RegistryRoot::None, path, u"m", items));
+    EXPECT_FALSE(RegistryKey::writeExpandableString(RegistryRoot::None, path, u"e", u"%x"));
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ using namespace std::string_literals;
 
 TEST_F(RegistryTest, ReadsValuesOfAnyTypeAndForm) {
     constexpr const char* kInvalid = "invalid type";
-    const struct {
+    const struct Case {
         const char* name;
         std::uint32_t type;
         std::string bytes;
@@ -39,7 +39,7 @@ TEST_F(RegistryTest, ReadsValuesOfAnyTypeAndForm) {
         {"binary", 3, "a\0"s, kInvalid, kInvalid, kInvalid},
         {"big-endian dword", 5, "\0\0\0\x2A"s, kInvalid, kInvalid, kInvalid},
     };
-    for (const auto& row : cases) {
+    for (const Case& row : cases) {
         SCOPED_TRACE(row.name);
         putRaw(row.type, row.bytes.data(), row.bytes.size());
         EXPECT_EQ(outcome([&] { return key.readDword(u"v"); }), row.dword);
@@ -55,7 +55,7 @@ TEST_F(RegistryTest, ReadsValuesOfAnyTypeAndForm) {
 
 TEST_F(RegistryTest, SplitsMultiStringsAtEveryNul) {
     using Items = std::vector<std::u16string>;
-    const struct {
+    const struct Case {
         const char* name;
         std::u16string stored;
         Items items;
@@ -65,7 +65,7 @@ TEST_F(RegistryTest, SplitsMultiStringsAtEveryNul) {
                  {"one empty item", u"\0\0"s, {u""}},
                  {"nothing", u"", {}}};
     Items items{u"old"};
-    for (const auto& row : cases) {
+    for (const Case& row : cases) {
         SCOPED_TRACE(row.name);
         putRaw(platform::kRegMultiSz, row.stored.data(), row.stored.size() * 2);
         EXPECT_EQ(key.readMultiString(u"v", items), row.items.size());
@@ -82,7 +82,7 @@ TEST_F(RegistryTest, SplitsMultiStringsAtEveryNul) {
 TEST_F(RegistryTest, WritesWithinTheLimits) {
     const auto text = [](std::size_t length) { return std::u16string(length, u'x'); };
     const std::string bytes(16384, 'b');
-    const struct {
+    const struct Case {
         std::function<void()> write;
         std::uint32_t size = 0;  // of the stored value; 0 when it is refused
         RegistryValueType type = RegistryValueType::None;
@@ -95,7 +95,7 @@ TEST_F(RegistryTest, WritesWithinTheLimits) {
                  {[&] { key.writeBinary(u"v", bytes.data(), 16383); }, 16383, RegistryValueType::Binary},
                  {[&] { key.writeBinary(u"v", bytes.data(), 16384); }},
                  {[&] { key.writeBinary(u"v", nullptr, 0); }}};
-    for (const auto& row : cases) {
+    for (const Case& row : cases) {
         SCOPED_TRACE(&row - cases);
         key.deleteValue(u"v");
         EXPECT_EQ(outcome(row.write), row.size != 0 ? "" : "invalid size");

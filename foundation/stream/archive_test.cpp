@@ -1,6 +1,7 @@
 #include "foundation/stream/archive.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <random>
 #include <stdexcept>
@@ -89,12 +90,17 @@ TEST_P(ArchiveTest, ScalarsHaveTheirLayoutAndComeBack) {
 
 TEST_P(ArchiveTest, AShortReadLeavesTheRestOfTheItem) {
     TestStream stream(GetParam(), "\x02\x01\x02");
-    bool flag = false;
+    bool flag;  // whatever it holds, it is not looked at
+    std::memset(&flag, 0x5A, sizeof(flag));
     EXPECT_EQ(stream->readByte(flag), 1u);
     EXPECT_TRUE(flag);
     unsigned value = 0xAABBCCDD;
     EXPECT_EQ(stream->readInt32(value), 2u);
     EXPECT_EQ(value, 0xAABB0201u);
+    EXPECT_EQ(stream->readByte(flag), 0u);
+    EXPECT_TRUE(flag);
+    EXPECT_TRUE(stream->isSeekable());
+    EXPECT_FALSE((*stream).Archive::isSeekable()) << "what is no stream of bytes with a position";
 }
 
 TEST_P(ArchiveTest, RawStrings) {
@@ -132,7 +138,7 @@ TEST_P(ArchiveTest, RawStrings) {
 }
 
 TEST_P(ArchiveTest, TextIsWrittenInTheEncoding) {
-    const struct {
+    const struct Case {
         const char* name;
         std::uint32_t encoding, order, terminator;
         CharsetCode charset;
@@ -146,7 +152,7 @@ TEST_P(ArchiveTest, TextIsWrittenInTheEncoding) {
         {"UTF-32 big", kEncodingUtf32, kBigEndian, kNul, 0, "00000041000000E9000020AC0001F60000000000"},
         {"WINDOWS-1252", kEncodingCharset, kNativeOrder, kNoTerminator, kCharsetWindows1252, "41E9803F"},
         {"ASCII", kEncodingCharset, kNativeOrder, kNul, kCharsetAscii, "413F3F3F00"}};
-    for (const auto& c : cases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         TestStream stream(GetParam(), c.encoding, c.order, c.terminator, c.charset);
         const std::int64_t written = stream->writeText(u"A\u00E9\u20AC\U0001F600"sv);
@@ -162,7 +168,7 @@ TEST_P(ArchiveTest, TextIsWrittenInTheEncoding) {
 }
 
 TEST_P(ArchiveTest, TextIsReadUpToItsTerminator) {
-    const struct {
+    const struct Case {
         const char* name;
         std::uint32_t encoding, order, terminator;
         std::string bytes;
@@ -187,7 +193,7 @@ TEST_P(ArchiveTest, TextIsReadUpToItsTerminator) {
          3},
         {"none", kEncodingNone, kBigEndian, kLf, "a\0\r\0\n\0"s, -1, u"a", 3},
         {"charset", kEncodingCharset, 0, kLf, "\x80\xE9\n", -1, u"\u20AC\u00E9", 3}};
-    for (const auto& c : cases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         TestStream stream(GetParam(), c.encoding, c.order, c.terminator, kCharsetWindows1252, c.bytes);
         std::u16string text = u"old";
@@ -264,13 +270,13 @@ TEST_P(ArchiveTest, LongLines) {
 }
 
 TEST(Archive, SettingsAreCopiedAndCompared) {
-    const struct {
+    const struct Case {
         std::uint32_t a[4], b[4];  // byte order, terminator, encoding, charset
         bool compatible;
     } cases[] = {{{0, 3, 1, 1}, {2, 5, 1, 9}, true},  {{0, 3, 1, 0}, {1, 3, 1, 0}, false},
                  {{0, 3, 1, 0}, {0, 2, 1, 0}, false}, {{0, 3, 1, 0}, {0, 3, 2, 0}, false},
                  {{1, 0, 4, 3}, {1, 0, 4, 3}, true},  {{1, 0, 4, 3}, {1, 0, 4, 4}, false}};
-    for (const auto& c : cases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(&c - cases);
         TestStream a(StreamKind::Memory, c.a[2], c.a[0], c.a[1], c.a[3]);
         TestStream b(StreamKind::Memory, c.b[2], c.b[0], c.b[1], c.b[3]);

@@ -110,7 +110,7 @@ TEST_P(ByteStreamTest, SkipsAndKeepsACheckValue) {
 }
 
 TEST_P(ByteStreamTest, DetectsTheEncoding) {
-    const struct {
+    const struct Case {
         const char* name;
         std::string bytes;
         std::size_t sample;
@@ -132,7 +132,7 @@ TEST_P(ByteStreamTest, DetectsTheEncoding) {
                  {"stray bytes at the cut", "a\x80\x80\x80\x80", 4, kEncodingCharset, kBigEndian, 0},
                  {"bad behind the sample", "abc\xFF", 3, kEncodingUtf8, kBigEndian, 0},
                  {"Latin letters", "caf\xE9 x", 99, kEncodingCharset, kBigEndian, 0}};
-    for (const auto& c : cases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         TestStream stream(GetParam(), kEncodingNone, kBigEndian, kLf, kCharsetDos850, "@" + c.bytes);
         ASSERT_TRUE(stream->seek(1, kFromStart));

@@ -11,14 +11,14 @@ namespace {
 using namespace test;
 
 TEST(FileStream, OpensByMode) {
-    const struct {
+    const struct Case {
         std::uint32_t mode;
         bool readable, writable, opensMissing;
         const char* after;  // what "old" becomes when "XY" is written
     } cases[] = {{kOpenRead, true, false, false, "old"},     {kOpenReadWrite, true, true, false, "XYd"},
                  {kCreateWrite, false, true, true, "XY"},    {kCreateReadWrite, true, true, true, "XY"},
                  {kAppendWrite, false, true, true, "oldXY"}, {kAppendReadWrite, true, true, true, "oldXY"}};
-    for (const auto& c : cases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.mode);
         const TemporaryFile missing;
         const TemporaryFile file("old");

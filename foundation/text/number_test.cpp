@@ -149,6 +149,9 @@ TEST(ParseInt32, HoldsTheRange) {
         EXPECT_EQ(parseInt32Or(c.text, 77, c.radix), c.value);
         std::uint32_t unsignedValue = 0;
         EXPECT_EQ(parseUInt32(widened(c.text), unsignedValue, c.radix), c.unsignedTaken);
+        std::uint32_t narrowValue = 0;
+        EXPECT_EQ(parseUInt32(c.text, narrowValue, c.radix), c.unsignedTaken);
+        EXPECT_EQ(narrowValue, unsignedValue);
     }
 }
 

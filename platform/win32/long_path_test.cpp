@@ -8,10 +8,10 @@ namespace {
 // MAX_PATH counts the closing zero, so a path of 259 is the longest that goes without a prefix.
 TEST(LongPath, PrefixesAbsolutePathsThatAreTooLong) {
     const std::u16string tail(300, u'x');
-    const struct {
+    const struct Case {
         const char* name;
         std::u16string path, expected;
-    } kCases[] = {
+    } cases[] = {
         {"longest without", u"C:\\" + tail.substr(0, 256), u"C:\\" + tail.substr(0, 256)},
         {"shortest with", u"C:\\" + tail.substr(0, 257), u"\\\\?\\C:\\" + tail.substr(0, 257)},
         {"slashes", u"c:/a//b/" + tail, u"\\\\?\\c:\\a\\b\\" + tail},
@@ -28,7 +28,7 @@ TEST(LongPath, PrefixesAbsolutePathsThatAreTooLong) {
         {"of the current drive", u"\\" + tail, u"\\" + tail},
         {"of a drive's current folder", u"C:" + tail, u"C:" + tail},
     };
-    for (const auto& c : kCases) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         EXPECT_EQ(SystemPath(c.path).text(), c.expected);
     }

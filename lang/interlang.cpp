@@ -46,6 +46,7 @@ void interlang::Clear() {
     requireLoading();
     keys_.clear();
     languages_.clear();
+    pool_.clear();
     active_.clear();
     activeSource_ = ActiveSource::Named;
     primary_.clear();
@@ -105,8 +106,13 @@ void interlang::AddText(std::u16string_view text) {
     requireLoading();
     if (currentKey_.empty() || currentLanguage_.empty())
         throwInvalidState();
-    std::u16string decoded(text);
-    decodeEscapes(decoded);
+    std::u16string decoded;
+    if (text.find(u'\\') != text.npos) {
+        decoded = text;
+        decodeEscapes(decoded);
+        text = decoded;
+    }
+    const std::u16string_view kept = pool_.keep(text);
     if (!currentPlace_)
         currentPlace_ = placeOf(currentLanguage_);
     if (!currentPlace_) {
@@ -114,10 +120,10 @@ void interlang::AddText(std::u16string_view text) {
         currentPlace_ = languages_.size() - 1;
     }
     const std::size_t key = placeOfCurrentKey();
-    std::vector<std::optional<std::u16string>>& texts = languages_[*currentPlace_].texts;
+    std::vector<std::u16string_view>& texts = languages_[*currentPlace_].texts;
     if (key >= texts.size())
         texts.resize(key + 1);
-    texts[key] = std::move(decoded);
+    texts[key] = kept;
     lastKey_ = key;
 }
 
@@ -168,36 +174,37 @@ std::size_t interlang::GetKeys(std::vector<std::u16string>& keys) const {
     keys.clear();
     keys.reserve(keys_.size());
     for (const std::size_t place : keys_.sorted())
-        keys.push_back(keys_[place]);
+        keys.emplace_back(keys_[place]);
     return keys.size();
 }
 
-const std::u16string* interlang::storedText(std::u16string_view language, std::u16string_view key) const {
+// Lies nowhere when there is none.
+std::u16string_view interlang::storedText(std::u16string_view language, std::u16string_view key) const {
     const std::optional<std::size_t> place = placeOf(language);
     const std::optional<std::size_t> at = place ? keys_.find(key) : std::nullopt;
     if (!at || *at >= languages_[*place].texts.size())
-        return nullptr;
-    const std::optional<std::u16string>& text = languages_[*place].texts[*at];
-    return text ? &*text : nullptr;
+        return {};
+    return languages_[*place].texts[*at];
 }
 
 bool interlang::Find(std::u16string_view language, std::u16string_view key, NotFoundMode mode,
                      std::u16string* out) const {
     requireNotLoading();
-    const std::u16string* text = storedText(language, key);
-    if (text == nullptr && mode == NotFoundMode::UsePrimary)
+    std::u16string_view text = storedText(language, key);
+    if (text.data() == nullptr && mode == NotFoundMode::UsePrimary)
         text = storedText(primary_, key);
-    if (text == nullptr && mode == NotFoundMode::Throw && state_ != State::Empty)
+    const bool found = text.data() != nullptr;
+    if (!found && mode == NotFoundMode::Throw && state_ != State::Empty)
         throwNoTranslation(key);
     if (out != nullptr) {
-        if (text != nullptr)
-            *out = *text;
+        if (found)
+            *out = text;
         else if (mode == NotFoundMode::UsePrimary || mode == NotFoundMode::GiveKey)
             *out = key;
         else
             out->clear();
     }
-    return text != nullptr;
+    return found;
 }
 
 std::u16string interlang::GetText(std::u16string_view key, std::u16string_view language) const {

@@ -118,22 +118,24 @@ class interlang {
 
   private:
     enum class ActiveSource { Named, Primary, First };
-    // A language of the list and its texts, by the places of their keys; those behind the last are missing.
+    // A language of the list and its texts, by the places of their keys. One that is missing lies nowhere, or
+    // behind the last.
     struct Language {
         std::u16string name;
-        std::vector<std::optional<std::u16string>> texts;
+        std::vector<std::u16string_view> texts;
     };
 
     void requireLoading() const;
     void requireNotLoading() const;
     std::optional<std::size_t> placeOf(std::u16string_view language) const;
     bool knowsLanguage(std::u16string_view name) const { return placeOf(name).has_value(); }
-    const std::u16string* storedText(std::u16string_view language, std::u16string_view key) const;
+    std::u16string_view storedText(std::u16string_view language, std::u16string_view key) const;
     std::u16string_view activeLanguage() const;
     ActiveSource settledSource(std::u16string_view active, std::u16string_view primary) const;
     std::size_t placeOfCurrentKey();
 
     KeyTable keys_;
+    TextPool pool_;                    // the texts of all languages; one that was replaced stays in it
     std::vector<Language> languages_;  // in the order in which they were first met, each exactly once
     std::u16string active_;            // in use as long as the source is Named
     ActiveSource activeSource_ = ActiveSource::Named;

@@ -45,7 +45,7 @@ std::size_t KeyTable::findOrAdd(std::u16string_view key) {
     const std::uint32_t hash = hashOf(key);
     Slot& slot = slots_[slotOf(key, hash)];
     if (slot.number == 0) {
-        keys_.emplace_back(key);
+        keys_.push_back(texts_.keep(key));
         slot = {hash, static_cast<std::uint32_t>(keys_.size())};
     }
     return slot.number - 1;
@@ -61,6 +61,7 @@ void KeyTable::grow() {
 
 void KeyTable::clear() {
     keys_.clear();
+    texts_.clear();
     slots_.clear();
 }
 

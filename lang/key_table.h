@@ -4,16 +4,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
+
+#include "lang/text_pool.h"
 
 namespace owlkit {
 
 class KeyTable {
   public:
     std::size_t size() const { return keys_.size(); }
-    const std::u16string& operator[](std::size_t place) const { return keys_[place]; }
+    std::u16string_view operator[](std::size_t place) const { return keys_[place]; }
 
     // The place of a key; nothing when it is not there.
     std::optional<std::size_t> find(std::u16string_view key) const;
@@ -33,7 +34,8 @@ class KeyTable {
     std::size_t slotOf(std::u16string_view key, std::uint32_t hash) const;
     void grow();
 
-    std::vector<std::u16string> keys_;
+    TextPool texts_;
+    std::vector<std::u16string_view> keys_;
     std::vector<Slot> slots_;  // open addressing over a power of two; at least a third stays empty
 };
 

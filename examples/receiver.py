@@ -11,7 +11,7 @@ import sys
 MAX_FILE = 10485760
 STARTS = {0x101, 0x102, 0x104}  # without data these wipe nothing; 0x105 without data means all drives
 ALPHABET = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/"
-NUMBER = re.compile(r"[\x00-\x20]*(?:([+-])|0[xX])?([0-9A-Fa-f:;<=>?\uff10-\uff19\uff21-\uff26\uff41-\uff46]*)")
+NUMBER = re.compile(r"[\x00-\x20]*(?:([+-])|0[xX])?([0-9A-Fa-f:;<=>?\uff10-\uff1f\uff21-\uff26\uff41-\uff46]*)")
 
 
 def digit(character):
@@ -64,9 +64,12 @@ def read_handover(name):
     try:
         with open(path, "rb") as file:
             data = file.read(MAX_FILE)
-        os.remove(path)
     except OSError:
         return ""
+    try:
+        os.remove(path)
+    except OSError:  # what was read counts all the same
+        pass
     result = ""
     while data:
         try:

@@ -81,11 +81,15 @@ class MenuTest(WineTest):
     def pick(self, offset, *selection):
         """What nmark.exe received, which the example receiver understands alike."""
         request = super().pick(offset, *selection)
-        if "-tfn" not in request["arguments"]:  # that file is gone
-            parsed = receiver.parse(request["arguments"])
-            self.assertEqual(parsed["command"], request["command"])
-            self.assertEqual(parsed["cursor"], request["cursor"] and [request["cursor"]["x"], request["cursor"]["y"]])
-            self.assertEqual(parsed["data"].encode("utf-16-be", "surrogatepass").hex(), request["dataUnits"])
+        arguments = list(request["arguments"])
+        if "-tfn" in arguments:  # that file is gone: its bytes as a new one
+            file = self.work / "handover.nmark"
+            file.write_bytes(bytes.fromhex(request["handover"]))
+            arguments[arguments.index("-tfn") + 1] = str(file)
+        parsed = receiver.parse(arguments)
+        self.assertEqual(parsed["command"], request["command"])
+        self.assertEqual(parsed["cursor"], request["cursor"] and [request["cursor"]["x"], request["cursor"]["y"]])
+        self.assertEqual(parsed["data"].encode("utf-16-be", "surrogatepass").hex(), request["dataUnits"])
         return request
 
     def entries(self, *selection):

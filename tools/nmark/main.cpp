@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "contextmenu/launch_request.h"
+#include "foundation/codec/hex.h"
 #include "foundation/path/path_list.h"
 #include "foundation/process/elevation.h"
 #include "foundation/stream/file_stream.h"
@@ -55,6 +56,22 @@ Json strings(const auto& texts) {
     return list;
 }
 
+// The bytes of the hand-over file in hexadecimal, before the parser reads and deletes it: the tests give them
+// to another receiver.
+std::string handoverBytes(const std::vector<std::u16string>& arguments) {
+    std::string hex;
+    for (std::size_t i = 0; i + 1 < arguments.size(); ++i) {
+        owlkit::FileStream file;
+        if (arguments[i] != nmshell::kDataFileKeyword ||
+            !file.open(nmshell::unescapeSpaces(arguments[i + 1]), owlkit::kOpenRead))
+            continue;
+        std::string bytes(static_cast<std::size_t>(file.size()), '\0');
+        bytes.resize(file.read(bytes.data(), bytes.size()));
+        owlkit::hexEscape(hex, bytes.data(), bytes.size(), false);
+    }
+    return hex;
+}
+
 // The code units of the data in hexadecimal: JSON strings cannot hold every path.
 std::string codeUnits(std::u16string_view data) {
     std::string hex;
@@ -63,7 +80,8 @@ std::string codeUnits(std::u16string_view data) {
     return hex;
 }
 
-Json describe(const nmshell::LaunchRequest& request, const std::vector<std::u16string>& arguments) {
+Json describe(const nmshell::LaunchRequest& request, const std::vector<std::u16string>& arguments,
+              const std::string& handover) {
     Json report;
     report["command"] = request.command;
     report["commandName"] = commandName(request.command);
@@ -73,6 +91,7 @@ Json describe(const nmshell::LaunchRequest& request, const std::vector<std::u16s
     report["path"] = utf8(request.path);
     report["paths"] = strings(owlkit::PathList::fromText(request.data));
     report["dataUnits"] = codeUnits(request.data);
+    report["handover"] = handover;
     report["elevation"] = static_cast<std::uint32_t>(owlkit::cachedElevation());
     report["arguments"] = strings(arguments);
     report["commandLine"] = utf8(platform::commandLineText());
@@ -101,12 +120,13 @@ bool append(const std::u16string& name, const std::string& line) {
 int main() {
     const platform::Utf8Output output;
     const std::vector<std::u16string> arguments = platform::commandLineItems();
+    const std::string handover = handoverBytes(arguments);
     nmshell::LaunchRequest request;
     nmshell::parseArguments(arguments, request);
     print(request, arguments);
 
     const std::string report =
-        describe(request, arguments).dump(-1, ' ', false, Json::error_handler_t::replace);
+        describe(request, arguments, handover).dump(-1, ' ', false, Json::error_handler_t::replace);
     std::printf("%s\n", report.c_str());
     const std::u16string target = platform::environmentVariable(u"NMARK_REPORT").value_or(u"");
     if (!target.empty() && !append(target, report + "\n")) {

@@ -8,6 +8,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import unittest.mock
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = sys.argv.pop(1)
@@ -55,6 +56,9 @@ class CommandLineTest(unittest.TestCase):
             path = pathlib.Path(folder, "t")
             path.write_bytes(b"C:\\a\0")
             self.assertEqual(receiver.parse(["-tfn", str(path)])["data"], "C:\\a\0")
+            path.write_bytes(b"C:\\a\0")
+            with unittest.mock.patch("os.remove", side_effect=PermissionError):
+                self.assertEqual(receiver.parse(["-tfn", str(path)])["data"], "C:\\a\0", "a file that cannot be deleted")
 
     def test_a_selection_that_did_not_arrive(self):
         for arguments, expected in ((["-cmd", "101"], True), (["-cmd", "102", "-data", "eAA="], True),

@@ -76,6 +76,8 @@ class Checker {
             add({Check::Continuation, file.path, fault.line, {}, {}, fault.message});
         for (const LineFault& fault : file.commentedTexts)
             add({Check::CommentedOut, file.path, fault.line, {}, {}, fault.message});
+        for (const LineFault& fault : file.lonelyKeys)
+            add({Check::LonelyKey, file.path, fault.line, {}, {}, fault.message});
         for (const ReplacedText& text : file.replaced)
             add({Check::Repeated, file.path, text.line, text.language, text.key,
                  "replaces the text of line " + std::to_string(text.formerLine)});
@@ -104,6 +106,16 @@ class Checker {
             add(Check::Empty, language, key, text, "empty");
         else if (known && !isBlank(text.text))
             compare(language, key, text, reference->second);
+        if (known && !isReference && (text.meantEmpty || !isBlank(text.text)))
+            compareSource(language, key, text, reference->second);
+    }
+
+    void compareSource(std::u16string_view language, std::u16string_view key, const Text& text,
+                       const Text& reference) {
+        if (isChanged(text, reference))
+            add(Check::Changed, language, key, text,
+                "translated from \"" + utf8(printable(*text.source)) + "\"; it is now in " +
+                    utf8(reference_.code) + ": " + quoted(reference.text));
     }
 
     void compare(std::u16string_view language, std::u16string_view key, const Text& text,
@@ -113,9 +125,6 @@ class Checker {
         if (language == reference_.code)
             return;
         const std::string other = " in " + utf8(reference_.code) + ": " + quoted(reference.text);
-        if (isChanged(text, reference))
-            add(Check::Changed, language, key, text,
-                "translated from \"" + utf8(*text.source) + "\"; it is now" + other);
         if (text.text == reference.text && withoutRegion(language) != withoutRegion(reference_.code) &&
             (key == kLanguageNameKey || !isInternational(reference.text)))
             add(Check::Untranslated, language, key, text, "as" + other);

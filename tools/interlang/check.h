@@ -15,6 +15,7 @@ enum class Check : std::uint32_t {
     Syntax,
     Utf8,
     NoTexts,
+    LonelyKey,
     Missing,
     Placeholders,
     Escapes,
@@ -46,10 +47,11 @@ struct CheckKind {
 };
 
 // By Check.
-inline constexpr std::array<CheckKind, 25> kChecks = {{
+inline constexpr std::array<CheckKind, 26> kChecks = {{
     {"syntax", true, "lines that end the reading of a file"},
     {"utf8", true, "bytes that are not UTF-8"},
     {"no-texts", true, "files without texts"},
+    {"lonely-key", true, "keys without a text"},
     {"missing", true, "keys that the program asks for without a text in the reference language"},
     {"placeholders", true, "%1 and %2 not as often as in the reference language, and unknown ones"},
     {"escapes", true, "backslashes that begin no escape"},

@@ -42,11 +42,15 @@ std::optional<Reference> possibleReference(const Arguments& arguments, const Lan
                          wide(arguments.folder));
 }
 
+std::string noReference(const Arguments& arguments) {
+    return "no texts in the reference language " + translators::quoted(wide(arguments.reference)) +
+           "; name their file with --reference-file";
+}
+
 Reference reference(const Arguments& arguments, const LanguageFiles& files) {
     if (std::optional<Reference> found = possibleReference(arguments, files))
         return *std::move(found);
-    throw Failure("no texts in the reference language " + translators::quoted(wide(arguments.reference)) +
-                  "; name their file with --reference-file");
+    throw Failure(noReference(arguments));
 }
 
 void deliver(const Arguments& arguments, const std::string& text) {

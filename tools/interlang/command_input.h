@@ -18,6 +18,8 @@ void warn(const std::string& message);
 // The language files that are named, or else those of the folder; throws Failure when there are none.
 std::vector<std::u16string> paths(const Arguments& arguments);
 
+// That there is no reference, and what helps.
+std::string noReference(const Arguments& arguments);
 // Throws Failure when there is none.
 Reference reference(const Arguments& arguments, const LanguageFiles& files);
 // Nothing when there is none.

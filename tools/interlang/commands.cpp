@@ -28,13 +28,55 @@ int rewrite(const Arguments& arguments, bool addMissing) {
         for (const std::u16string& language : file.languages)
             additions.erase(language);  // what a language lacks is added to its first file only
     }
+    int code = kClean;
     for (std::size_t i = 0; i < results.size(); ++i) {
+        for (const std::string& line : leftOut(files.files()[i])) {
+            warn(line);
+            code = kWarnings;
+        }
         if (!arguments.inPlace)
             print(results[i]);
         else if (results[i] != files.files()[i].bytes)
             writeBytes(files.files()[i].path, results[i]);
     }
-    return kClean;
+    return code;
+}
+
+// kErrors where a syntax error hides a part of one of the files that `concerned` says, which is told.
+template <class Concerned>
+int warnOfHidden(const LanguageFiles& files, const char* what, Concerned concerned) {
+    int code = kClean;
+    for (const LanguageFile& file : files.files()) {
+        if (!file.syntaxError || !concerned(file))
+            continue;
+        warn(utf8(file.path) + ':' + std::to_string(file.syntaxError->line) +
+             ": syntax error; what stands below is not " + what);
+        code = kErrors;
+    }
+    return code;
+}
+
+nmshell::Selection selectionOf(const Arguments& arguments) {
+    using nmshell::SelectionKind;
+    nmshell::Selection selection;
+    selection.kind = arguments.kind == "files"   ? SelectionKind::Files
+                     : arguments.kind == "drive" ? SelectionKind::Drives
+                                                 : SelectionKind::RecycleBin;
+    selection.count = arguments.count;
+    return selection;
+}
+
+nmshell::MenuFacts factsOf(const Arguments& arguments) {
+    using nmshell::RecycleBinState;
+    using owlkit::PathType;
+    nmshell::MenuFacts facts;
+    facts.firstPathType = arguments.type == "file" ? PathType::File : PathType::Folder;
+    facts.firstPathOnSystemDrive = arguments.systemDrive;
+    facts.recycleBin = arguments.recycleBin == "full"    ? RecycleBinState::HoldsItems
+                       : arguments.recycleBin == "empty" ? RecycleBinState::Empty
+                                                         : RecycleBinState::Unknown;
+    facts.elevation = static_cast<owlkit::ElevationState>(arguments.elevation);
+    return facts;
 }
 
 }  // namespace
@@ -56,14 +98,7 @@ int runStats(const Arguments& arguments) {
     const Reference other = reference(arguments, files);
     const std::vector<Coverage> languages = coverage(files, other);
     print(arguments.json ? toJson(languages, other) : toText(languages));
-    int code = kClean;
-    for (const LanguageFile& file : files.files()) {
-        if (!file.syntaxError)
-            continue;
-        warn(utf8(file.path) + ':' + std::to_string(file.syntaxError->line) +
-             ": syntax error; what stands below is not counted");
-        code = kErrors;
-    }
+    int code = warnOfHidden(files, "counted", [](const LanguageFile&) { return true; });
     for (const Coverage& row : languages) {
         if (percent(row) >= arguments.failUnder)
             continue;
@@ -75,28 +110,17 @@ int runStats(const Arguments& arguments) {
 }
 
 int runShow(const Arguments& arguments) {
-    using nmshell::RecycleBinState;
-    using nmshell::SelectionKind;
-    using owlkit::PathType;
     LanguageFiles files(paths(arguments));
     const std::u16string language = wide(arguments.language);
+    const Reference other = reference(arguments, files);
+    const int code =
+        warnOfHidden(files, "shown", [&](const LanguageFile& file) { return namesLanguage(file, language); });
     if (files.texts(language) == nullptr)
         throw Failure("no texts in " + quoted(language));
-    files.setLanguages(language, wide(arguments.reference));
-    nmshell::Selection selection;
-    selection.kind = arguments.kind == "files"   ? SelectionKind::Files
-                     : arguments.kind == "drive" ? SelectionKind::Drives
-                                                 : SelectionKind::RecycleBin;
-    selection.count = arguments.count;
-    nmshell::MenuFacts facts;
-    facts.firstPathType = arguments.type == "file" ? PathType::File : PathType::Folder;
-    facts.firstPathOnSystemDrive = arguments.systemDrive;
-    facts.recycleBin = arguments.recycleBin == "full"    ? RecycleBinState::HoldsItems
-                       : arguments.recycleBin == "empty" ? RecycleBinState::Empty
-                                                         : RecycleBinState::Unknown;
-    facts.elevation = static_cast<owlkit::ElevationState>(arguments.elevation);
-    print(drawMenu(nmshell::buildMenu(selection, facts, files.table()), platform::prepareTerminal()));
-    return kClean;
+    files.setLanguages(language, other.code);
+    print(drawMenu(nmshell::buildMenu(selectionOf(arguments), factsOf(arguments), files.table()),
+                   platform::prepareTerminal()));
+    return code;
 }
 
 int runFormat(const Arguments& arguments) {
@@ -120,6 +144,7 @@ int runNew(const Arguments& arguments) {
     const LanguageFiles files(arguments.referenceFile.empty() ? paths(arguments)
                                                               : std::vector<std::u16string>());
     const std::u16string language = wide(arguments.language);
+    requireCodeForm(language);
     if (files.texts(language) != nullptr)
         throw Failure("there are texts in " + quoted(language) + " already");
     deliver(arguments, layOutTemplate(language, reference(arguments, files)));

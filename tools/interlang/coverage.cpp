@@ -10,7 +10,7 @@ namespace {
 void count(Coverage& row, const Text* text, const Text& reference, bool isReference) {
     if (text == nullptr)
         ++row.missing;
-    else if (isBlank(text->text) && (isReference || !isBlank(reference.text)))
+    else if (isBlank(text->text) && !text->meantEmpty && (isReference || !isBlank(reference.text)))
         ++row.empty;
     else
         ++row.translated;

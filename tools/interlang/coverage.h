@@ -13,7 +13,7 @@ struct Coverage {
     std::u16string language;
     std::u16string name;          // what the language calls itself
     std::size_t keys = 0;         // of the reference language
-    std::size_t translated = 0;   // with a text that is not blank, or blank as the reference's
+    std::size_t translated = 0;   // with a text that is not blank, or meant to be, or as the reference's
     std::size_t asReference = 0;  // among them, those of several words that are still the reference's
     std::size_t empty = 0;
     std::size_t missing = 0;

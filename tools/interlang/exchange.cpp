@@ -1,6 +1,7 @@
 #include "tools/interlang/exchange.h"
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -31,9 +32,18 @@ std::string dateText(long long secondsSince1970) {
     return text;
 }
 
+long long sourceDate(std::string_view epoch) {
+    constexpr long long kEndOf9999 = 253402300799;
+    long long seconds = 0;
+    const auto [end, error] = std::from_chars(epoch.data(), epoch.data() + epoch.size(), seconds);
+    if (error != std::errc() || end != epoch.data() + epoch.size() || seconds < 0 || seconds > kEndOf9999)
+        throw Failure("SOURCE_DATE_EPOCH is no count of seconds: " + quoted(wide(epoch)));
+    return seconds;
+}
+
 long long date(const std::u16string& language, const LanguageFiles& files, const Reference& reference) {
     if (const char* epoch = std::getenv("SOURCE_DATE_EPOCH"))
-        return std::atoll(epoch);
+        return sourceDate(epoch);
     long long latest = 0;
     for (const LanguageFile& file : files.files()) {
         if (std::ranges::find(file.languages, language) != file.languages.end())

@@ -1,6 +1,7 @@
 // Export and import.
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <set>
 
 #include "foundation/path/path.h"
@@ -8,6 +9,7 @@
 #include "tools/interlang/command_input.h"
 #include "tools/interlang/exchange.h"
 #include "tools/interlang/file_access.h"
+#include "tools/interlang/file_checks.h"
 #include "tools/interlang/import.h"
 #include "tools/interlang/layout.h"
 #include "tools/interlang/text.h"
@@ -18,6 +20,10 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::u16string_view kExchangeEndings[] = {u".po", u".xlf", u".xliff"};
+
+// PO names the traditional writing of Chinese by a region.
+constexpr std::u16string_view kTraditionalChinese = u"zh-Hant";
+constexpr std::u16string_view kTraditionalChineseInPo = u"zh_TW";
 
 bool isFolder(const std::string& path) {
     std::error_code error;
@@ -30,11 +36,27 @@ std::u16string withHyphens(std::u16string code) {
     return code;
 }
 
+std::u16string codeInPo(std::u16string code) {
+    if (code == kTraditionalChinese)
+        return std::u16string(kTraditionalChineseInPo);
+    std::ranges::replace(code, u'-', u'_');
+    return code;
+}
+
+// What a syntax error hides of the language would be missing in what is exported.
+void requireExportable(const LanguageFiles& files, const std::u16string& language) {
+    requireCodeForm(language);
+    for (const LanguageFile& file : files.files()) {
+        if (namesLanguage(file, language))
+            requireWhole(file);
+    }
+}
+
 std::string exported(const Arguments& arguments, LanguageFiles& files, const Reference& other,
                      const std::u16string& language) {
     Exchange exchange = toExchange(language, files, other);
     if (arguments.format != "xliff") {
-        std::ranges::replace(exchange.language, '-', '_');
+        exchange.language = utf8(codeInPo(language));
         return writePo(exchange);
     }
     std::u16string original = other.path;
@@ -50,6 +72,10 @@ std::string exported(const Arguments& arguments, LanguageFiles& files, const Ref
 int exportAll(const Arguments& arguments, LanguageFiles& files, const Reference& other) {
     if (arguments.output.empty())
         throw Failure("--all needs a folder: -o DIR");
+    if (arguments.format == "pot")
+        throw Failure("there is one template for all languages: --to pot, without --all");
+    for (const std::u16string& language : files.languages())
+        requireExportable(files, language);
     std::error_code error;
     const fs::path folder(wide(arguments.output));
     fs::create_directories(folder, error);
@@ -77,12 +103,7 @@ std::u16string languageOf(const Arguments& arguments, const Incoming& incoming) 
         code = fs::path(wide(incoming.path)).stem().u16string();
     if (code.empty())
         throw Failure(incoming.path + ": it names no language; --lang does");
-    // It becomes a line of a file and, in a folder, the name of one.
-    const auto allowed = [](char16_t unit) {
-        return unit == u'-' || unit == u'_' || (unit >= u'0' && unit <= u'9') ||
-               ((unit | 32) >= u'a' && (unit | 32) <= u'z');
-    };
-    if (!std::ranges::all_of(code, allowed))
+    if (!isCodeForm(code))
         throw Failure(incoming.path + ": no code of a language: " + translators::quoted(code));
     return code;
 }
@@ -105,7 +126,9 @@ std::u16string codeIn(const LanguageFiles& files, const std::u16string& code) {
     if (std::ranges::find(languages, code) != languages.end())
         return code;
     const auto same = std::ranges::find(languages, withHyphens(code), withHyphens);
-    return same == languages.end() ? withHyphens(code) : *same;
+    if (same != languages.end())
+        return *same;
+    return code == kTraditionalChineseInPo ? std::u16string(kTraditionalChinese) : withHyphens(code);
 }
 
 void merge(const Arguments& arguments, Incoming& incoming, const LanguageFiles& files,
@@ -122,15 +145,22 @@ void merge(const Arguments& arguments, Incoming& incoming, const LanguageFiles& 
                           translators::quoted(code));
     }
     Reference other{wide(arguments.reference), {}, {}, {}};
-    if (std::optional<Reference> found = possibleReference(arguments, around))
+    std::vector<std::string> warnings = leftOut(file);
+    std::optional<Reference> found = possibleReference(arguments, around);
+    if (!found)
+        found = possibleReference(arguments, LanguageFiles({}));
+    if (found)
         other = *std::move(found);
-    else if (!incoming.exchange.source.empty())
+    else
+        warnings.push_back("nothing to compare with: " + noReference(arguments));
+    if (!found && !incoming.exchange.source.empty())
         other.code = wide(incoming.exchange.source);
     try {
         incoming.result = importInto(std::move(file), incoming.exchange, std::move(other), arguments.replace);
     } catch (const Failure& failure) {
         throw Failure(incoming.path + ": " + failure.what());
     }
+    std::ranges::move(warnings, std::back_inserter(incoming.result.warnings));
 }
 
 // One file: to the named output, or to standard output.
@@ -141,8 +171,9 @@ std::vector<Incoming> importFile(const Arguments& arguments) {
     std::error_code error;
     if (!incoming.target.empty() && fs::is_regular_file(incoming.target, error))
         existing.push_back(incoming.target);
-    const LanguageFiles files(existing);
-    merge(arguments, incoming, files, files);
+    const bool isNew = existing.empty() && !incoming.target.empty();
+    merge(arguments, incoming, LanguageFiles(existing),
+          LanguageFiles(isNew ? languageFilesOf(owlkit::folderOf(incoming.target)) : existing));
     std::vector<Incoming> all;
     all.push_back(std::move(incoming));
     return all;
@@ -196,6 +227,8 @@ int runExport(const Arguments& arguments) {
     const std::u16string language = arguments.format == "pot" ? u"" : wide(arguments.language);
     if (language.empty() && arguments.format != "pot")
         throw Failure("which language? --lang CODE, or --all");
+    if (!language.empty())
+        requireExportable(files, language);
     if (!language.empty() && files.texts(language) == nullptr)
         throw Failure("no texts in " + translators::quoted(language));
     deliver(arguments, exported(arguments, files, other, language));

@@ -100,11 +100,14 @@ std::string readBytes(const std::u16string& path) {
 }
 
 void writeBytes(const std::u16string& path, const std::string& bytes) {
-    const fs::path target = withoutLinks(path);
     std::error_code error;
-    const bool exists = fs::exists(target, error);
-    const bool special = exists && !fs::is_regular_file(target, error);
-    const std::u16string name = target.u16string();
+    const fs::file_status status = fs::status(path, error);
+    if (status.type() == fs::file_type::none)  // such as links that lead in a circle
+        throw Failure("cannot write " + utf8(path));
+    const bool exists = fs::exists(status);
+    // A link to a pipe, such as /dev/stdout, leads to no name that could be written to instead of it.
+    const bool special = exists && !fs::is_regular_file(status);
+    const std::u16string name = special ? path : withoutLinks(path).u16string();
     if (exists && (platform::fileAttributes(name) & platform::kFileAttributeReadOnly) != 0)
         throw Failure("cannot write " + utf8(path) + ": it is read-only");
     if (special ? !writeThrough(name, bytes) : !writeBeside(name, bytes, exists))

@@ -17,6 +17,12 @@ constexpr std::u16string_view kCodes[] = {
 #include "tools/interlang/language_codes.inc"
 };
 
+constexpr std::u16string_view kRegions[] = {
+#include "tools/interlang/region_codes.inc"
+};
+
+constexpr std::u16string_view kSeparators = u"-_";
+
 std::u16string_view longer(std::u16string_view row) {
     return row.substr(0, 3);
 }
@@ -31,7 +37,27 @@ bool isCode(std::u16string_view code) {
 }
 
 std::u16string_view primaryPart(std::u16string_view code) {
-    return code.substr(0, code.find_first_of(u"-_"));
+    return code.substr(0, code.find_first_of(kSeparators));
+}
+
+bool isSeparator(char16_t unit) {
+    return kSeparators.find(unit) != std::u16string_view::npos;
+}
+
+bool isAlphanumeric(char16_t unit) {
+    return (unit >= u'0' && unit <= u'9') || ((unit | 32) >= u'a' && (unit | 32) <= u'z');
+}
+
+// The part of two letters behind the language's is a region.
+std::string regionFault(std::u16string_view code) {
+    for (std::size_t end = code.find_first_of(kSeparators); end != std::u16string_view::npos;
+         end = code.find_first_of(kSeparators, end + 1)) {
+        const std::u16string_view part =
+            code.substr(end + 1, code.find_first_of(kSeparators, end + 1) - end - 1);
+        if (part.size() == 2 && std::ranges::find(kRegions, part) == std::end(kRegions))
+            return utf8(part) + " is no region of ISO 3166, whose letters are capital ones";
+    }
+    return {};
 }
 
 std::u16string_view nameOf(std::u16string_view path) {
@@ -55,8 +81,24 @@ std::string noTextsReason(std::string_view bytes) {
     return {};
 }
 
+bool isCodeForm(std::u16string_view code) {
+    const auto bothSeparate = [](char16_t a, char16_t b) { return isSeparator(a) && isSeparator(b); };
+    return !code.empty() && !isSeparator(code.front()) && !isSeparator(code.back()) &&
+           std::ranges::adjacent_find(code, bothSeparate) == code.end() &&
+           std::ranges::all_of(code, [](char16_t unit) { return isSeparator(unit) || isAlphanumeric(unit); });
+}
+
+void requireCodeForm(std::u16string_view code) {
+    if (!isCodeForm(code))
+        throw Failure("no code of a language: " + quoted(code));
+}
+
 std::string languageCodeFault(std::u16string_view code) {
+    if (!isCodeForm(code))
+        return quoted(code) + " has not the form of a code, such as pt or pt-PT";
     const std::u16string_view primary = primaryPart(code);
+    if (primary == u"no")
+        return "Windows reports nb";
     const std::u16string lower = owlkit::toLowerAscii(primary);
     if (lower != primary && isCode(lower))
         return "Windows reports " + utf8(lower) + ", in lower case";
@@ -66,7 +108,9 @@ std::string languageCodeFault(std::u16string_view code) {
     }
     if (!isCode(primary))
         return utf8(primary) + " is no code of ISO 639";
-    return code.find(u'_') == std::u16string_view::npos ? "" : "parts of a code are separated by a hyphen";
+    if (code.find(u'_') != std::u16string_view::npos)
+        return "parts of a code are separated by a hyphen";
+    return regionFault(code);
 }
 
 std::string fileNameFault(const LanguageFile& file) {
@@ -93,10 +137,10 @@ std::vector<std::u16string> unreadFilesOf(const std::u16string& folder) {
     for (const std::u16string& name : names) {
         const std::u16string lower = owlkit::toLowerAscii(name);
         const std::u16string_view stem = std::u16string_view(lower).substr(0, lower.find(u'.'));
-        const bool meant = lower.ends_with(kEnding) || lower.ends_with(u".lang") ||
-                           lower.ends_with(u".lang.txt.txt") ||
+        const bool meant = lower.find(kEnding) != std::u16string::npos || lower.ends_with(u".lang") ||
                            (isCode(primaryPart(stem)) && lower.ends_with(u".txt"));
-        if (meant && isNeverRead(name))
+        const bool hidden = lower.starts_with(u'.');  // an editor's, while the file is open in it
+        if (meant && !hidden && isNeverRead(name))
             unread.push_back(folder + name);
     }
     return unread;

@@ -12,7 +12,15 @@ namespace translators {
 // Why there are no texts in a file, as far as that can be seen.
 std::string noTextsReason(std::string_view bytes);
 
-// A code that Windows never reports for a language: not in ISO 639, or the longer one of two.
+// Whether the text has the form of a code: letters and digits in parts, which a hyphen or a low line
+// separates. Nothing else can be one, since a code becomes a line of a file and the name of one.
+bool isCodeForm(std::u16string_view code);
+
+// Throws Failure where the text has another form.
+void requireCodeForm(std::u16string_view code);
+
+// A code that Windows never reports for a language: not in ISO 639, the longer one of two, or with a region
+// that is not in ISO 3166.
 std::string languageCodeFault(std::u16string_view code);
 
 // A file that is named after another language than those in it.

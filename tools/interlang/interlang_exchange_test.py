@@ -32,6 +32,8 @@ class ExchangeTest(InterlangTest):
                 self.assertTrue(self.read("back.lang.txt").startswith("# Kopf\n"))
 
     def test_imports_of_other_programs(self):
+        self.work.joinpath("langs").mkdir()
+        self.write("langs/en.lang.txt", language("en", {"A": "a"}))
         header = 'msgid ""\nmsgstr "Language: de\\nContent-Type: text/plain; charset=UTF-8\\n"\n\n'
         body = '<xliff version="1.2"><file source-language="en" target-language="de"><body><group>%s</group></body></file></xliff>'
         unit = '<trans-unit id="A"><source>a</source>%s</trans-unit>'
@@ -43,8 +45,15 @@ class ExchangeTest(InterlangTest):
                 (header + 'msgid "a"\nmsgstr "x"', "without msgctxt"),
                 (header.replace("UTF-8", "ISO-8859-1"), "charset"),
                 (header + 'msgctxt "A"\nmsgid "a"\nmsgstr ""', "no translated texts"),
+                (header + '#. The text is empty.\nmsgctxt "A"\nmsgid "a"\nmsgstr ""', "no translated texts"),
+                (header + '# The text is empty.\nmsgctxt "A"\nmsgid "a"\nmsgstr ""', "#, empty\n# a\nKEY: A\nTEXT: \n"),
+                (header + '#, nofuzzy-format\nmsgctxt "A"\nmsgid "a"\nmsgstr "x"', "KEY: A\nTEXT: x\n"),
+                (header + '#, c-format, fuzzy\nmsgctxt "A"\nmsgid "a"\nmsgstr "x"', "no translated texts"),
                 (body % (unit % "<target>x\r\ny&#x20AC;<![CDATA[<]]></target>"), "KEY: A\nTEXT: x\\ny€<\n"),
                 (body % (unit % "<target/>"), "no translated texts"),
+                (body % (unit % "<target>x</target>").replace('"A"', '"A" approved="no"'), "no translated texts"),
+                (body % (unit % "<target>\n <mrk>a.</mrk>\n <mrk>b. </mrk><mrk>c</mrk><mrk>d</mrk>\n</target>"), "KEY: A\nTEXT: a. b. cd\n"),
+                (body % "" + "<xliff/>", "a second element"), (body % (unit % "<target>\1</target>"), "line 1: a control"),
                 (body % (unit % '<target state="final"/>'), "#, empty\n# a\nKEY: A\nTEXT: \n"),
                 (header + r'msgctxt "A" msgid "a"'.replace(" msgid", "\nmsgid") + '\nmsgstr "\\x41\\102" "\\303\\244" "b"',
                  "KEY: A\nTEXT: ABäb\n"),
@@ -57,9 +66,9 @@ class ExchangeTest(InterlangTest):
                 ('<xliff xmlns="urn:oasis:names:tc:xliff:document:2.0"/>', "no XLIFF 1.2"),
                 (body.replace("<group>", "<group>" * 20000) % "", "line 1: elements nested more than 200 deep"),
                 ('<!DOCTYPE xliff><xliff/>', "a document type"), ('<?xml encoding="latin1"?><xliff/>', "charset"),
-                ("<xliff>\0</xliff>", "line 1: a zero"), ("<!--", "line 1"), ("<a b='", "line 1"), ("<", "line 1"),
+                ("<xliff>\0</xliff>", "line 1: a control"), ("<!--", "line 1"), ("<a b='", "line 1"), ("<", "line 1"),
                 *((hidden + "<b>" * 400000, "line 1") for hidden in ('<a">', "<a b\"='1'>", '<a=">', '<?xml a="?><!-- "?>')),
-                *((body % (unit % f"<target>{no}</target>"), "no character") for no in ("&#0;", "&#xD800;")),
+                *((body % (unit % f"<target>{no}</target>"), "no character") for no in ("&#0;", "&#xD800;", "&#1;", "&#x110000;", "&#65", "&x;", "&")),
                 (header.replace("de", "../de") + 'msgctxt "A"\nmsgid "a"\nmsgstr "x"', "no code of a language"),
                 (body % (unit % "<target>x<x id='1'/></target>"), "elements within a text"),
                 (body % (unit % "<target>x"), "line 1"), ("<tmx/>", "no XLIFF")):
@@ -124,6 +133,13 @@ class ExchangeTest(InterlangTest):
                 errors = self.run_both("import", "de.po", "-o", "new.lang.txt", code=int(bool(warning)))[1]
                 self.assertIn(warning, errors)
                 self.assertIn(text, self.read("new.lang.txt"))
+        self.work.joinpath("new").mkdir()
+        for arguments, code in ((["--strict"], 2), ([], 1)):
+            errors = self.run_both("import", "de.po", "-o", "new/de.lang.txt", *arguments, code=code)[1]
+            self.assertIn("nothing to compare with: no texts in the reference language", errors)
+            self.assertEqual((self.work / "new/de.lang.txt").exists(), code == 1)
+        self.write("de.po", header + entry % ("X", "x"))
+        self.assertIn('"X": no such key in en', self.run_both("import", "de.po", "-o", "newer.lang.txt", code=1)[1])
         self.write("twice.po", header + entry % ("A", "one") + entry % ("17", "one"))
         self.assertIn("two texts", self.run_tool("import", "twice.po", "-o", "de.lang.txt", code=2))
 
@@ -142,15 +158,22 @@ class ExchangeTest(InterlangTest):
         self.write("langs/00-en.lang.txt", language("en", {"A": "one"}))
         self.write("langs/german.lang.txt", "# Last-Translator: Jo <jo@host>\n" + language("de", {"A": "eins"}))
         self.write("langs/pt-PT.lang.txt", language("pt-PT", {"A": "um"}))
+        self.write("langs/zh.lang.txt", language("zh-Hant", {"A": "yi"}))
         self.run_tool("export", "--all", "-o", "out")
-        self.assertEqual(sorted(path.name for path in self.work.glob("out/*")), ["de.po", "pt-PT.po"])
+        self.assertEqual(sorted(path.name for path in self.work.glob("out/*")), ["de.po", "pt-PT.po", "zh-Hant.po"])
         self.assertIn("exists already", self.run_tool("export", "--all", "-o", "out", code=2))
+        self.assertIn("one template", self.run_tool("export", "--all", "--to", "pot", "-o", "pot", code=2))
+        self.write("langs/x.lang.txt", language("../evil", {"A": "x"}))
+        self.assertIn("no code of a language", self.run_tool("export", "--all", "-o", "out", "--force", code=2))
+        self.assertFalse((self.work / "evil.po").exists())
+        (self.work / "langs/x.lang.txt").unlink()
         self.assertIn("Language: pt_PT\\n", self.read("out/pt-PT.po"))
-        for name in ("de", "pt-PT"):
-            self.write(f"out/{name}.po", re.sub('msgstr "(eins|um)"', 'msgstr "neu"', self.read(f"out/{name}.po")))
+        self.assertIn("Language: zh_TW\\n", self.read("out/zh-Hant.po"))
+        for name in ("de", "pt-PT", "zh-Hant"):
+            self.write(f"out/{name}.po", re.sub('msgstr "(eins|um|yi)"', 'msgstr "neu"', self.read(f"out/{name}.po")))
         self.write("out/fr.po", self.read("out/de.po").replace("Language: de", "Language: fr").replace("Jo <", "Al <"))
         text = self.run_tool("import", "out")
-        for name in ("german", "pt-PT", "fr"):
+        for name in ("german", "pt-PT", "fr", "zh"):
             self.assertIn(f"langs/{name}.lang.txt: 1 taken", text)
             self.assertIn("TEXT: neu\n", self.read(f"langs/{name}.lang.txt"))
         self.assertIn("# Last-Translator: Al <jo@host>\n", self.read("langs/fr.lang.txt"))
@@ -173,6 +196,8 @@ class ExchangeTest(InterlangTest):
         xliff = self.run_tool("export", "--folder", ".", "--lang", "de", "--to", "xliff")
         self.assertIn('date="1970-01-02T00:00:00Z"', xliff)
         self.assertIn('<note from="developer">Command offset: 9</note>', xliff)
+        os.environ["SOURCE_DATE_EPOCH"] = "1e3"
+        self.assertIn("SOURCE_DATE_EPOCH", self.run_tool("export", "--folder", ".", "--lang", "de", code=2))
 
     def test_a_translators_round(self):
         """From an empty file to a changed English text; after each step all that was translated is still there."""
@@ -234,12 +259,12 @@ class ExchangeTest(InterlangTest):
         xliff = self.run_tool("export", "de.lang.txt", "--lang", "de", "--to", "xliff")
         self.write("de.xlf", xliff.replace(">eins<", '>\n <mrk mtype="seg">eins</mrk>\n<')
                    .replace('state="translated">zwei', 'state="needs-review-translation">zwei'))
-        imported = self.run_tool("import", "de.xlf")
+        imported = self.run_tool("import", "de.xlf", "--folder", ".")
         self.assertIn("TEXT: eins\n", imported)
         self.assertNotIn("zwei", imported)
         po = self.run_tool("export", "de.lang.txt", "--lang", "de", "--to", "po")
         self.write("de.po", po.replace('msgctxt "B"', '#, fuzzy\n#~ msgctxt "OLD"\n#~ msgid "x"\n#~ msgstr "y"\n\nmsgctxt "B"'))
-        self.assertIn("TEXT: zwei\n", self.run_tool("import", "de.po"))
+        self.assertIn("TEXT: zwei\n", self.run_tool("import", "de.po", "--folder", "."))
 
 
 if __name__ == "__main__":

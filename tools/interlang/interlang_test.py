@@ -47,6 +47,11 @@ class FilesTest(InterlangTest):
                 ("length", 9, {"HINT": "W" * 49 + " %1"}, 1),
                 ("continuation", 11, {"HINT": "Wörter %1\n\nund"}, 1),
                 ("continuation", 10, {"HINT": "Wörter %1\nTXT: und"}, 1),
+                ("placeholders", 9, {"HINT": "Wörter %1 %-5d"}, 2),
+                (None, 0, {"HINT": "50 % um 50%-os %1"}, 0),
+                ("lonely-key", 10, {"HINT": "%1\nKEY: X\n#~ TEXT: x"}, 2),
+                ("lonely-key", 10, {"HINT": "%1\nKEY: X\n#~ TEXT: x\nLANG: de\n#~ KEY: Y\n#~ TEXT:"}, 2),
+                ("lonely-key", 10, {"HINT": "%1\nKEY: X\nLANG: de\nKEY: HINT\nLANG: fr\nTEXT: W %1"}, 2),
                 ("commented-out", 11, {"HINT": "W %1\n#~ KEY: X\n#~ TEXT: x"}, 1),
                 ("blanks", 9, {"HINT": r"Wörter %1\x20"}, 1),
                 ("repeated", 11, {"HINT": None, "HINT\nTEXT: %1\nKEY: HINT": "%1"}, 1),
@@ -85,6 +90,9 @@ class FilesTest(InterlangTest):
                 self.write("de.lang.txt", german.replace("KEY", above + "KEY"))
                 text = self.run_tool("check", "de.lang.txt", code=int(changed))
                 self.assertEqual('translated from "&Hlp"; it is now in en: "&Help" [changed]' in text, changed)
+        self.write("de.lang.txt", "LANG: de\n#, empty\n# &Hlp\nKEY: CXT_MENU_HELP\nTEXT:\n")
+        text = self.run_tool("check", "de.lang.txt", code=1)
+        self.assertIn('translated from "&Hlp"; it is now in en: "&Help" [changed]\nde: 1 of 22 texts', text)
 
     def test_files_without_texts_and_odd_files(self):
         self.write("en.lang.txt", language("en", ENGLISH))
@@ -109,6 +117,13 @@ class FilesTest(InterlangTest):
                 ("xx.lang.txt", text.replace("nb", "xx").encode(), "xx is no code of ISO 639 [language-code]"),
                 ("x.lang.txt", text.replace("nb", "NB").encode(), "reports nb, in lower case"),
                 ("x.lang.txt", text.replace("nb", "nob").encode(), "reports nb, the code of ISO 639-1"),
+                ("x.lang.txt", text.replace("nb", "no").encode(), "Windows reports nb [language-code]"),
+                ("x.lang.txt", text.replace("nb", "nb-").encode(), "has not the form of a code"),
+                ("x.lang.txt", text.replace("nb", "nb-xx").encode(), "xx is no region of ISO 3166"),
+                ("x.lang.txt", text.replace("nb", "sr-Latn-RS").encode(), ""),
+                ("nb.lang.txt", text.replace("j", r"\x7F").encode(), r"the character \x7F in it"),
+                ("nb.lang.txt~", text.encode(), "never read"), ("nb.lang.txt.bak", text.encode(), "never read"),
+                (".nb.lang.txt.swp", b"", ""),
                 ("x.lang.txt", text.replace("nb", "zh-Hant").encode(), "")):
             with self.subTest(name=name, content=content):
                 self.write(name, content)
@@ -120,27 +135,47 @@ class FilesTest(InterlangTest):
         self.assertIn("nb2.lang.txt:3: warning: nb CXT_MENU_HELP: replaces the text of ./nb.lang.txt:3 [two-files]",
                       self.run_tool("check", "--folder", ".", code=1))
 
-    def test_writing(self):
-        text = language("de", {"A": "eins"})
+    def german_file(self):
         self.write("en.lang.txt", language("en", {"A": "one"}))
-        self.write("de.lang.txt", text)
-        os.chmod(self.work / "de.lang.txt", 0o640)
-        if os.getuid() == 0:
-            os.chown(self.work / "de.lang.txt", 12, 34)
+        self.write("de.lang.txt", language("de", {"A": "eins"}))
+        return self.work / "de.lang.txt"
+
+    def test_writing(self):
+        german = self.german_file()
         os.symlink("de.lang.txt", self.work / "link.lang.txt")
         self.write("de.lang.txt.0.new", "somebody's")
         self.run_tool("format", "--in-place", "link.lang.txt")
         self.assertTrue((self.work / "link.lang.txt").is_symlink())
-        status = (self.work / "de.lang.txt").stat()
+        self.assertIn("# one\nKEY: A\nTEXT: eins\n", self.read("de.lang.txt"))
+        self.run_tool("export", "--folder", ".", "--lang", "de", "-o", "de.po")
+        self.run_tool("export", "--folder", ".", "--lang", "de", "--to", "xliff", "-o", "de.po", "--force")
+        self.assertTrue(self.read("de.po").startswith("<?xml"))
+        self.assertEqual(self.read("de.lang.txt.0.new"), "somebody's")
+        self.assertEqual(len(list(self.work.iterdir())), 5)
+        german.chmod(0o440)
+        self.write("en.lang.txt", language("en", {"A": "two"}))
+        self.assertIn("read-only", self.run_tool("merge", "--in-place", "--folder", ".", code=2))
+
+    def test_writing_keeps_what_belongs_to_the_file(self):
+        german = self.german_file()
+        german.chmod(0o640)
+        if os.getuid() == 0:
+            os.chown(german, 12, 34)
+        os.setxattr(german, "user.note", b"Jo's")
+        self.run_tool("format", "--in-place", "de.lang.txt")
+        self.assertIn("# one\n", self.read("de.lang.txt"))
+        status = german.stat()
         self.assertEqual(status.st_mode & 0o777, 0o640)
         if os.getuid() == 0:
             self.assertEqual((status.st_uid, status.st_gid), (12, 34))
-        self.assertIn("# one\nKEY: A\nTEXT: eins\n", self.read("de.lang.txt"))
-        self.assertEqual(self.read("de.lang.txt.0.new"), "somebody's")
-        self.assertEqual(len(list(self.work.iterdir())), 4)
-        os.chmod(self.work / "de.lang.txt", 0o440)
-        self.write("en.lang.txt", language("en", {"A": "two"}))
-        self.assertIn("read-only", self.run_tool("merge", "--in-place", "--folder", ".", code=2))
+        self.assertEqual(os.getxattr(german, "user.note"), b"Jo's")
+
+    def test_writing_to_what_is_no_regular_file(self):
+        self.german_file()
+        self.assertIn('msgctxt "A"', self.run_tool("export", "--folder", ".", "--lang", "de", "-o", "/dev/stdout"))
+        os.symlink("loop", self.work / "loop")
+        self.assertIn("cannot write", self.run_tool("export", "--folder", ".", "--lang", "de", "-o", "loop", code=2))
+        self.assertTrue((self.work / "loop").is_symlink())
         os.mkfifo(self.work / "pipe")
         with subprocess.Popen(["cat", "pipe"], cwd=self.work, stdout=subprocess.PIPE) as reader:
             self.run_tool("export", "--folder", ".", "--lang", "de", "-o", "pipe")
@@ -225,7 +260,12 @@ class FilesTest(InterlangTest):
             self.assertEqual(self.read("de.lang.txt"), merged)
         self.write("en.lang.txt", language("en", {"OLD": "old again"}))
         self.assertIn("# old again\nKEY: OLD\nTEXT: alt\n\n# Obs", self.run_tool("merge", "de.lang.txt"))
-        for broken in (b"LANG: de\nKEY: A\nKEY: B", b"LANG: de\nKEY: A\nTEXT: \xFF"):
+        self.write("de.lang.txt", "LANG: de\n// eins\nKEY: A\nTEXT: 1\n// zwei\n# one\nKEY: A\nTEXT: 2\n"
+                                  "// drei\n#~ KEY: A\n#~ TEXT:\n")
+        text, errors = self.run_both("format", "de.lang.txt", code=1)
+        self.assertIn("// drei\n// eins\n// zwei\n# one\nKEY: A\nTEXT: 2\n", text)
+        self.assertIn('de.lang.txt:4: de A: left out, since line 8 replaces it: "1"', errors)
+        for broken in (b"LANG: de\nKEY: A\nKEY: B", b"LANG: de\nKEY: A\nTEXT: \xFF", b"LANG: de\nKEY: A\n#~ TEXT: x"):
             self.write("de.lang.txt", broken)
             self.assertIn("would be lost", self.run_tool("format", "de.lang.txt", "--in-place", code=2))
             self.assertEqual((self.work / "de.lang.txt").read_bytes(), broken)
@@ -242,6 +282,8 @@ class FilesTest(InterlangTest):
         self.assertEqual(self.read("fr.lang.txt"), "# Notes\n\n" + "#" * 40 + "\nLANG: fr\n" + "#" * 40 + "\n\n# Localized "
                          "language name\n#~ KEY: LANGUAGE\n#~ TEXT: \n\n# one\n#~ KEY: A\n#~ TEXT: \n\n")
         self.assertIn("already", self.run_tool("new", "fr", "--folder", ".", code=2))
+        for code in ("", "x/../y", "x\nKEY: A", "de-", "de--AT"):
+            self.assertIn("no code of a language", self.run_tool("new", code, "--folder", ".", code=2))
 
     def test_show(self):
         self.write("en.lang.txt", language("en", {"CXT_MENU_ABOUT": "A&bout %1", "CXT_MENU_WIPE_DRIVE": "R&&D &",
@@ -251,6 +293,11 @@ class FilesTest(InterlangTest):
         self.assertEqual(lines[1:3], ["R&D   (grayed)", "CXT_MENU_CLEAN_DRIVE"])
         self.assertIn("    _M_e  (grayed)", lines)
         self.assertIn("    A_b_out Nullmark", lines)
+        self.write("de.lang.txt", "LANG: de\nKEY: CXT_MENU_HELP\nTEXT: &Hilfe\nLANG: de\nx\n")
+        text, errors = self.run_both("show", "--folder", ".", "--lang", "de", code=2)
+        self.assertIn("    _H_ilfe\n", text)
+        self.assertIn("de.lang.txt:5: syntax error; what stands below is not shown", errors)
+        self.assertIn("de.lang.txt:5: syntax error", self.run_tool("export", "--folder", ".", "--lang", "de", code=2))
 
     def test_documents_made_from_the_options(self):
         man = self.run_tool("--man")
@@ -279,8 +326,8 @@ class FilesTest(InterlangTest):
         self.write("de.lang.txt", language("de", {"A": "x"}))
         self.assertIn("--reference-file", self.run_tool("check", "de.lang.txt", code=2))
         self.write("english.lang.txt", "LANG: en\nKEY: A\nTEXT: one\nKEY: B\nKEY: C")
-        for command in ("check", "stats", "format", "merge"):
-            self.assertIn("english.lang.txt:5: syntax error", self.run_tool(command, "de.lang.txt", code=2))
+        for command in (["check"], ["stats"], ["format"], ["merge"], ["show", "--lang", "de"]):
+            self.assertIn("english.lang.txt:5: syntax error", self.run_tool(*command, "de.lang.txt", code=2))
 
 
 if __name__ == "__main__":

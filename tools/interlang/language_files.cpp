@@ -29,28 +29,14 @@ std::vector<std::uint32_t> invalidLines(std::string_view bytes) {
     return lines;
 }
 
-// Whether a record of the file, one behind a syntax error included, names the language.
-bool names(const LanguageFile& file, std::u16string_view code) {
-    if (file.texts.contains(std::u16string(code)))
-        return true;
-    const std::u16string text = u'\n' + wide(file.bytes) + u'\n';
-    for (std::size_t at = text.find(u"LANG:"); at != std::u16string::npos; at = text.find(u"LANG:", at + 5)) {
-        const std::size_t start = text.find_last_of(u'\n', at) + 1;
-        const std::u16string_view line =
-            owlkit::trim(std::u16string_view(text).substr(start, text.find(u'\n', at) - start));
-        if (line.starts_with(u"LANG:") && owlkit::trim(line.substr(5)) == code)
-            return true;
-    }
-    return false;
-}
-
 bool names(const LanguageFiles& files, std::u16string_view code) {
-    return std::ranges::any_of(files.files(), [&](const LanguageFile& file) { return names(file, code); });
+    return std::ranges::any_of(files.files(),
+                               [&](const LanguageFile& file) { return namesLanguage(file, code); });
 }
 
 std::optional<Reference> referenceFrom(const LanguageFiles& files, const std::u16string& code) {
     for (const LanguageFile& file : files.files()) {
-        if (file.syntaxError && names(file, code))
+        if (file.syntaxError && namesLanguage(file, code))
             throw Failure(utf8(file.path) + ':' + std::to_string(file.syntaxError->line) +
                           ": syntax error in the reference language, with which all is compared: " +
                           file.syntaxError->message);
@@ -131,6 +117,20 @@ std::optional<Reference> findReference(const LanguageFiles& files, const std::u1
     const std::u16string beside = files.files().empty() ? owlkit::withTrailingSeparator(folder)
                                                         : owlkit::folderOf(files.files().front().path);
     return referenceFrom(LanguageFiles(languageFilesOf(beside)), code);
+}
+
+bool namesLanguage(const LanguageFile& file, std::u16string_view code) {
+    if (file.texts.contains(std::u16string(code)))
+        return true;
+    const std::u16string text = u'\n' + wide(file.bytes) + u'\n';
+    for (std::size_t at = text.find(u"LANG:"); at != std::u16string::npos; at = text.find(u"LANG:", at + 5)) {
+        const std::size_t start = text.find_last_of(u'\n', at) + 1;
+        const std::u16string_view line =
+            owlkit::trim(std::u16string_view(text).substr(start, text.find(u'\n', at) - start));
+        if (line.starts_with(u"LANG:") && owlkit::trim(line.substr(5)) == code)
+            return true;
+    }
+    return false;
 }
 
 bool isUntranslated(const Text& text, const Text& reference) {

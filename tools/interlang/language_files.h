@@ -35,6 +35,7 @@ struct ReplacedText {
     std::u16string language;
     std::uint32_t line;        // of the later text
     std::uint32_t formerLine;  // of the one that is lost
+    std::u16string former;     // that one, as written
 };
 
 struct LineFault {
@@ -55,6 +56,7 @@ struct LanguageFile {
     std::vector<std::uint32_t> invalidLines;  // those that are not UTF-8; none in a file of UTF-16
     std::vector<LineFault> oddContinuations;  // lines that continue a text and were hardly meant to
     std::vector<LineFault> commentedTexts;    // texts in entries that are commented out
+    std::vector<LineFault> lonelyKeys;        // KEY: records without a text
 };
 
 // The paths of the folder's language files, in ascending order; `folder` is empty or ends in a separator.
@@ -96,6 +98,9 @@ struct Reference {
 // Failure when a file that names the language has a syntax error.
 std::optional<Reference> findReference(const LanguageFiles& files, const std::u16string& code,
                                        const std::u16string& file, const std::u16string& folder);
+
+// Whether a record of the file, one behind a syntax error included, names the language.
+bool namesLanguage(const LanguageFile& file, std::u16string_view code);
 
 // Whether the text still has to be translated: it is empty without a mark, and the reference's is not.
 bool isUntranslated(const Text& text, const Text& reference);

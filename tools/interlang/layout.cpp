@@ -164,11 +164,23 @@ void requireWhole(const LanguageFile& file) {
     if (file.syntaxError)
         throw Failure(utf8(file.path) + ':' + std::to_string(file.syntaxError->line) + ": syntax error: " +
                       file.syntaxError->message + "; the rest of the file would be lost");
+    if (!file.lonelyKeys.empty())
+        throw Failure(utf8(file.path) + ':' + std::to_string(file.lonelyKeys.front().line) + ": " +
+                      file.lonelyKeys.front().message + "; it would be lost");
     if (!file.invalidLines.empty())
         throw Failure(utf8(file.path) + ':' + std::to_string(file.invalidLines.front()) +
                       ": bytes that are not UTF-8; they would be lost");
     if (file.languages.empty() && !file.bytes.empty())
         throw Failure(utf8(file.path) + ": no texts in it; nothing of it would be left");
+}
+
+std::vector<std::string> leftOut(const LanguageFile& file) {
+    std::vector<std::string> lines;
+    for (const ReplacedText& text : file.replaced)
+        lines.push_back(utf8(file.path) + ':' + std::to_string(text.formerLine) + ": " + utf8(text.language) +
+                        ' ' + utf8(text.key) + ": left out, since line " + std::to_string(text.line) +
+                        " replaces it: " + quoted(text.former));
+    return lines;
 }
 
 std::map<std::u16string, Texts> missingTexts(const LanguageFiles& files, const Reference& reference) {

@@ -13,6 +13,10 @@ namespace translators {
 // Throws Failure when the file could not be read whole, since the rest of it would be lost.
 void requireWhole(const LanguageFile& file);
 
+// The texts of the file that a later one replaces, a line for the user each: laying out leaves them out, but
+// keeps their notes.
+std::vector<std::string> leftOut(const LanguageFile& file);
+
 // A whole file: its opening comment, then each of its languages, keys that the reference does not have in a
 // section of their own at the end, then its closing comment. Above each text stand its notes and the
 // reference text that it was translated from; that is the reference's own where the file does not tell. Empty

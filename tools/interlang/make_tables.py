@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Writes the tables of this folder that come from elsewhere: letter_case_table.inc from Unicode's character data as
-Python has it, and language_codes.inc from the package iso-codes: make_tables.py"""
+Python has it, language_codes.inc and region_codes.inc from the package iso-codes: make_tables.py"""
 import json
 import pathlib
 import unicodedata
 
 FOLDER = pathlib.Path(__file__).resolve().parent
 ISO_639 = pathlib.Path("/usr/share/iso-codes/json/iso_639-2.json")
+ISO_3166 = pathlib.Path("/usr/share/iso-codes/json/iso_3166-1.json")
 WIDTH = 110
 
 
@@ -56,6 +57,10 @@ def main():
           ["ISO 639-2, each code with that of ISO 639-1 behind it, which Windows reports instead: iso_639-2.json of Debian's",
            "package iso-codes 4.15. Written by make_tables.py."],
           [f'u"{code}"' for code in codes])
+    regions = json.loads(ISO_3166.read_text(encoding="utf-8"))["3166-1"]
+    write("region_codes.inc",
+          ["ISO 3166-1, the codes of two letters: iso_3166-1.json of Debian's package iso-codes 4.15. Written by make_tables.py."],
+          [f'u"{code}"' for code in sorted(region["alpha_2"] for region in regions)])
 
 
 if __name__ == "__main__":

@@ -67,6 +67,16 @@ std::string noteOf(std::string_view comment) {
     return std::string(comment.substr(comment.starts_with("# //") ? 2 : 0));
 }
 
+// Whether one of the words between commas is `flag`.
+bool hasFlag(std::string_view words, std::string_view flag) {
+    for (std::size_t end = words.find(','); end != std::string_view::npos; end = words.find(',')) {
+        if (owlkit::trim(words.substr(0, end)) == flag)
+            return true;
+        words.remove_prefix(end + 1);
+    }
+    return owlkit::trim(words) == flag;
+}
+
 struct Entry {
     std::optional<std::string> context, id, text;
     std::vector<std::string> notes;
@@ -116,9 +126,9 @@ class Reader {
 
     void comment(std::string_view text) {
         const bool special = text.size() > 1 && kSpecialComments.find(text[1]) != std::string_view::npos;
-        if (text.starts_with("#,") && text.find("fuzzy") != std::string_view::npos)
-            entry_.fuzzy = true;
-        else if (owlkit::trim(text.substr(special ? 2 : 1)) == kEmptyComment)
+        if (text.starts_with("#,"))
+            entry_.fuzzy |= hasFlag(text.substr(2), "fuzzy");
+        else if (!special && owlkit::trim(text.substr(1)) == kEmptyComment)
             entry_.empty = true;
         else if (!special)
             entry_.notes.push_back(noteOf(text));

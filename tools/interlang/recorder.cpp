@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <utility>
 
 #include "foundation/text/text.h"
@@ -35,6 +36,17 @@ std::u16string_view likelyRecord(std::u16string_view line) {
 
 std::string lineName(std::uint32_t line) {
     return "line " + std::to_string(line);
+}
+
+// What is noted about a text that goes belongs to the one that takes its place.
+void keepNotes(const Text& former, Text& text) {
+    std::vector<std::u16string> notes = text.notes;
+    const auto isNew = [&](const std::u16string& note) {
+        return std::ranges::find(notes, note) == notes.end();
+    };
+    text.notes.clear();
+    std::ranges::copy_if(former.notes, std::back_inserter(text.notes), isNew);
+    std::ranges::move(notes, std::back_inserter(text.notes));
 }
 
 }  // namespace
@@ -82,14 +94,20 @@ bool Recorder::untranslated(std::u16string_view content) {
         entry.line = commentedKey_ = number_;
         takeComments(std::exchange(pending_, {}), name, entry);
         addLanguage(language_.content);
-        untranslated_ = &file_.untranslated[language_.content].insert_or_assign(name, entry).first->second;
+        Text& place = file_.untranslated[language_.content][name];
+        keepNotes(place, entry);
+        place = std::move(entry);
+        untranslated_ = &place;
         return true;
     }
     if (!record.starts_with(kRecords[2]))
         return false;
     commentedText_ = number_;
-    if (untranslated_ == nullptr || commentedKey_ < key_.line)
+    if (untranslated_ == nullptr || commentedKey_ < key_.line) {
+        if (halfText_ < key_.line)
+            halfText_ = number_;
         return false;
+    }
     untranslated_->written = owlkit::trim(record.substr(kRecords[2].size()));
     if (!untranslated_->written.empty())
         file_.commentedTexts.push_back({number_, "the text is not in use; take away the #~ of both lines"});
@@ -98,16 +116,25 @@ bool Recorder::untranslated(std::u16string_view content) {
 
 void Recorder::key(std::u16string_view content) {
     if (!content.empty() && !keyPending_) {
+        leaveKey();
         key_ = {number_, std::u16string(content)};
-        keyPending_ = true;
+        keyPending_ = keyIsLonely_ = true;
     }
     commentsOfKey_ = {};
     takeComments(std::exchange(pending_, {}), content, commentsOfKey_);
     interrupted_ = false;
 }
 
+void Recorder::leaveKey() {
+    if (keyIsLonely_)
+        file_.lonelyKeys.push_back(
+            {key_.line,
+             "no text for this key" +
+                 (halfText_ > key_.line ? "; " + lineName(halfText_) + " still begins with #~" : "")});
+}
+
 void Recorder::text() {
-    keyPending_ = false;
+    keyPending_ = keyIsLonely_ = false;
     Text comments = std::exchange(commentsOfKey_, {});
     Text between;
     takeComments(std::exchange(pending_, {}), key_.content, between);
@@ -145,8 +172,11 @@ void Recorder::stored(const owlkit::StoredText& stored) {
     text.file = index_;
     text.line = stored.line;
     const auto [place, isNew] = file_.texts[language].try_emplace(std::u16string(stored.key));
-    if (!isNew)
-        file_.replaced.push_back({place->first, language, stored.line, place->second.line});
+    if (!isNew) {
+        file_.replaced.push_back(
+            {place->first, language, stored.line, place->second.line, place->second.written});
+        keepNotes(place->second, text);
+    }
     place->second = std::move(text);
 }
 
@@ -183,10 +213,19 @@ void Recorder::failed(SyntaxRule rule) {
 }
 
 void Recorder::end() {
+    leaveKey();
     file_.closing = withoutLayout(pending_);
     for (auto& [language, entries] : file_.untranslated) {
-        if (const auto texts = file_.texts.find(language); texts != file_.texts.end())
-            std::erase_if(entries, [&](const auto& entry) { return texts->second.contains(entry.first); });
+        const auto texts = file_.texts.find(language);
+        if (texts == file_.texts.end())
+            continue;
+        std::erase_if(entries, [&](const auto& entry) {
+            const auto text = texts->second.find(entry.first);
+            const bool isThere = text != texts->second.end();
+            if (isThere)
+                keepNotes(entry.second, text->second);
+            return isThere;
+        });
     }
 }
 

@@ -26,6 +26,7 @@ class Recorder final : public owlkit::ReadObserver {
     void comment(std::u16string_view content);
     bool untranslated(std::u16string_view content);
     void key(std::u16string_view content);
+    void leaveKey();
     void text();
     void continuation(std::u16string_view content);
     void addLanguage(const std::u16string& language);
@@ -39,10 +40,12 @@ class Recorder final : public owlkit::ReadObserver {
     bool interrupted_ = false;             // a blank or comment line since the last record or continuation
     std::vector<std::u16string> pending_;  // comments and blank lines since the last text
     bool keyPending_ = false;              // neither a text nor a language since the last key
+    bool keyIsLonely_ = false;             // no text since the last key
     Record key_, text_, language_;         // the last of each
     Record likelyRecord_;             // the last line that looks like a misspelled record, and its meaning
     std::uint32_t commentedKey_ = 0;  // lines of the last "#~ KEY:" and "#~ TEXT:"
     std::uint32_t commentedText_ = 0;
+    std::uint32_t halfText_ = 0;    // that of the first "#~ TEXT:" below the last "KEY:"
     Text* untranslated_ = nullptr;  // that the last "#~ KEY:" began
     Text commentsOfKey_;
     std::map<std::uint32_t, Text> comments_;  // of the TEXT: record in this line

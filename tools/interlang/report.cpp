@@ -25,7 +25,7 @@ std::string line(const Finding& finding) {
         text += utf8(finding.path) + ':' + std::to_string(finding.line) + ": ";
     text.append(severity(finding.check)).append(": ");
     if (!finding.key.empty())
-        text += utf8(finding.language) + ' ' + utf8(finding.key) + ": ";
+        text += utf8(printable(finding.language)) + ' ' + utf8(printable(finding.key)) + ": ";
     return text + finding.message + " [" + kindOf(finding.check).name + "]\n";
 }
 

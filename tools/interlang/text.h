@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/text/number.h"
 #include "lang/escapes.h"
 #include "tools/common/text.h"
 
@@ -26,9 +27,20 @@ inline std::u16string decoded(std::u16string_view written) {
     return text;
 }
 
-// For messages: quoted, on one line, control characters as escapes.
+// For messages and the terminal: on one line, control characters as escapes.
+inline std::u16string printable(std::u16string_view text) {
+    std::u16string result;
+    for (const char16_t unit : owlkit::encodeEscapes(text)) {
+        if (unit >= 32 && (unit < 0x7F || unit > 0x9F))
+            result += unit;
+        else
+            result += u"\\x" + owlkit::formatNumber<char16_t>(unit, owlkit::NumberFormat::UpperHex, 2);
+    }
+    return result;
+}
+
 inline std::string quoted(std::u16string_view text) {
-    return '"' + utf8(owlkit::encodeEscapes(text)) + '"';
+    return '"' + utf8(printable(text)) + '"';
 }
 
 }  // namespace translators

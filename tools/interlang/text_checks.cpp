@@ -34,14 +34,25 @@ bool isAlphanumeric(char16_t unit) {
     return (unit >= u'0' && unit <= u'9') || (unit < 128 && isLetter(unit));
 }
 
+// The length of what begins with '%' at `at`, such as %s, %3 and %-5d; 0 where it is a plain character, as in
+// "50 % of" and "50%-os".
+std::size_t percentLength(std::u16string_view text, std::size_t at) {
+    if (at + 1 < text.size() && isAlphanumeric(text[at + 1]))
+        return 2;
+    const std::size_t width = std::min(text.find_first_not_of(u"+-#.", at + 1), text.size());
+    const std::size_t letter = std::min(text.find_first_not_of(u"0123456789.", width), text.size());
+    return letter == text.size() || letter == width || !isAlphanumeric(text[letter]) ? 0 : letter + 1 - at;
+}
+
 // What formatting functions would replace, but nothing here does: %3, %s, {0}.
 std::vector<std::u16string_view> unknownPlaceholders(std::u16string_view text) {
     std::vector<std::u16string_view> found;
     for (std::size_t at = 0; at + 1 < text.size(); ++at) {
         const std::size_t end = text.find(u'}', at);
-        if (text[at] == u'%' && isAlphanumeric(text[at + 1]) &&
-            std::ranges::find(kPlaceholders, text.substr(at, 2)) == std::end(kPlaceholders))
-            found.push_back(text.substr(at, 2));
+        const std::size_t length = text[at] == u'%' ? percentLength(text, at) : 0;
+        if (length != 0 &&
+            std::ranges::find(kPlaceholders, text.substr(at, length)) == std::end(kPlaceholders))
+            found.push_back(text.substr(at, length));
         else if (text[at] == u'{' && end != std::u16string_view::npos && end > at + 1 &&
                  std::ranges::all_of(text.substr(at + 1, end - at - 1), isAlphanumeric))
             found.push_back(text.substr(at, end - at + 1));
@@ -102,8 +113,8 @@ std::string controlFault(std::u16string_view text, std::u16string_view reference
             isolates -= isolates > 0;
         const bool isOverride = unit == 0x202D || unit == 0x202E;
         if ((isInvisible(unit) || isOverride) && reference.find(unit) == std::u16string_view::npos)
-            return "the character " + utf8(owlkit::encodeEscapes({&unit, 1}, owlkit::EscapeMode::Ascii)) +
-                   " in it";
+            return "the character " +
+                   utf8(owlkit::encodeEscapes(printable({&unit, 1}), owlkit::EscapeMode::Ascii)) + " in it";
     }
     return embeddings + isolates == 0 ? "" : "the direction of the text is set and not set back";
 }

@@ -30,9 +30,9 @@ const XmlNode* child(const XmlNode& element, std::string_view name) {
     return nullptr;
 }
 
-// The text of an element, without the blanks around it, which are never written as they are. Programs may
-// wrap it, whole or in segments, in "mrk" elements. Each line break counts as one line feed.
-std::string elementText(const XmlNode& element, const std::string& key) {
+// What an element holds. Programs may wrap it, whole or in segments, in "mrk" elements; the blanks between
+// two of those are one.
+std::string content(const XmlNode& element, const std::string& key) {
     std::string own, wrapped;
     bool hasElements = false;
     for (const XmlNode* node = element.first_node(); node != nullptr; node = node->next_sibling()) {
@@ -40,16 +40,24 @@ std::string elementText(const XmlNode& element, const std::string& key) {
             own += valueOf(*node);
             continue;
         }
-        hasElements = true;
         if (nameOf(*node) != "mrk")
             throw Failure("elements within a text cannot be taken: " + key);
-        wrapped += elementText(*node, key);
+        const std::string segment = content(*node, key);
+        const bool apart =
+            hasElements && followsBlank(*node) && !wrapped.ends_with(' ') && !segment.starts_with(' ');
+        wrapped += (apart ? " " : "") + segment;
+        hasElements = true;
     }
-    const std::string text(owlkit::trim(std::string_view(own)));
-    if (hasElements && !text.empty())
+    if (hasElements && !owlkit::trim(std::string_view(own)).empty())
         throw Failure("elements within a text cannot be taken: " + key);
-    const std::string lines = owlkit::replaceAll(hasElements ? wrapped : text, "\r\n", "\n");
-    return owlkit::replaceAll(lines, "\r", "\n");
+    return hasElements ? wrapped : own;
+}
+
+// The text of an element, without the blanks around it, which are never written as they are. Each line break
+// counts as one line feed.
+std::string elementText(const XmlNode& element, const std::string& key) {
+    const std::string text(owlkit::trim(std::string_view(content(element, key))));
+    return owlkit::replaceAll(owlkit::replaceAll(text, "\r\n", "\n"), "\r", "\n");
 }
 
 // Whether a translator still has to look at a target in this state.
@@ -69,7 +77,7 @@ Unit toUnit(const XmlNode& element) {
     if (const XmlNode* target = child(element, "target")) {
         std::string text = elementText(*target, unit.key);
         const std::string state = attribute(*target, "state");
-        unit.fuzzy = isUnfinished(state);
+        unit.fuzzy = isUnfinished(state) || (state.empty() && attribute(element, "approved") == "no");
         if (!text.empty() || std::ranges::find(kFinalStates, state) != std::end(kFinalStates))
             unit.target = std::move(text);
     }

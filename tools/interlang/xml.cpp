@@ -1,6 +1,8 @@
 #include "tools/interlang/xml.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 
 #include "foundation/text/text.h"
 #include "tools/interlang/text.h"
@@ -47,17 +49,43 @@ std::size_t endOfTag(std::string_view text, std::size_t at) {
     fail(text, at, "a tag without its end");
 }
 
+// Whether a reference, such as "#x41;" or "amp;", stands for a character that XML allows.
+bool isReference(std::string_view rest) {
+    constexpr std::string_view kNames[] = {"amp;", "lt;", "gt;", "quot;", "apos;"};
+    if (!rest.starts_with('#'))
+        return std::ranges::any_of(kNames, [&](std::string_view name) { return rest.starts_with(name); });
+    const bool isHex = rest.substr(1).starts_with('x');
+    rest.remove_prefix(isHex ? 2 : 1);
+    std::uint32_t code = 0;
+    const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), code, isHex ? 16 : 10);
+    const auto length = static_cast<std::size_t>(end - rest.data());
+    const bool isCharacter =
+        code >= 32 ? code < 0xD800 || (code > 0xDFFF && code <= 0x10FFFF && code != 0xFFFE && code != 0xFFFF)
+                   : code == '\t' || code == '\n' || code == '\r';
+    return error == std::errc() && rest.substr(length).starts_with(';') && isCharacter;
+}
+
+// The parser would take what it does not know as plain text.
+void checkReferences(std::string_view text, std::size_t from, std::size_t to) {
+    for (std::size_t at = text.find('&', from); at < to; at = text.find('&', at + 1)) {
+        if (!isReference(text.substr(at + 1)))
+            fail(text, at, "a reference to what is no character");
+    }
+}
+
 bool isDeclaration(std::string_view text) {
     return owlkit::toLowerAscii(text.substr(0, 5)) == "<?xml" && text.size() > 5 && isBlank(text[5]);
 }
 
-void checkNesting(std::string_view text) {
+void checkMarkup(std::string_view text) {
     const auto behind = [&](std::string_view end, std::size_t from) {
         return std::min(text.find(end, from), text.size() - end.size()) + end.size();
     };
     std::size_t depth = 0;
-    for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
+    for (std::size_t at = text.find('<'), last = 0; at != std::string_view::npos; at = text.find('<', last)) {
+        const std::size_t start = at;
         const std::string_view rest = text.substr(at);
+        checkReferences(text, last, start);
         if (rest.starts_with("<!--")) {
             at = behind("-->", at + 4);
         } else if (rest.starts_with("<![CDATA[")) {
@@ -70,11 +98,13 @@ void checkNesting(std::string_view text) {
             fail(text, at, "a document type cannot be taken");
         } else {
             at = endOfTag(text, at);
+            checkReferences(text, start, at);
             if (rest.starts_with("</"))
                 depth -= depth > 0 ? 1 : 0;
             else if (text[at - 2] != '/' && ++depth > kDepthLimit)
                 fail(text, at, "elements nested more than " + std::to_string(kDepthLimit) + " deep");
         }
+        last = at;
     }
 }
 
@@ -107,9 +137,11 @@ XmlDocument::XmlDocument(std::string text) : text_(std::move(text)) {
     const std::string original = text_;
     if (!isUtf8(original))
         throw Failure("bytes that are not UTF-8");
-    if (const std::size_t zero = original.find('\0'); zero != std::string::npos)
-        fail(original, zero, "a zero character");
-    checkNesting(original);
+    const auto control = std::ranges::find_if(
+        original, [](char unit) { return static_cast<unsigned char>(unit) < 32 && !isBlank(unit); });
+    if (control != original.end())
+        fail(original, static_cast<std::size_t>(control - original.begin()), "a control character");
+    checkMarkup(original);
     try {
         document_.parse<rapidxml::parse_validate_closing_tags | rapidxml::parse_declaration_node>(
             text_.data());
@@ -117,8 +149,11 @@ XmlDocument::XmlDocument(std::string text) : text_(std::move(text)) {
         fail(original, static_cast<std::size_t>(error.where<char>() - text_.data()), error.what());
     }
     for (const XmlNode* node = document_.first_node(); node != nullptr; node = node->next_sibling()) {
-        if (root_ == nullptr && node->type() == rapidxml::node_element)
-            root_ = node;
+        if (node->type() != rapidxml::node_element)
+            continue;
+        if (root_ != nullptr)
+            throw Failure("a second element beside the outermost one");
+        root_ = node;
     }
     if (root_ == nullptr)
         throw Failure("no element in it");
@@ -136,11 +171,12 @@ std::string_view localName(const XmlNode& element, bool (*accepted)(std::string_
 }
 
 std::string valueOf(const rapidxml::xml_base<char>& node) {
-    std::string value(node.value(), node.value_size());
-    if (!isUtf8(value) || value.find('\0') != std::string::npos)
-        throw Failure("a reference to what is no character, in: " +
-                      utf8(owlkit::encodeEscapes(wide(value), owlkit::EscapeMode::Ascii)));
-    return value;
+    return {node.value(), node.value_size()};
+}
+
+// The parser leaves what stands before a tag as it was, and makes no node of blanks alone.
+bool followsBlank(const XmlNode& element) {
+    return isBlank(element.name()[-2]);
 }
 
 std::string attribute(const XmlNode& element, const char* name) {

@@ -2,6 +2,8 @@
 // refused beforehand.
 #pragma once
 
+// RapidXML because it is headers alone, which the cross build takes as they are; of the libraries that read
+// XML without recursion Debian has no source that it could build in.
 #include <rapidxml/rapidxml.hpp>
 #include <string>
 #include <string_view>
@@ -13,7 +15,7 @@ using XmlNode = rapidxml::xml_node<char>;
 class XmlDocument {
   public:
     // UTF-8. Throws Failure, with the line, for what is not well-formed, nested too deeply, has a document
-    // type, or says that it is in another charset.
+    // type, an entity of its own or several roots, or says that it is in another charset.
     explicit XmlDocument(std::string text);
 
     const XmlNode& root() const { return *root_; }
@@ -27,8 +29,10 @@ class XmlDocument {
 // The name without its prefix; empty where the element belongs to another namespace than `accepted` says.
 std::string_view localName(const XmlNode& element, bool (*accepted)(std::string_view namespaceName));
 
-// The value of an attribute or a piece of text. Throws Failure where a reference stands for zero or a
-// surrogate.
+// Whether there are blanks before the element's tag.
+bool followsBlank(const XmlNode& element);
+
+// The value of an attribute or a piece of text.
 std::string valueOf(const rapidxml::xml_base<char>& node);
 
 // The attribute's value, or an empty one.

@@ -63,7 +63,13 @@ class SetupTest(WineTest):
             for text in (finished.stderr, log.read_text(encoding="utf-8").splitlines()[-1]):
                 self.assertIn(reason, text)
         self.assertEqual(self.registry() ^ before, set())
-        self.assertEqual(self.wine("nmshell-setup.exe", "explode").returncode, 2)
+        usage = self.wine("nmshell-setup.exe", "registre")
+        self.assertEqual((usage.returncode, "(did you mean register?)" in usage.stderr), (2, True), usage.stderr)
+        self.assertRegex(self.wine("nmshell-setup.exe", "--version").stdout, r"^nmshell-setup \d+\.\d+\.\d+\n$")
+        log.unlink()
+        status = self.wine("nmshell-setup.exe", "--log", windows_path(log), "status")
+        self.assertEqual((status.returncode, status.stdout), (1, log.read_text(encoding="utf-8")))
+        self.assertEqual(self.wine("nmshell-setup.exe", "--log", "Z:\\dev\\full", "status").returncode, 5)
         self.assertEqual(self.wine("nmshell-setup.exe", "register", "--log", "Z:\\no\\log").returncode, 5)
 
     def test_status_tells_whether_and_how_the_menu_appears(self):

@@ -1,15 +1,14 @@
 // nmshell-setup: enters the extension in the machine's registry, takes it out again, or tells what is there.
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstdio>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include "foundation/process/folders.h"
 #include "foundation/stream/file_stream.h"
-#include "platform/command_line.h"
 #include "platform/terminal.h"
 #include "tools/common/text.h"
+#include "tools/options/options.h"
 #include "tools/setup/status.h"
 #include "tools/setup/steps.h"
 
@@ -27,7 +26,8 @@ constexpr const char* kExitCodes =
 class Terminal final : public Messages {
   public:
     void tell(const std::string& text) override {
-        std::printf("%s\n", text.c_str());
+        const bool printed = std::printf("%s\n", text.c_str()) >= 0 && std::fflush(stdout) == 0;
+        printed_ = printed_ && printed;
         log(text);
     }
     void complain(const std::string& text) override {
@@ -39,13 +39,19 @@ class Terminal final : public Messages {
     // Appends to `path` from now on.
     bool logTo(const std::u16string& path) { return log_.open(path, owlkit::kAppendWrite); }
 
+    bool wasLogged() const { return logged_; }
+    // In the log or, where there is none, on standard output, which a program without a console has not.
+    bool wasTold() const { return log_.isWritable() ? logged_ : printed_; }
+
   private:
     void log(const std::string& text) {
         const std::string line = text + "\n";
-        if (log_.isWritable())
-            log_.write(line.data(), line.size());
+        if (log_.isWritable() && log_.write(line.data(), line.size()) != line.size())
+            logged_ = false;
     }
 
+    bool printed_ = true;
+    bool logged_ = true;
     owlkit::FileStream log_;
 };
 
@@ -59,7 +65,6 @@ std::u16string ownFolder() {
 class Program {
   public:
     Program() {
-        app_.set_version_flag("--version", NMSHELL_VERSION);
         app_.require_subcommand(1);
         app_.add_option("--log", log_, "add what is printed to this file, too")->type_name("FILE");
         app_.footer(kExitCodes);
@@ -79,20 +84,17 @@ class Program {
     }
 
     int run() {
-        std::vector<std::string> items;
-        for (const std::u16string& item : platform::commandLineItems())
-            items.push_back(tools::utf8(item));
-        std::reverse(items.begin(), items.end());  // the parser takes them off the end
-        try {
-            app_.parse(items);
-        } catch (const CLI::ParseError& error) {
-            return app_.exit(error) == 0 ? kDone : kWrongUsage;
-        }
+        if (const std::optional<int> code = options::parse(app_))
+            return *code;
         if (!log_.empty() && !terminal_.logTo(tools::wide(log_))) {
             terminal_.complain("cannot write to " + log_ + ". Nothing was changed.");
             return kFailed;
         }
-        return step_();
+        const Result result = step_();
+        if (terminal_.wasLogged())
+            return result;
+        terminal_.complain("not all of this could be written to " + log_);
+        return result == kDone ? kFailed : result;
     }
 
   private:
@@ -106,8 +108,13 @@ class Program {
 
     Result printStatus() {
         const Status status = takeStatus(ownFolder() + u"nmshell.dll");
-        const std::string text = json_ ? toJson(status) : toText(status);
-        std::fwrite(text.data(), 1, text.size(), stdout);
+        std::string text = json_ ? toJson(status) : toText(status);
+        text.pop_back();  // the last line feed
+        terminal_.tell(text);
+        if (!terminal_.wasTold()) {
+            terminal_.complain("the status could not be written");
+            return kFailed;
+        }
         return status.menuAppears ? kDone : kIncomplete;
     }
 

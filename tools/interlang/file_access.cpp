@@ -15,16 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kLinkLimit = 40;
 constexpr unsigned kNameLimit = 10000;
-
-// Where the chain of symbolic links ends, be there a file or not.
-fs::path withoutLinks(fs::path path) {
-    std::error_code error;
-    for (int i = 0; i < kLinkLimit && fs::is_symlink(path, error); ++i)
-        path = path.parent_path() / fs::read_symlink(path, error);
-    return path;
-}
 
 bool write(platform::FileHandle& file, const std::string& bytes) {
     for (std::size_t at = 0; at < bytes.size();) {
@@ -107,7 +98,7 @@ void writeBytes(const std::u16string& path, const std::string& bytes) {
     const bool exists = fs::exists(status);
     // A link to a pipe, such as /dev/stdout, leads to no name that could be written to instead of it.
     const bool special = exists && !fs::is_regular_file(status);
-    const std::u16string name = special ? path : withoutLinks(path).u16string();
+    const std::u16string name = special ? path : withoutLinks(path);
     if (exists && (platform::fileAttributes(name) & platform::kFileAttributeReadOnly) != 0)
         throw Failure("cannot write " + utf8(path) + ": it is read-only");
     if (special ? !writeThrough(name, bytes) : !writeBeside(name, bytes, exists))

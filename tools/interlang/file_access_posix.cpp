@@ -5,6 +5,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 #include "tools/interlang/file_access.h"
 #include "tools/interlang/text.h"
@@ -12,6 +14,9 @@
 namespace translators {
 namespace {
 
+namespace fs = std::filesystem;
+
+constexpr int kLinkLimit = 40;
 constexpr std::size_t kLimit = 65536;  // of Linux, for the list of names and for a value
 
 // Access lists are among them.
@@ -29,6 +34,14 @@ bool copyAttributes(const std::string& from, const std::string& to) {
 }
 
 }  // namespace
+
+std::u16string withoutLinks(const std::u16string& path) {
+    std::error_code error;
+    fs::path target(path);
+    for (int i = 0; i < kLinkLimit && fs::is_symlink(target, error); ++i)
+        target = target.parent_path() / fs::read_symlink(target, error);
+    return target.u16string();
+}
 
 bool replaceFile(const std::u16string& path, const std::u16string& fresh) {
     const std::string name = utf8(path), freshName = utf8(fresh);

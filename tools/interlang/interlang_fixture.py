@@ -7,7 +7,9 @@ import sys
 import tempfile
 import unittest
 
+ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = pathlib.Path(sys.argv.pop(1)).resolve()
+COMMAND = [ROOT / "scripts/wine-run.sh", PROGRAM] if PROGRAM.suffix == ".exe" else [PROGRAM]
 
 # Every kind of code unit that some format cannot hold, as language files write it.
 ODD_TEXTS = {
@@ -17,10 +19,8 @@ ODD_TEXTS = {
     "NONCHARACTERS": r"\uFEFFa\uFFFE\uFFFF\x85\u2028", "EMPTY": "", "odd key \\n <&\">": "x",
 }
 
-
-LANGS = pathlib.Path(__file__).resolve().parents[2] / "langs"
 # Complete: the program's own English texts.
-ENGLISH = dict(re.findall(r"^KEY: (.*)\nTEXT: (.*)$", next(LANGS.glob("*en.lang.txt")).read_text(encoding="utf-8"), re.M))
+ENGLISH = dict(re.findall(r"^KEY: (.*)\nTEXT: (.*)$", next(ROOT.glob("langs/*en.lang.txt")).read_text(encoding="utf-8"), re.M))
 
 
 def language(code, texts):
@@ -42,7 +42,7 @@ class InterlangTest(unittest.TestCase):
 
     def run_both(self, *arguments, code=0):
         """Standard output and error output; no code: any."""
-        finished = subprocess.run([PROGRAM, *arguments], cwd=self.work, capture_output=True, text=True, encoding="utf-8",
+        finished = subprocess.run([*COMMAND, *arguments], cwd=self.work, capture_output=True, text=True, encoding="utf-8",
                                   check=False)
         self.assertEqual(finished.returncode, finished.returncode if code is None else code, finished.stdout + finished.stderr)
         return finished.stdout, finished.stderr

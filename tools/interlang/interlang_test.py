@@ -142,10 +142,10 @@ class FilesTest(InterlangTest):
 
     def test_writing(self):
         german = self.german_file()
-        os.symlink("de.lang.txt", self.work / "link.lang.txt")
+        os.link(german, self.work / "before")
         self.write("de.lang.txt.0.new", "somebody's")
-        self.run_tool("format", "--in-place", "link.lang.txt")
-        self.assertTrue((self.work / "link.lang.txt").is_symlink())
+        self.run_tool("format", "--in-place", "de.lang.txt")
+        self.assertNotIn("# one", self.read("before"), "replaced, not overwritten")
         self.assertIn("# one\nKEY: A\nTEXT: eins\n", self.read("de.lang.txt"))
         self.run_tool("export", "--folder", ".", "--lang", "de", "-o", "de.po")
         self.run_tool("export", "--folder", ".", "--lang", "de", "--to", "xliff", "-o", "de.po", "--force")
@@ -172,6 +172,11 @@ class FilesTest(InterlangTest):
 
     def test_writing_to_what_is_no_regular_file(self):
         self.german_file()
+        os.symlink("de.lang.txt", self.work / "link.lang.txt")
+        self.run_tool("format", "--in-place", "link.lang.txt")
+        self.assertTrue((self.work / "link.lang.txt").is_symlink())
+        self.assertIn("# one\n", self.read("de.lang.txt"))
+        (self.work / "link.lang.txt").unlink()
         self.assertIn('msgctxt "A"', self.run_tool("export", "--folder", ".", "--lang", "de", "-o", "/dev/stdout"))
         os.symlink("loop", self.work / "loop")
         self.assertIn("cannot write", self.run_tool("export", "--folder", ".", "--lang", "de", "-o", "loop", code=2))

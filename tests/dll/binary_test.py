@@ -25,7 +25,7 @@ IMPORTS = {
                     "RtlCaptureContext RtlLookupFunctionEntry RtlUnwindEx RtlVirtualUnwind SetEndOfFile SetFilePointerEx "
                     "SetLastError Sleep VirtualProtect VirtualQuery WideCharToMultiByte WriteFile",
     "msvcrt.dll": "__iob_func _amsg_exit _initterm _lock _unlock abort calloc free fwrite malloc memchr memcmp memcpy "
-                  "memmove realloc strcmp strlen strncmp vfprintf",
+                  "memmove memset realloc strcmp strlen strncmp vfprintf",
     "ole32.dll": "ReleaseStgMedium",
     "shell32.dll": "SHGetFolderPathW SHQueryRecycleBinW ShellExecuteExW ShellExecuteW",
     "shlwapi.dll": "PathGetDriveNumberW",

@@ -2,7 +2,6 @@
 // machine.
 #include <benchmark/benchmark.h>
 
-#include "contextmenu/application_launcher.h"
 #include "contextmenu/dropped_paths.h"
 #include "contextmenu/menu_insertion.h"
 #include "contextmenu/menu_model.h"
@@ -12,6 +11,7 @@
 #include "platform/host/com_control.h"
 #include "platform/host/module_control.h"
 #include "platform/host/shell_control.h"
+#include "testing/handover_in_memory.h"
 
 namespace {
 
@@ -78,13 +78,12 @@ BENCHMARK(buildAndInsertMenu);
 void commandLineRoundTrip(benchmark::State& state) {
     nmshell::LaunchRequest request;
     request.data.assign(static_cast<std::size_t>(state.range(0)), u'ä');
-    std::uint32_t counter = 0;
-    nmshell::ApplicationLauncher launcher(counter);
+    test::HandoverInMemory files;
     for (auto _ : state) {
-        const std::u16string arguments = launcher.buildArguments(0, request);
+        const std::u16string arguments = nmshell::buildArguments(0, request, files);
         const std::size_t blank = arguments.find(u' ');
         nmshell::LaunchRequest again;
-        nmshell::parseArguments({arguments.substr(0, blank), arguments.substr(blank + 1)}, again);
+        nmshell::parseArguments({arguments.substr(0, blank), arguments.substr(blank + 1)}, again, files);
         benchmark::DoNotOptimize(again);
     }
     state.SetBytesProcessed(state.iterations() * state.range(0) * 2);

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "contextmenu/handover_file.h"
 #include "contextmenu/menu_facts.h"
 #include "contextmenu/menu_insertion.h"
 #include "lang/interlang.h"
@@ -22,7 +23,7 @@ struct Module {
     bool languageLoaded = false;      // every language file was read; without it no menu is shown
     std::int32_t liveObjects = 0;     // class objects and what they made
     bool recycleBinMenuLive = false;  // a Recycle Bin menu exists; while it does, no object adds anything
-    std::uint32_t handoverCounter = 0;
+    HandoverFiles handover{u".nmark"};  // of every launcher
     SystemDrive systemDrive;
     BitmapCache bitmaps;
     std::u16string folder;  // of the module, with a trailing separator

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "contextmenu/launch_request.h"
 
@@ -12,11 +14,8 @@ inline constexpr std::u16string_view kApplication = u"nmark.exe";
 
 class ApplicationLauncher {
   public:
-    // `handoverCounter` numbers the hand-over files of the process; it must outlive the launcher.
-    explicit ApplicationLauncher(std::uint32_t& handoverCounter) : handoverCounter_(handoverCounter) {}
-
-    // The extension of hand-over files, with its point; ".tmp" until it is set.
-    void setTempExtension(std::u16string extension) { tempExtension_ = std::move(extension); }
+    // `handover` takes data that is too long for the command line; it must outlive the launcher.
+    explicit ApplicationLauncher(Handover& handover) : handover_(handover) {}
 
     // The folder of the application, with a trailing separator. When none is set, the application folder of
     // the library is used.
@@ -28,16 +27,8 @@ class ApplicationLauncher {
     bool launch(void* owner, std::u16string_view executable, std::uint32_t command, bool elevate,
                 const LaunchRequest& request);
 
-    // The parameters for `command` and `request`, without the executable. Data of more than kMaxInlineData
-    // code units is written to a hand-over file; when that fails the parameters carry no data.
-    std::u16string buildArguments(std::uint32_t command, const LaunchRequest& request);
-
-    // The next hand-over file's full name.
-    std::u16string makeHandoverFileName();
-
   private:
-    std::uint32_t& handoverCounter_;
-    std::u16string tempExtension_ = u".tmp";
+    Handover& handover_;
     std::u16string moduleFolder_;
 };
 

@@ -1,11 +1,9 @@
 #include "contextmenu/dispatch.h"
 
-#include <functional>
-
 #include "contextmenu/commands.h"
-#include "contextmenu/handover_file.h"
 #include "foundation/process/folders.h"
 #include "platform/file.h"
+#include "testing/handover_in_memory.h"
 #include "testing/host.h"
 
 namespace nmshell {
@@ -19,15 +17,8 @@ class DispatchTest : public HostTest {
   protected:
     DispatchTest() { launcher_.setModuleFolder(u"C:\\App\\"); }
 
-    bool handsOver(const LaunchRequest& request) {
-        return launcher_.buildArguments(0x101, request).find(u"-tfn") != std::u16string::npos;
-    }
-    static auto filesHere() {
-        return std::distance(std::filesystem::directory_iterator("."), std::filesystem::directory_iterator());
-    }
-
-    std::uint32_t counter_ = 0;
-    ApplicationLauncher launcher_{counter_};
+    HandoverInMemory files_;
+    ApplicationLauncher launcher_{files_};
     Selection selection_{SelectionKind::Drives, 1, {u"D:\\"}};
 };
 
@@ -83,7 +74,7 @@ TEST_F(DispatchTest, StartsNothingWithoutAKnownFolder) {
     for (const std::uint32_t offset : {kWipeFiles, kAdminTrashDrive})
         EXPECT_TRUE(dispatch(offset, nullptr, selection_, launcher_));  // what fails to start is not reported
     EXPECT_TRUE(platform::shellStarts().empty());
-    EXPECT_EQ(filesHere(), 0);
+    EXPECT_EQ(files_.made, 0u);
 }
 
 TEST_F(DispatchTest, ElevatesForAVolumeThatIsClosed) {
@@ -112,102 +103,6 @@ TEST_F(DispatchTest, ElevatesForAVolumeThatIsClosed) {
     EXPECT_TRUE(asked.share == 3);
     EXPECT_TRUE(asked.creation == platform::kOpenExisting);
     EXPECT_TRUE(asked.attributes == 0);
-}
-
-// A file with a part of the paths would be a smaller selection, and one that nobody is told of keeps names.
-TEST_F(DispatchTest, LeavesNoHandoverFileThatIsNotWhole) {
-    const LaunchRequest request{0x101, std::u16string(600, u'd'), {}, {}, false};
-    for (const std::uint32_t bytes : {0u, 1u, 599u, 600u}) {
-        platform::limitWrites(bytes);
-        EXPECT_EQ(handsOver(request), bytes == 600) << bytes;
-        EXPECT_EQ(filesHere(), bytes == 600 ? 1 : 0) << bytes;
-    }
-    std::filesystem::remove(platform::lastCreateFile().path);
-    platform::limitWrites({});
-    for (const char* const operation : {"CreateFileW", "GetFileSizeEx", "WriteFile"}) {
-        fault::arm(operation, 1, platform::kErrorDiskFull);
-        EXPECT_EQ(launcher_.buildArguments(0x101, request), u"-cmd 101 ");
-        EXPECT_TRUE(fault::fired()) << operation;
-        EXPECT_EQ(filesHere(), 0) << operation;
-    }
-}
-
-// The name can be known before: what was laid there must not lead the paths, or the emptying, elsewhere.
-TEST_F(DispatchTest, WritesTheHandoverFileInPlaceOfWhatWasLaidThere) {
-    const LaunchRequest request{0x101, std::u16string(600, u'd'), {}, {}, false};
-    const std::string name = platform::toHostName(folder()) + "tfn_db710640.tmp";
-    const struct {
-        const char* what;
-        std::function<void()> lay;
-        bool handedOver;
-    } kCases[] = {
-        {"a link", [&] { std::filesystem::create_symlink("kept", name); }, true},
-        {"a second name", [&] { std::filesystem::create_hard_link("kept", name); }, true},
-        {"a link to nothing", [&] { std::filesystem::create_symlink("gone", name); }, true},
-        {"an old file", [&] { makeFile(name.c_str(), "old"); }, true},
-        {"a folder", [&] { std::filesystem::create_directory(name); }, false},
-        {"a link to a folder", [&] { std::filesystem::create_symlink(".", name); }, false},
-        {"a read-only file",
-         [&] {
-             makeFile(name.c_str(), "old");
-             std::filesystem::permissions(name, std::filesystem::perms::owner_read);
-         },
-         false},
-        {"a link to nothing that cannot be deleted",
-         [&] {
-             std::filesystem::create_symlink("gone", name);
-             fault::arm("DeleteFileW", 1, platform::kErrorAccessDenied);
-         },
-         false},
-        {"a link that cannot be deleted",
-         [&] {
-             std::filesystem::create_symlink("kept", name);
-             fault::arm("DeleteFileW", 1, platform::kErrorAccessDenied);
-         },
-         false},
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.what);
-        makeFile("kept", "kept");
-        c.lay();
-        counter_ = 0;
-        EXPECT_EQ(handsOver(request), c.handedOver);
-        EXPECT_EQ(std::filesystem::file_size("kept"), 4u);
-        EXPECT_FALSE(std::filesystem::exists("gone"));
-        if (c.handedOver) {
-            EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(name)));
-            EXPECT_EQ(std::filesystem::file_size(name), 600u);
-        }
-        std::filesystem::remove(name);
-    }
-}
-
-TEST_F(DispatchTest, GoesAheadWithoutDataThatCannotBeWritten) {
-    LaunchRequest request{0x101, std::u16string(513, u'd'), {}, {}, false};
-    std::u16string escaped = folder();
-    escaped.replace(escaped.find(u' '), 1, u"%20");
-    const std::tuple<const char*, std::u16string, std::u16string> kCases[] = {
-        {"none", u"", u"-cmd 101 -tfn " + escaped + u"tfn_db710640.tmp"},
-        {"CreateFileW", u"", u"-cmd 101 "},
-        {"WriteFile", u"", u"-cmd 101 "},
-        {"CreateFileW", u"a b", u"-cmd 101  -p a%20b"},
-        {"GetTempPathW", u"", u"-cmd 101 -tfn tfn_925312c0.tmp"},        // no folder at all
-        {"GetFileAttributesW", u"", u"-cmd 101 -tfn tfn_800b95e0.tmp"},  // one that does not exist
-    };
-    for (const auto& [operation, path, parameters] : kCases) {
-        request.path = path;
-        fault::arm(operation, 1, platform::kErrorAccessDenied);
-        EXPECT_EQ(launcher_.buildArguments(0x101, request), parameters) << operation;
-    }
-    const std::u16string name = escaped + u"tfn_db710640.tmp";
-    LaunchRequest back;
-    parseArguments({u"-tfn", name}, back);
-    EXPECT_EQ(back.data, request.data);
-    ASSERT_TRUE(writeHandoverFile(folder() + u"tfn_db710640.tmp", request.data));
-    fault::arm("ReadFile", 1, platform::kErrorAccessDenied, true);
-    parseArguments({u"-tfn", name}, back);
-    EXPECT_EQ(back.data, u"");
-    fault::disarm();
 }
 
 }  // namespace

@@ -7,6 +7,9 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
+
+#include "contextmenu/launch_request.h"
 
 namespace nmshell {
 
@@ -20,10 +23,27 @@ std::u16string handoverFileName(std::uint32_t counter, std::u16string_view exten
 // Writes `data` to a new file, in place of the file or link that has the name; what cannot be deleted is left
 // as it is. False, or an exception, when not all of it could be written; then there is no file of that name
 // unless it could not be deleted.
-bool writeHandoverFile(const std::u16string& name, std::u16string_view data);
+[[nodiscard]] bool writeHandoverFile(const std::u16string& name, std::u16string_view data);
 
 // The text of the file, of which at most kMaxHandoverBytes are read; the file is then deleted. Empty when it
 // cannot be opened, and then it is left alone.
 std::u16string readHandoverFile(const std::u16string& name);
+
+// The files of one process, numbered from 1.
+class HandoverFiles final : public Handover {
+  public:
+    // `extension` is that of the names, with its point.
+    explicit HandoverFiles(std::u16string extension = u".tmp") : extension_(std::move(extension)) {}
+
+    std::u16string makeHandoverFileName() override { return handoverFileName(++counter_, extension_); }
+    [[nodiscard]] bool put(const std::u16string& name, std::u16string_view data) override {
+        return writeHandoverFile(name, data);
+    }
+    std::u16string take(const std::u16string& name) override { return readHandoverFile(name); }
+
+  private:
+    std::u16string extension_;
+    std::uint32_t counter_ = 0;
+};
 
 }  // namespace nmshell

@@ -1,8 +1,10 @@
 #include "contextmenu/launch_request.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
+#include <utility>
 
-#include "contextmenu/handover_file.h"
 #include "foundation/codec/base64.h"
 #include "foundation/stream/memory_stream.h"
 #include "foundation/text/number.h"
@@ -38,7 +40,109 @@ std::uint32_t parseCommand(std::u16string_view text) {
     return consumed != 0 && consumed != owlkit::kParseOverflow ? static_cast<std::uint32_t>(value) : 0;
 }
 
+// A path or file name as one command-line item. A text that holds the escape already does not come back.
+std::u16string escapeSpaces(std::u16string_view text) {
+    return owlkit::replaceAll(text, u" ", kEscapedSpace);
+}
+
+std::u16string unescapeSpaces(std::u16string_view text) {
+    return owlkit::replaceAll(text, kEscapedSpace, u" ");
+}
+
+// What goes out: a request, its command, and the hand-over file that its data is in.
+struct Outgoing {
+    std::uint32_t command;
+    const LaunchRequest& request;
+    std::u16string_view file;  // empty: none could be written
+};
+
+struct Argument {
+    std::u16string_view keyword;  // written and compared exactly
+    bool (*isDue)(const LaunchRequest& request, std::uint32_t command);
+    std::u16string (*value)(const Outgoing& outgoing);  // as one item; empty: there is none after all
+    // Takes the value over. True when the scan goes on behind it; at it, where it is simply no keyword,
+    // otherwise.
+    bool (*read)(std::u16string_view value, LaunchRequest& request, Handover& handover);
+};
+
+// In the order in which they are written.
+constexpr Argument kArguments[] = {
+    {u"-cmd", [](const LaunchRequest&, std::uint32_t command) { return command != 0; },
+     [](const Outgoing& outgoing) {
+         return owlkit::formatNumber<char16_t>(outgoing.command, owlkit::NumberFormat::LowerHex);
+     },
+     [](std::u16string_view value, LaunchRequest& request, Handover&) {
+         const bool isFirst = request.command == 0;  // a second one is no keyword
+         if (isFirst)
+             request.command = parseCommand(value);
+         return isFirst;
+     }},
+    {u"-cent", [](const LaunchRequest& request, std::uint32_t) { return request.cursorValid; },
+     [](const Outgoing& outgoing) { return encodeCursor(outgoing.request.cursor); },
+     [](std::u16string_view value, LaunchRequest& request, Handover&) {
+         request.cursorValid = decodeCursor(value, request.cursor);
+         return false;  // deliberate, here and for "-p"
+     }},
+    {u"-data",
+     [](const LaunchRequest& request, std::uint32_t) {
+         return !request.data.empty() && request.data.size() <= kMaxInlineData;
+     },
+     [](const Outgoing& outgoing) { return encodeData(outgoing.request.data); },
+     [](std::u16string_view value, LaunchRequest& request, Handover&) {
+         request.data = decodeData(value);
+         return true;
+     }},
+    {u"-tfn",
+     [](const LaunchRequest& request, std::uint32_t) { return request.data.size() > kMaxInlineData; },
+     [](const Outgoing& outgoing) { return escapeSpaces(outgoing.file); },
+     [](std::u16string_view value, LaunchRequest& request, Handover& handover) {
+         request.data = handover.take(unescapeSpaces(value));
+         return true;
+     }},
+    {u"-p", [](const LaunchRequest& request, std::uint32_t) { return !request.path.empty(); },
+     [](const Outgoing& outgoing) { return escapeSpaces(outgoing.request.path); },
+     [](std::u16string_view value, LaunchRequest& request, Handover&) {
+         request.path = unescapeSpaces(value);
+         return false;
+     }},
+};
+
+std::u16string compose(const Outgoing& outgoing) {
+    std::u16string arguments;
+    for (const Argument& argument : kArguments) {
+        if (!argument.isDue(outgoing.request, outgoing.command))
+            continue;
+        // Deliberate: the separating space is there for a value that turns out to be none, too.
+        if (!arguments.empty())
+            arguments += u' ';
+        if (const std::u16string value = argument.value(outgoing); !value.empty())
+            ((arguments += argument.keyword) += u' ') += value;
+    }
+    return arguments;
+}
+
 }  // namespace
+
+std::u16string buildArguments(std::uint32_t command, const LaunchRequest& request, Handover& handover) {
+    if (request.data.size() <= kMaxInlineData)
+        return compose({command, request, {}});
+    const std::u16string name = handover.makeHandoverFileName();
+    // Both are there before the file is: once it is written nothing may fail, or nobody would be told of it.
+    std::u16string with = compose({command, request, name});
+    std::u16string without = compose({command, request, {}});
+    return std::move(handover.put(name, request.data) ? with : without);
+}
+
+std::uint32_t parseArguments(const std::vector<std::u16string>& arguments, LaunchRequest& request,
+                             Handover& handover) {
+    request = {};
+    for (std::size_t i = 0; i + 1 < arguments.size(); ++i) {
+        const auto argument = std::ranges::find(kArguments, arguments[i], &Argument::keyword);
+        if (argument != std::end(kArguments) && argument->read(arguments[i + 1], request, handover))
+            ++i;
+    }
+    return request.command;
+}
 
 std::u16string encodeCursor(const CursorPoint& point) {
     owlkit::MemoryStream stream;
@@ -60,7 +164,7 @@ bool decodeCursor(std::u16string_view text, CursorPoint& point) {
     return true;
 }
 
-std::u16string encodeInlineData(std::u16string_view data) {
+std::u16string encodeData(std::u16string_view data) {
     owlkit::MemoryStream stream;
     useLittleEndian(stream);
     stream.writeText(data);
@@ -75,38 +179,6 @@ std::u16string decodeData(std::u16string_view text) {
         stream.readText(data);
     }
     return data;
-}
-
-std::u16string escapeSpaces(std::u16string_view text) {
-    return owlkit::replaceAll(std::u16string(text), u" ", kEscapedSpace);
-}
-
-std::u16string unescapeSpaces(std::u16string_view text) {
-    return owlkit::replaceAll(std::u16string(text), kEscapedSpace, u" ");
-}
-
-std::uint32_t parseArguments(const std::vector<std::u16string>& arguments, LaunchRequest& request) {
-    request = {};
-    for (std::size_t i = 0; i + 1 < arguments.size(); ++i) {
-        const std::u16string& item = arguments[i];
-        const std::u16string& value = arguments[i + 1];
-        if (item == kCommandKeyword && request.command == 0) {
-            request.command = parseCommand(value);
-            ++i;
-        } else if (item == kCursorKeyword) {
-            // Deliberate: the scan goes on at the value, here and for "-p"; it is simply no keyword.
-            request.cursorValid = decodeCursor(value, request.cursor);
-        } else if (item == kDataKeyword) {
-            request.data = decodeData(value);
-            ++i;
-        } else if (item == kDataFileKeyword) {
-            request.data = readHandoverFile(unescapeSpaces(value));
-            ++i;
-        } else if (item == kPathKeyword) {
-            request.path = unescapeSpaces(value);
-        }
-    }
-    return request.command;
 }
 
 }  // namespace nmshell

@@ -1,6 +1,7 @@
-// The request that travels from the menu to the application on its command line.
+// The request that travels from the menu to the application on its command line, in both directions.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -23,41 +24,46 @@ struct LaunchRequest {
     bool operator==(const LaunchRequest&) const = default;
 };
 
-// The argument keywords, written and compared exactly.
-inline constexpr std::u16string_view kCommandKeyword = u"-cmd";  // command number, lower-case hexadecimal
-inline constexpr std::u16string_view kCursorKeyword =
-    u"-cent";  // base64 of x and y, 32 bits each, little-endian
-inline constexpr std::u16string_view kDataKeyword = u"-data";  // base64 of the data's UTF-16LE bytes
-inline constexpr std::u16string_view kDataFileKeyword =
-    u"-tfn";                                                // name of a hand-over file that holds the data
-inline constexpr std::u16string_view kPathKeyword = u"-p";  // a path
-
 // Data of up to this many code units goes inline, longer data through a hand-over file.
 inline constexpr std::size_t kMaxInlineData = 512;
 
-// The cursor as the value of "-cent".
+// The hand-over files: handover_file.h has those on the disk, testing/ some in memory.
+class Handover {
+  public:
+    virtual ~Handover() = default;
+
+    // The next file's full name.
+    virtual std::u16string makeHandoverFileName() = 0;
+
+    // Lays `data` down under the name; false when not all of it is there.
+    [[nodiscard]] virtual bool put(const std::u16string& name, std::u16string_view data) = 0;
+
+    // What lies under the name, which is gone afterwards; empty when nothing could be had.
+    virtual std::u16string take(const std::u16string& name) = 0;
+};
+
+// The parameters for `command` and `request`, without the executable. Data of more than kMaxInlineData code
+// units is put into a hand-over file; when that fails the parameters carry no data.
+std::u16string buildArguments(std::uint32_t command, const LaunchRequest& request, Handover& handover);
+
+// The request that `arguments` carry (one item each, without the program's name), and its command number as
+// the result. Unknown items are ignored, values that cannot be read count as absent. A hand-over file is
+// taken.
+std::uint32_t parseArguments(const std::vector<std::u16string>& arguments, LaunchRequest& request,
+                             Handover& handover);
+
+// The cursor as the value of "-cent": base64 of x and y, 32 bits each, least significant byte first.
 std::u16string encodeCursor(const CursorPoint& point);
 
 // The value of "-cent" back into a point. False, and (0, 0), for fewer than 2 characters or characters that
 // are not base64. Of a text too short for both coordinates the bytes that there are count.
-bool decodeCursor(std::u16string_view text, CursorPoint& point);
+[[nodiscard]] bool decodeCursor(std::u16string_view text, CursorPoint& point);
+
+// The value of "-data": base64 of the UTF-16LE bytes.
+std::u16string encodeData(std::u16string_view data);
 
 // The value of "-data" back into text; empty for fewer than 2 characters or characters that are not base64.
 // An odd last byte is dropped.
 std::u16string decodeData(std::u16string_view text);
-
-// The value of "-data" for `data`.
-std::u16string encodeInlineData(std::u16string_view data);
-
-// A path or file name as one command-line item: every space becomes "%20", nothing else is escaped.
-std::u16string escapeSpaces(std::u16string_view text);
-
-// The reverse. A text that held "%20" before it was escaped comes back with a space there.
-std::u16string unescapeSpaces(std::u16string_view text);
-
-// The request that `arguments` carry (one item each, without the program's name), and its command number as
-// the result. Unknown items are ignored, values that cannot be read count as absent. A hand-over file is read
-// and deleted.
-std::uint32_t parseArguments(const std::vector<std::u16string>& arguments, LaunchRequest& request);
 
 }  // namespace nmshell

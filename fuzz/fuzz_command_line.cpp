@@ -1,9 +1,9 @@
 // The receiving side of the command line: any items give a request, which written out again is read as the
-// same one. Items that name a hand-over file are left out, since reading one deletes it.
-#include "contextmenu/application_launcher.h"
+// same one. Hand-over files lie in memory, where one holds the first item.
 #include "contextmenu/launch_request.h"
 #include "foundation/path/path_list.h"
 #include "fuzz/fuzz.h"
+#include "testing/handover_in_memory.h"
 
 using fuzz::require;
 
@@ -23,11 +23,12 @@ std::vector<std::u16string> split(std::u16string_view text, char16_t separator) 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::vector<std::u16string> items = split(fuzz::wide(fuzz::view(data, size)), u'\n');
-    std::erase(items, nmshell::kDataFileKeyword);
+    const std::vector<std::u16string> items = split(fuzz::wide(fuzz::view(data, size)), u'\n');
+    test::HandoverInMemory files;
+    require(files.put(files.makeHandoverFileName(), items.front()));
 
     nmshell::LaunchRequest request;
-    require(nmshell::parseArguments(items, request) == request.command);
+    require(nmshell::parseArguments(items, request, files) == request.command);
     require(request.cursorValid || request.cursor == nmshell::CursorPoint{});
     const owlkit::PathList paths = owlkit::PathList::fromText(request.data);
     owlkit::PathList rebuilt;
@@ -37,14 +38,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(request.data.starts_with(paths.text()));
     require(request.data.find(u'\0', paths.text().size()) == std::u16string::npos);
 
-    // A path that holds an escape already, or data that would need a file, does not make this round trip.
-    if (request.data.size() > nmshell::kMaxInlineData || request.path.find(u"%20") != std::u16string::npos)
+    // A path that holds an escape already does not make this round trip.
+    if (request.path.find(u"%20") != std::u16string::npos)
         return 0;
-    std::uint32_t counter = 0;
-    const std::u16string written =
-        nmshell::ApplicationLauncher(counter).buildArguments(request.command, request);
+    const std::u16string written = nmshell::buildArguments(request.command, request, files);
     nmshell::LaunchRequest again;
-    nmshell::parseArguments(split(written, u' '), again);
+    nmshell::parseArguments(split(written, u' '), again, files);
     require(again == request);
     return 0;
 }

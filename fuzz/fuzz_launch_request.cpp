@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "contextmenu/application_launcher.h"
 #include "contextmenu/handover_file.h"
 #include "contextmenu/launch_request.h"
 #include "foundation/text/text.h"
@@ -69,11 +68,9 @@ nmshell::LaunchRequest request(FuzzedDataProvider& input) {
 }
 
 void sendAndReceive(FuzzedDataProvider& input) {
-    static std::uint32_t counter = 0;
+    static nmshell::HandoverFiles files(u".nmark");
     nmshell::LaunchRequest sent = request(input);
-    nmshell::ApplicationLauncher launcher(counter);
-    launcher.setTempExtension(u".nmark");
-    const std::u16string line = launcher.buildArguments(sent.command, sent);
+    const std::u16string line = nmshell::buildArguments(sent.command, sent, files);
     const bool throughFile = sent.data.size() > nmshell::kMaxInlineData;
     require(folder().isEmpty() != throughFile);
     // Windows takes no command line of 32,768 characters and more.
@@ -82,7 +79,7 @@ void sendAndReceive(FuzzedDataProvider& input) {
     require(items.size() ==
             2u * ((sent.command != 0) + sent.cursorValid + !sent.data.empty() + !sent.path.empty()));
     nmshell::LaunchRequest received;
-    require(nmshell::parseArguments(items, received) == sent.command);
+    require(nmshell::parseArguments(items, received, files) == sent.command);
     sent.path = owlkit::replaceAll(sent.path, u"%20", u" ");
     require(received == sent);
     require(folder().isEmpty());

@@ -13,7 +13,6 @@
 namespace nmshell {
 namespace {
 
-constexpr std::u16string_view kHandoverExtension = u".nmark";
 constexpr UINT kFlagsWithoutEntries = CMF_DEFAULTONLY | CMF_VERBSONLY | CMF_NOVERBS;
 
 constexpr HRESULT identifiersUsed(std::uint32_t count) {
@@ -33,9 +32,8 @@ bool hasOffset(const CMINVOKECOMMANDINFO& info) {
 }  // namespace
 
 ShellMenuExtension::ShellMenuExtension(Module& module, SelectionKind kind)
-    : CountedObject(module), launcher_(module.handoverCounter), icons_(ShowIcons()) {
+    : CountedObject(module), launcher_(module.handover), icons_(ShowIcons()) {
     selection_.kind = kind;
-    launcher_.setTempExtension(std::u16string(kHandoverExtension));
     launcher_.setModuleFolder(module.folder);
 }
 

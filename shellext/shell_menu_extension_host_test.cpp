@@ -142,7 +142,7 @@ TEST_F(ShellMenuTest, InvokesByOffsetOnly) {
     EXPECT_EQ(invoke(menu, 0), S_OK);
     EXPECT_TRUE(lastStart().starts_with(u"open|C:\\App\\nmark.exe|-cmd 101 -cent "));
     LaunchRequest request;
-    parseArguments({u"-tfn", folder() + u"tfn_db710640.nmark"}, request);
+    parseArguments({u"-tfn", folder() + u"tfn_db710640.nmark"}, request, module_.handover);
     EXPECT_EQ(request.data, std::u16string(600, u'a') + u'\0');
     EXPECT_EQ(invoke(extension(Files, {{std::u16string(600, u'b')}}), 0), S_OK);
     EXPECT_TRUE(lastStart().ends_with(u"tfn_c9298960.nmark"));
@@ -189,15 +189,14 @@ TEST_F(ShellMenuTest, SurvivesEveryFailedAllocation) {
 }
 
 TEST_F(ShellMenuTest, LeavesNoHandoverFileThatNobodyIsToldOf) {
-    ApplicationLauncher launcher(module_.handoverCounter);
     const LaunchRequest request{0x101, std::u16string(600, u'd'), u"a b c d e f g h", {}, false};
     for (std::uint32_t n = 1, failed = 1; failed != 0; ++n) {
-        module_.handoverCounter = 0;
+        HandoverFiles files;
         std::u16string told;
         failing_allocation::arm(n);
         test::errorOf([&] {
             const failing_allocation::Counted counted;
-            told = launcher.buildArguments(0x101, request);
+            told = buildArguments(0x101, request, files);
         });
         failed = failing_allocation::fired();
         failing_allocation::disarm();

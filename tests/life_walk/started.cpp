@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "contextmenu/handover_file.h"
 #include "contextmenu/launch_request.h"
 #include "foundation/path/path_list.h"
 #include "platform/host/utf8.h"
@@ -114,7 +115,8 @@ std::uint32_t checkParameters(const Due& due, const platform::ShellStart& start,
     const std::u16string name = replaced(handover, u"%20", u" ");
     const std::string content = fileBytes(platform::toHostName(name));
     LaunchRequest request;
-    parseArguments(list, request);
+    HandoverFiles files;
+    parseArguments(list, request, files);
     std::uint32_t missing = 0;
     std::u16string expected(due.arguments);
     const auto append = [&expected](std::u16string_view part) {

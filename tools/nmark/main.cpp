@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "contextmenu/handover_file.h"
 #include "contextmenu/launch_request.h"
 #include "foundation/codec/hex.h"
 #include "foundation/path/path_list.h"
@@ -122,7 +123,8 @@ int main() {
     const std::vector<std::u16string> arguments = platform::commandLineItems();
     const std::string handover = handoverBytes(arguments);
     nmshell::LaunchRequest request;
-    nmshell::parseArguments(arguments, request);
+    nmshell::HandoverFiles files;
+    nmshell::parseArguments(arguments, request, files);
     print(request, arguments);
 
     const std::string report =

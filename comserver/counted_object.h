@@ -33,13 +33,13 @@ class CountedObject {
     virtual HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) = 0;
     virtual ULONG STDMETHODCALLTYPE AddRef() = 0;
     virtual ULONG STDMETHODCALLTYPE Release() = 0;
-    virtual ~CountedObject() { Counting::down(module_.liveObjects); }
+    virtual ~CountedObject() { Counting::down(module_.ModuleObjectCount); }
 
     CountedObject(const CountedObject&) = delete;
     CountedObject& operator=(const CountedObject&) = delete;
 
   protected:
-    explicit CountedObject(Module& module) : module_(module) { Counting::up(module_.liveObjects); }
+    explicit CountedObject(Module& module) : module_(module) { Counting::up(module_.ModuleObjectCount); }
 
     Module& module() const { return module_; }
 

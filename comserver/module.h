@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "contextmenu/handover_file.h"
+#include "contextmenu/menu_bitmaps.h"
 #include "contextmenu/menu_facts.h"
-#include "contextmenu/menu_insertion.h"
 #include "lang/interlang.h"
 
 namespace nmshell {
@@ -20,10 +20,10 @@ namespace nmshell {
 // against it.
 struct Module {
     owlkit::interlang texts;
-    bool languageLoaded = false;      // every language file was read; without it no menu is shown
-    std::int32_t liveObjects = 0;     // class objects and what they made
-    bool recycleBinMenuLive = false;  // a Recycle Bin menu exists; while it does, no object adds anything
-    HandoverFiles handover{u".nmark"};  // of every launcher
+    bool languageLoaded = false;         // every language file was read; without it no menu is shown
+    std::int32_t ModuleObjectCount = 0;  // class objects and what they made
+    bool recycleBinMenuLive = false;     // a Recycle Bin menu exists; while it does, no object adds anything
+    HandoverFiles handover{u".nmark"};   // of every launcher
     SystemDrive systemDrive;
     BitmapCache bitmaps;
     std::u16string folder;  // of the module, with a trailing separator

@@ -48,7 +48,7 @@ Module& processModule() {
 }
 
 HRESULT canUnloadNow() {
-    return std::atomic_ref(theModule.get().liveObjects) == 0 ? S_OK : S_FALSE;
+    return std::atomic_ref(theModule.get().ModuleObjectCount) == 0 ? S_OK : S_FALSE;
 }
 
 BOOL enterModule(void* instance, DWORD reason, void* reserved, std::u16string_view primary) noexcept {

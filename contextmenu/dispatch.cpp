@@ -26,9 +26,10 @@ bool needsElevation(const Command& row, const Selection& selection) {
             return true;
         case Elevation::WhenVolumeIsClosed:
             return volumeIsClosed(selection.paths);
-        default:
-            return false;
+        case Elevation::Never:
+            break;
     }
+    return false;
 }
 
 }  // namespace
@@ -46,7 +47,8 @@ bool dispatch(std::uint32_t offset, void* owner, const Selection& selection, App
     request.cursorValid = platform::cursorPosition(request.cursor.x, request.cursor.y);
     if (row.data == RequestData::PathList)
         request.data = selection.paths.text();
-    launcher.launch(owner, kApplication, row.number, needsElevation(row, selection), request);
+    static_cast<void>(
+        launcher.launch(owner, kApplication, row.number, needsElevation(row, selection), request));
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "contextmenu/menu_insertion.h"
 
+#include <utility>
+
 namespace nmshell {
 namespace {
 
@@ -24,34 +26,17 @@ void setText(platform::MenuItem& item, const MenuEntry& entry) {
 
 }  // namespace
 
-platform::BitmapRef BitmapCache::GetMenuBitmap(int id) {
-    if (id < kFirst || id > kLast)
-        return nullptr;
-    std::atomic<platform::BitmapRef>& cached = bitmaps_[static_cast<std::size_t>(id - kFirst)];
-    if (const platform::BitmapRef there = cached)
-        return there;
-    const int side = platform::systemMetric(platform::kSmallIconHeight);
-    std::uint32_t flags = platform::kLoadDefaultSize | platform::kLoadTransparent;
-    if (platform::systemColor(platform::kColorWindow) != platform::systemColor(platform::kColorMenu))
-        flags |= platform::kLoadMap3dColors;
-    platform::BitmapHandle loaded =
-        platform::loadBitmap(module_, static_cast<std::uint32_t>(id), side, side, flags);
-    platform::BitmapRef there = nullptr;
-    return cached.compare_exchange_strong(there, loaded.get()) ? loaded.release() : there;
-}
-
-void BitmapCache::clear() {
-    for (std::atomic<platform::BitmapRef>& bitmap : bitmaps_)
-        platform::BitmapHandle(bitmap.exchange(nullptr)).reset();
-}
-
 void MenuInserter::insert(platform::MenuRef menu, std::uint32_t position,
                           const std::vector<MenuEntry>& entries) {
     for (const MenuEntry& entry : entries) {
-        if (entry.submenu)
-            InsertSubmenu(menu, position, entry);
-        else
+        if (entry.submenu) {
+            if (const Submenu submenu = InsertSubmenu(menu, position, entry); submenu.menu)
+                insert(submenu.menu, 0, entry.children);
+        } else if (entry.isSeparator() && entry.offset == kNoCommand) {
+            InsertMenuSeparator(menu, position);
+        } else {
             InsertMenuEntry(menu, position, entry);
+        }
         if (position != kAtTheEnd)
             ++position;
     }
@@ -66,19 +51,25 @@ bool MenuInserter::InsertMenuEntry(platform::MenuRef menu, std::uint32_t positio
     return platform::insertMenuItem(menu, position, request);
 }
 
-void MenuInserter::InsertSubmenu(platform::MenuRef parent, std::uint32_t position, const MenuEntry& entry) {
-    platform::MenuHandle submenu = platform::createMenu();
-    if (!submenu)
-        return;  // an entry that opens nothing would only mislead
+bool MenuInserter::InsertMenuSeparator(platform::MenuRef menu, std::uint32_t position) {
+    return InsertMenuEntry(menu, position, separatorEntry());
+}
+
+Submenu MenuInserter::InsertSubmenu(platform::MenuRef parent, std::uint32_t position,
+                                    const MenuEntry& entry) {
+    platform::MenuHandle made = platform::createMenu();
+    Submenu submenu{made.get(), {}};
+    if (!made)
+        return submenu;  // an entry that opens nothing would only mislead
     platform::MenuItem request = item(
         platform::kItemState | platform::kItemId | platform::kItemSubmenu | platform::kItemString, entry);
-    request.submenu = submenu.get();
+    request.submenu = submenu.menu;
     setText(request, entry);
     addBitmap(request, entry);
-    const platform::MenuRef filled = submenu.get();
     if (platform::insertMenuItem(parent, position, request))
-        static_cast<void>(submenu.release());  // the parent destroys it from here on
-    insert(filled, 0, entry.children);
+        static_cast<void>(made.release());  // the parent destroys it from here on
+    submenu.notHung = std::move(made);
+    return submenu;
 }
 
 void MenuInserter::addBitmap(platform::MenuItem& request, const MenuEntry& entry) {

@@ -1,10 +1,14 @@
 #include "contextmenu/menu_model.h"
 
+#include <concepts>
+#include <utility>
+
 namespace nmshell {
 namespace {
 
 constexpr int kProductBitmap = 236;
 constexpr int kRecycleBinBitmap = 233;
+constexpr std::size_t kCommonEntries = 2;  // the product submenu and a separator
 
 class Builder {
   public:
@@ -12,41 +16,52 @@ class Builder {
         : selection_(selection), facts_(facts), texts_(texts) {}
 
     std::vector<MenuEntry> build() {
-        std::vector<MenuEntry> entries;
-        switch (selection_.kind) {
-            case SelectionKind::Files:
-                if (selection_.count == 0)
-                    return {};
-                entries = {separator(), wipeFiles()};
-                break;
-            case SelectionKind::Drives:
-                if (selection_.count == 0)
-                    return {};
-                entries = {separator(), wipeDrive(), entry(kCleanDrive), driveRecycleBin()};
-                break;
-            case SelectionKind::RecycleBin:
-                entries = {separator(), allRecycleBins()};
-                break;
-            default:
-                return {};
+        std::vector<MenuEntry> entries = ownEntries();
+        if (!entries.empty()) {
+            entries.push_back(product());
+            entries.push_back(separatorEntry());
         }
-        entries.push_back(product());
-        entries.push_back(separator());
         return entries;
     }
 
   private:
-    static MenuEntry separator() {
-        return {std::u16string(kSeparatorText), kNoCommand, kNoBitmap, false, false, {}};
+    // What the kind of the selection adds; nothing for a number that is none of ours.
+    std::vector<MenuEntry> ownEntries() const {
+        switch (selection_.kind) {
+            case SelectionKind::Files:
+                if (selection_.count == 0)
+                    break;
+                return listOf(separatorEntry(), wipeFiles());
+            case SelectionKind::Drives:
+                if (selection_.count == 0)
+                    break;
+                return listOf(separatorEntry(), wipeDrive(), entry(kCleanDrive), driveRecycleBin());
+            case SelectionKind::RecycleBin:
+                return listOf(separatorEntry(), allRecycleBins());
+        }
+        return {};
+    }
+
+    // By moving: an initializer list would copy every entry with its text and its children.
+    static std::vector<MenuEntry> listOf(std::same_as<MenuEntry> auto... entries) {
+        std::vector<MenuEntry> list;
+        list.reserve(sizeof...(entries) + kCommonEntries);
+        (list.push_back(std::move(entries)), ...);
+        return list;
     }
 
     MenuEntry entry(std::uint32_t offset, bool grayed = false) const {
         const Command& row = command(offset);
-        return {texts_.GetText(row.menuKey), offset, row.bitmap, grayed, false, {}};
+        return {
+            .text = texts_.GetText(row.menuKey), .offset = offset, .bitmap = row.bitmap, .grayed = grayed};
     }
 
     static MenuEntry submenu(std::u16string text, int bitmap, bool grayed, std::vector<MenuEntry> children) {
-        return {std::move(text), kNoCommand, bitmap, grayed, true, std::move(children)};
+        return {.text = std::move(text),
+                .bitmap = bitmap,
+                .grayed = grayed,
+                .submenu = true,
+                .children = std::move(children)};
     }
 
     // A single path that has vanished since is looked up under the empty key; the entry is still added.
@@ -58,13 +73,16 @@ class Builder {
                 return u"CXT_MENU_WIPE_FILE";
             case owlkit::PathType::Folder:
                 return u"CXT_MENU_WIPE_FOLDER";
-            default:
-                return u"";
+            case owlkit::PathType::Unreadable:
+                break;
         }
+        return u"";
     }
 
     MenuEntry wipeFiles() const {
-        return {texts_.GetText(wipeFilesKey()), kWipeFiles, command(kWipeFiles).bitmap, false, false, {}};
+        return {.text = texts_.GetText(wipeFilesKey()),
+                .offset = kWipeFiles,
+                .bitmap = command(kWipeFiles).bitmap};
     }
 
     MenuEntry wipeDrive() const {
@@ -90,16 +108,17 @@ class Builder {
     }
 
     std::vector<MenuEntry> owners(std::uint32_t user, std::uint32_t admin) const {
-        return {entry(user, facts_.elevation == owlkit::ElevationState::Full),
-                entry(admin, facts_.elevation == owlkit::ElevationState::Unknown)};
+        return listOf(entry(user, facts_.elevation == owlkit::ElevationState::Full),
+                      entry(admin, facts_.elevation == owlkit::ElevationState::Unknown));
     }
 
     MenuEntry product() const {
         MenuEntry about = entry(kAbout);
         about.text = texts_.GetTextWithArgs(command(kAbout).menuKey, kProductName, {});
-        return submenu(texts_.GetTextWithArgs(u"CXT_MENU_PARENT", kProductName, {}), kProductBitmap, false,
-                       {entry(kOptions), entry(kStandalone), separator(), entry(kUpdate), entry(kRegister),
-                        entry(kUpgrade), separator(), entry(kHelp), std::move(about)});
+        return submenu(
+            texts_.GetTextWithArgs(u"CXT_MENU_PARENT", kProductName, {}), kProductBitmap, false,
+            listOf(entry(kOptions), entry(kStandalone), separatorEntry(), entry(kUpdate), entry(kRegister),
+                   entry(kUpgrade), separatorEntry(), entry(kHelp), std::move(about)));
     }
 
     const Selection& selection_;

@@ -26,14 +26,18 @@ struct MenuEntry {
     int bitmap = kNoBitmap;             // resource identifier
     bool grayed = false;
     bool submenu = false;
-    std::vector<MenuEntry> children;  // of a submenu
+    std::vector<MenuEntry> children = {};  // of a submenu
 
     bool isSeparator() const { return text == kSeparatorText; }
 };
 
+inline MenuEntry separatorEntry() {
+    return {.text = std::u16string(kSeparatorText)};
+}
+
 // The entries to add for `selection`, in order, texts looked up in `texts`; empty when nothing is to be
 // added.
-std::vector<MenuEntry> buildMenu(const Selection& selection, const MenuFacts& facts,
-                                 const owlkit::interlang& texts);
+[[nodiscard]] std::vector<MenuEntry> buildMenu(const Selection& selection, const MenuFacts& facts,
+                                               const owlkit::interlang& texts);
 
 }  // namespace nmshell

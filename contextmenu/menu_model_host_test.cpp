@@ -204,6 +204,24 @@ TEST_F(MenuTest, KeepsPlannedPositions) {
     EXPECT_EQ(items[3].request.id, 1002u);
 }
 
+TEST_F(MenuTest, GivesASubmenuBackAlsoWhenItHangsNowhere) {
+    const struct Case {
+        const char* failing;
+        bool made;
+        bool hung;
+    } cases[] = {{"nothing", true, true}, {"InsertMenuItemW", true, false}, {"CreateMenu", false, false}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.failing);
+        const platform::MenuHandle parent = platform::createMenu();
+        fault::arm(c.failing, 1, platform::kErrorNotEnoughMemory);
+        const Submenu submenu =
+            MenuInserter(1000, false, bitmaps_).InsertSubmenu(parent.get(), 0, {.text = u"sub"});
+        EXPECT_EQ(submenu.menu != nullptr, c.made);
+        EXPECT_EQ(static_cast<bool>(submenu.notHung), c.made && !c.hung);
+        EXPECT_EQ(host::menu(parent.get()).items.size(), c.hung ? 1u : 0u);
+    }
+}
+
 TEST_F(MenuTest, LoadsEachBitmapOnce) {
     host::UserInterface& ui = host::userInterface();
     ui.smallIconHeight = 20;

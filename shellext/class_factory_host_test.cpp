@@ -21,7 +21,7 @@ class ClassFactoryTest : public ExtensionTest {
         const HRESULT result = getClassObject(module_, clsid, IID_IUnknown, &object);
         const Ref<IUnknown> held(static_cast<IUnknown*>(object));
         EXPECT_TRUE((held != nullptr) == (result == S_OK));
-        EXPECT_TRUE(module_.liveObjects == (held ? 1 : 0));
+        EXPECT_TRUE(module_.ModuleObjectCount == (held ? 1 : 0));
         return result;
     }
 };
@@ -58,12 +58,12 @@ TEST_F(ClassFactoryTest, CountsReferencesAndMakesObjects) {
     EXPECT_EQ(held->CreateInstance(nullptr, IID_IClassFactory, &none[2]), E_NOINTERFACE);
     const Ref<IContextMenu> menu = create(held);
     EXPECT_EQ(held->LockServer(TRUE), S_OK);
-    EXPECT_EQ(module_.liveObjects, 2);
+    EXPECT_EQ(module_.ModuleObjectCount, 2);
 #ifdef __SANITIZE_ADDRESS__
     const __lsan::ScopedDisabler expected;  // a factory without the interface asked for stays alive
 #endif
     EXPECT_EQ(getClassObject(module_, kClasses[0], IID_IShellExtInit, &none[3]), E_NOINTERFACE);
-    EXPECT_EQ(module_.liveObjects--, 3);
+    EXPECT_EQ(module_.ModuleObjectCount--, 3);
     EXPECT_TRUE(!none[0]);
     EXPECT_TRUE(!none[1]);
     EXPECT_TRUE(!none[2]);

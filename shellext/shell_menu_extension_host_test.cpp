@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "contextmenu/commands.h"
 #include "contextmenu/launch_request.h"
 #include "shellext/exports.h"
 #include "testing/errors.h"
@@ -23,7 +24,7 @@ class ShellMenuTest : public ExtensionTest {
     void walk(const char* name, HRESULT failure, bool maySucceed, const auto& call) {
         bool reported = false;
         for (std::uint32_t n = 1, failed = 1; failed != 0; ++n) {
-            const std::int32_t objects = module_.liveObjects;
+            const std::int32_t objects = module_.ModuleObjectCount;
             failing_allocation::arm(n);
             const HRESULT result = [&call] {
                 const failing_allocation::Counted counted;
@@ -34,7 +35,7 @@ class ShellMenuTest : public ExtensionTest {
             reported = reported || (failed && result == failure);
             const bool defaults = maySucceed && (result >= 0 || result == CLASS_E_CLASSNOTAVAILABLE);
             ASSERT_TRUE(failed ? result == failure || defaults : result >= 0) << name << n;
-            ASSERT_EQ(module_.liveObjects, objects) << name << n;
+            ASSERT_EQ(module_.ModuleObjectCount, objects) << name << n;
             ASSERT_NE(module_.texts.state(), owlkit::interlang::State::Loading) << name << n;
         }
         EXPECT_TRUE(reported) << name;
@@ -52,7 +53,7 @@ TEST_F(ShellMenuTest, KeepsTheRulesOfIdentity) {
     EXPECT_TRUE(!other);
     EXPECT_TRUE(init->AddRef() == 3);
     EXPECT_TRUE(menu->Release() == 2);
-    EXPECT_TRUE(module_.liveObjects == 1);
+    EXPECT_TRUE(module_.ModuleObjectCount == 1);
 }
 
 TEST_F(ShellMenuTest, AddsEntriesWhenItMay) {

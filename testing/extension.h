@@ -35,7 +35,7 @@ Ref<Interface> query(const auto& from, REFIID iid) {
 class ExtensionTest : public HostTest {
   protected:
     ExtensionTest();
-    ~ExtensionTest() override { EXPECT_EQ(module_.liveObjects, 0); }
+    ~ExtensionTest() override { EXPECT_EQ(module_.ModuleObjectCount, 0); }
 
     // The text of the approval, and values of the user's settings.
     static void approve(std::u16string_view text);

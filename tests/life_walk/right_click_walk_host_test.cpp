@@ -133,7 +133,7 @@ class RightClickWalk : public LifeWalkTest {
             end();
             collect(host::menu(target.get()), false, outcome.entries);
             EXPECT_EQ(drop.data.references(), 0u);
-            EXPECT_EQ(module.liveObjects, 0);
+            EXPECT_EQ(module.ModuleObjectCount, 0);
             EXPECT_FALSE(module.recycleBinMenuLive);
             EXPECT_NE(module.texts.state(), owlkit::interlang::State::Loading);
         }

@@ -24,7 +24,7 @@ constexpr int kRightClicks = 200;
 class ThreadsTest : public ExtensionTest {
   protected:
     // A count that two threads change at once may lose a step; that is known and not what is tested here.
-    ~ThreadsTest() override { module_.liveObjects = 0; }
+    ~ThreadsTest() override { module_.ModuleObjectCount = 0; }
 
     // One right-click from the class object to the release, a long selection being chosen at its end.
     void rightClick(SelectionKind kind) {

@@ -30,7 +30,7 @@ std::u16string handoverFileName(std::uint32_t counter, std::u16string_view exten
 std::u16string readHandoverFile(const std::u16string& name);
 
 // The files of one process, numbered from 1.
-class HandoverFiles final : public Handover {
+class HandoverFiles : public Handover {
   public:
     // `extension` is that of the names, with its point.
     explicit HandoverFiles(std::u16string extension = u".tmp") : extension_(std::move(extension)) {}

@@ -57,21 +57,24 @@ Json strings(const auto& texts) {
     return list;
 }
 
-// The bytes of the hand-over file in hexadecimal, before the parser reads and deletes it: the tests give them
+// Keeps the bytes of every hand-over file in hexadecimal before it is read and deleted: the tests give them
 // to another receiver.
-std::string handoverBytes(const std::vector<std::u16string>& arguments) {
-    std::string hex;
-    for (std::size_t i = 0; i + 1 < arguments.size(); ++i) {
-        owlkit::FileStream file;
-        if (arguments[i] != nmshell::kDataFileKeyword ||
-            !file.open(nmshell::unescapeSpaces(arguments[i + 1]), owlkit::kOpenRead))
-            continue;
-        std::string bytes(static_cast<std::size_t>(file.size()), '\0');
-        bytes.resize(file.read(bytes.data(), bytes.size()));
-        owlkit::hexEscape(hex, bytes.data(), bytes.size(), false);
+class RecordedFiles final : public nmshell::HandoverFiles {
+  public:
+    std::u16string take(const std::u16string& name) override {
+        if (owlkit::FileStream file; file.open(name, owlkit::kOpenRead)) {
+            std::string bytes(static_cast<std::size_t>(file.size()), '\0');
+            bytes.resize(file.read(bytes.data(), bytes.size()));
+            owlkit::hexEscape(taken_, bytes.data(), bytes.size(), false);
+        }
+        return HandoverFiles::take(name);
     }
-    return hex;
-}
+
+    const std::string& taken() const { return taken_; }
+
+  private:
+    std::string taken_;
+};
 
 // The code units of the data in hexadecimal: JSON strings cannot hold every path.
 std::string codeUnits(std::u16string_view data) {
@@ -121,14 +124,13 @@ bool append(const std::u16string& name, const std::string& line) {
 int main() {
     const platform::Utf8Output output;
     const std::vector<std::u16string> arguments = platform::commandLineItems();
-    const std::string handover = handoverBytes(arguments);
     nmshell::LaunchRequest request;
-    nmshell::HandoverFiles files;
+    RecordedFiles files;
     nmshell::parseArguments(arguments, request, files);
     print(request, arguments);
 
     const std::string report =
-        describe(request, arguments, handover).dump(-1, ' ', false, Json::error_handler_t::replace);
+        describe(request, arguments, files.taken()).dump(-1, ' ', false, Json::error_handler_t::replace);
     std::printf("%s\n", report.c_str());
     const std::u16string target = platform::environmentVariable(u"NMARK_REPORT").value_or(u"");
     if (!target.empty() && !append(target, report + "\n")) {

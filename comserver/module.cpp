@@ -34,7 +34,7 @@ void Module::detach() {
 
 void Module::applyLanguage(std::u16string_view active, std::u16string_view primary) {
     // Nothing is written then: a menu of another thread may be reading the table.
-    if (texts.UsesLanguages(active, primary))
+    if (texts.usesLanguages(active, primary))
         return;
     const owlkit::LoadingScope loading(texts);
     texts.SetLanguages(active, primary);

@@ -55,57 +55,33 @@ struct Outcome {
     bool operator==(const Outcome&) const = default;
 };
 
-template <class Value, class Read>
-void scalar(Outcome& outcome, Read read) {
+template <class Value, std::size_t (owlkit::Archive::*Read)(Value&)>
+void scalar(ByteStream& stream, Outcome& outcome) {
     Value value{};
-    outcome.result = static_cast<std::int64_t>(read(value));
+    outcome.result = static_cast<std::int64_t>((stream.*Read)(value));
     if constexpr (!std::is_same_v<Value, long double>)  // which has bytes without a meaning
         outcome.narrow.assign(reinterpret_cast<const char*>(&value), sizeof(value));
 }
 
-void readScalar(ByteStream& stream, std::int64_t kind, Outcome& outcome) {
-    const auto read16 = [&](auto& value) { return stream.readInt16(value); };
-    const auto read32 = [&](auto& value) { return stream.readInt32(value); };
-    const auto read64 = [&](auto& value) { return stream.readInt64(value); };
-    const auto readByte = [&](auto& value) { return stream.readByte(value); };
-    const auto unit16 = [&](auto& value) { return stream.readUnit16(value); };
-    const auto unit32 = [&](auto& value) { return stream.readUnit32(value); };
-    const auto floating = [&](auto& value) { return stream.readFloating(value); };
-    switch (kind & 15) {
-        case 0:
-            return scalar<int>(outcome, read32);
-        case 1:
-            return scalar<unsigned>(outcome, read32);
-        case 2:
-            return scalar<long>(outcome, read32);
-        case 3:
-            return scalar<unsigned long>(outcome, read32);
-        case 4:
-            return scalar<short>(outcome, read16);
-        case 5:
-            return scalar<unsigned short>(outcome, read16);
-        case 6:
-            return scalar<bool>(outcome, readByte);
-        case 7:
-            return scalar<char>(outcome, readByte);
-        case 8:
-            return scalar<char16_t>(outcome, unit16);
-        case 9:
-            return scalar<owlkit::Code16>(outcome, unit16);
-        case 10:
-            return scalar<char32_t>(outcome, unit32);
-        case 11:
-            return scalar<owlkit::Code32>(outcome, unit32);
-        case 12:
-            return scalar<unsigned long long>(outcome, read64);
-        case 13:
-            return scalar<float>(outcome, floating);
-        case 14:
-            return scalar<double>(outcome, floating);
-        default:
-            return scalar<long double>(outcome, floating);
-    }
-}
+using Reader = void(ByteStream& stream, Outcome& outcome);
+constexpr Reader* kReaders[] = {
+    scalar<int, &ByteStream::readInt32>,
+    scalar<unsigned, &ByteStream::readInt32>,
+    scalar<long, &ByteStream::readInt32>,
+    scalar<unsigned long, &ByteStream::readInt32>,
+    scalar<short, &ByteStream::readInt16>,
+    scalar<unsigned short, &ByteStream::readInt16>,
+    scalar<bool, &ByteStream::readByte>,
+    scalar<char, &ByteStream::readByte>,
+    scalar<char16_t, &ByteStream::readUnit16>,
+    scalar<owlkit::Code16, &ByteStream::readUnit16>,
+    scalar<char32_t, &ByteStream::readUnit32>,
+    scalar<owlkit::Code32, &ByteStream::readUnit32>,
+    scalar<unsigned long long, &ByteStream::readInt64>,
+    scalar<float, &ByteStream::readFloating>,
+    scalar<double, &ByteStream::readFloating>,
+    scalar<long double, &ByteStream::readFloating>,
+};
 
 // Copies some of the stream into another one.
 void copy(ByteStream& stream, std::int64_t count, Outcome& outcome) {
@@ -146,7 +122,7 @@ Outcome run(ByteStream& stream, const Step& step) {
                 copy(stream, step.count, outcome);
                 break;
             default:
-                readScalar(stream, step.count, outcome);
+                kReaders[step.count & 15](stream, outcome);
         }
     });
     return outcome;

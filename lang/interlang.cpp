@@ -85,7 +85,7 @@ void interlang::SetLanguages(std::u16string_view active, std::u16string_view pri
 
 // The names alone do not say it: files that came later may have brought a language that was missing when it
 // was set.
-bool interlang::UsesLanguages(std::u16string_view active, std::u16string_view primary) const {
+bool interlang::usesLanguages(std::u16string_view active, std::u16string_view primary) const {
     if (state_ != State::Built || trim(primary) != primary_)
         return false;
     return chosenLanguage(active) == active_ && settledSource(active_, primary_) == activeSource_;

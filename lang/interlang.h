@@ -55,7 +55,7 @@ class interlang {
     void SetLanguages(std::u16string_view active, std::u16string_view primary);
 
     // Whether setting these two between BeginLoad and EndLoad would change no answer. Writes nothing.
-    bool UsesLanguages(std::u16string_view active, std::u16string_view primary) const;
+    bool usesLanguages(std::u16string_view active, std::u16string_view primary) const;
 
     // Loading: where the next text goes, in this load also from one file to the next. The language name is
     // trimmed, the key is not.

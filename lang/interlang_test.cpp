@@ -139,12 +139,12 @@ TEST(Interlang, LanguagesInUseNeedNotBeSetAgain) {
             for (interlang* const table : {&again, &sparing}) {
                 if (brings)
                     load(*table, {{u"k", active}, {*primary != u'\0' ? primary : u"k", active}}, nullptr);
-                else if (table == &sparing && table->UsesLanguages(active, primary))
+                else if (table == &sparing && table->usesLanguages(active, primary))
                     ++kept;
                 else
                     load(*table, {}, active, primary);
             }
-            EXPECT_TRUE(brings || sparing.UsesLanguages(active, primary));
+            EXPECT_TRUE(brings || sparing.usesLanguages(active, primary));
             EXPECT_EQ(sparing.state(), again.state());
             for (const std::u16string_view key : kNames)
                 EXPECT_EQ(sparing.GetText(key), again.GetText(key)) << round << ' ' << step;
@@ -154,7 +154,7 @@ TEST(Interlang, LanguagesInUseNeedNotBeSetAgain) {
     EXPECT_GT(kept, 20);
     interlang loading;
     loading.BeginLoad();
-    EXPECT_FALSE(loading.UsesLanguages(u"", u""));
+    EXPECT_FALSE(loading.usesLanguages(u"", u""));
 }
 
 TEST(Interlang, NarrowForms) {

@@ -151,7 +151,7 @@ std::vector<RegistrationEntry> registrationEntries(const std::u16string& moduleP
     return entries;
 }
 
-RegistrationResult TryRegisterExtension() {
+RegistrationResult tryRegisterExtension() {
     std::u16string modulePath;
     const bool located = succeeds([&] {
         if (!owlkit::getFolder(owlkit::kFolderApplication, modulePath))
@@ -174,7 +174,7 @@ RegistrationResult TryRegisterExtension() {
 }
 
 bool RegisterExtension() {
-    return TryRegisterExtension() == RegistrationResult::Registered;
+    return tryRegisterExtension() == RegistrationResult::Registered;
 }
 
 void UnregisterExtension() {

@@ -33,7 +33,7 @@ enum class RegistrationResult {
 // "nmshell.dll" in the application folder as their server. When an approval cannot be written, those that
 // this run wrote are put back; when a later key or value cannot be written, UnregisterExtension takes all of
 // it away.
-RegistrationResult TryRegisterExtension();
+RegistrationResult tryRegisterExtension();
 
 // The same; whether everything was written.
 bool RegisterExtension();

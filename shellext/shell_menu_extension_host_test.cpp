@@ -5,9 +5,7 @@
 #include "contextmenu/commands.h"
 #include "contextmenu/launch_request.h"
 #include "shellext/exports.h"
-#include "testing/errors.h"
 #include "testing/extension.h"
-#include "testing/failing_allocation.h"
 
 namespace nmshell {
 namespace {
@@ -16,31 +14,7 @@ using namespace test;
 
 using enum SelectionKind;
 
-class ShellMenuTest : public ExtensionTest {
-  protected:
-    // `call` with its n-th allocation failing, for every n that there is, and once with none failing.
-    // Settings that cannot be read have their defaults and a start that fails is not reported, so a call that
-    // reads some or starts something may succeed or find itself off.
-    void walk(const char* name, HRESULT failure, bool maySucceed, const auto& call) {
-        bool reported = false;
-        for (std::uint32_t n = 1, failed = 1; failed != 0; ++n) {
-            const std::int32_t objects = module_.ModuleObjectCount;
-            failing_allocation::arm(n);
-            const HRESULT result = [&call] {
-                const failing_allocation::Counted counted;
-                return call();
-            }();
-            failed = failing_allocation::fired();
-            failing_allocation::disarm();
-            reported = reported || (failed && result == failure);
-            const bool defaults = maySucceed && (result >= 0 || result == CLASS_E_CLASSNOTAVAILABLE);
-            ASSERT_TRUE(failed ? result == failure || defaults : result >= 0) << name << n;
-            ASSERT_EQ(module_.ModuleObjectCount, objects) << name << n;
-            ASSERT_NE(module_.texts.state(), owlkit::interlang::State::Loading) << name << n;
-        }
-        EXPECT_TRUE(reported) << name;
-    }
-};
+using ShellMenuTest = ExtensionTest;
 
 TEST_F(ShellMenuTest, KeepsTheRulesOfIdentity) {
     const Ref<IContextMenu> menu = extension(Files);
@@ -147,64 +121,6 @@ TEST_F(ShellMenuTest, InvokesByOffsetOnly) {
     EXPECT_EQ(request.data, std::u16string(600, u'a') + u'\0');
     EXPECT_EQ(invoke(extension(Files, {{std::u16string(600, u'b')}}), 0), S_OK);
     EXPECT_TRUE(lastStart().ends_with(u"tfn_c9298960.nmark"));
-}
-
-TEST_F(ShellMenuTest, SurvivesEveryFailedAllocation) {
-    set(u"Language", u"a language name that is long");
-    walk("DllMain", -1, true,
-         [&] { return DllMain(reinterpret_cast<HINSTANCE>(this), DLL_PROCESS_ATTACH, nullptr) - 1; });
-    const Ref<IClassFactory> held = factory(Files);
-    void* object = nullptr;
-    const auto released = [&](HRESULT result) {
-        const Ref<IUnknown> owned(static_cast<IUnknown*>(object));
-        return result;
-    };
-    walk("getClassObject", E_OUTOFMEMORY, true,
-         [&] { return released(getClassObject(module_, kClasses[0], IID_IUnknown, &object)); });
-    walk("CreateInstance", E_OUTOFMEMORY, true,
-         [&] { return released(held->CreateInstance(nullptr, IID_IUnknown, &object)); });
-    const Ref<IContextMenu> menu = extension(RecycleBin);
-    const auto init = query<IShellExtInit>(menu, IID_IShellExtInit);
-    Drop drop({{u"D:\\a path that is longer than short"}, {std::u16string(600, u'p')}});
-    walk("Initialize", E_FAIL, false, [&] {
-        const HRESULT result = init->Initialize(nullptr, &drop.data, nullptr);
-        EXPECT_TRUE(result == S_OK || show(menu) == 0);  // without its selection it offers nothing
-        return result;
-    });
-    EXPECT_EQ(drop.data.references(), 0u);
-    for (const SelectionKind kind : {Files, Drives, RecycleBin})
-        walk("QueryContextMenu", E_FAIL, false, [&] {
-            Ref<IContextMenu> fresh;
-            platform::MenuHandle target;
-            {
-                const failing_allocation::Counted notYet(false);
-                fresh = extension(kind, {{u"D:\\"}});
-                target = platform::createMenu();
-            }
-            return fresh->QueryContextMenu(static_cast<HMENU>(target.get()), 0, 1, 100, CMF_NORMAL);
-        });
-    for (const UINT_PTR offset : {0u, 1u, 7u, 10u, 11u})
-        walk("InvokeCommand", E_FAIL, true, [&] { return invoke(menu, offset); });
-    char16_t text[100];
-    walk("GetCommandString", E_FAIL, false, [&] { return help(menu, 4, text, 100); });
-}
-
-TEST_F(ShellMenuTest, LeavesNoHandoverFileThatNobodyIsToldOf) {
-    const LaunchRequest request{0x101, std::u16string(600, u'd'), u"a b c d e f g h", {}, false};
-    for (std::uint32_t n = 1, failed = 1; failed != 0; ++n) {
-        HandoverFiles files;
-        std::u16string told;
-        failing_allocation::arm(n);
-        test::errorOf([&] {
-            const failing_allocation::Counted counted;
-            told = buildArguments(0x101, request, files);
-        });
-        failed = failing_allocation::fired();
-        failing_allocation::disarm();
-        const bool toldOf = told.find(u"-tfn") != std::u16string::npos;
-        EXPECT_TRUE(toldOf || failed != 0) << n;
-        EXPECT_EQ(std::filesystem::remove("tfn_db710640.tmp"), toldOf) << n;
-    }
 }
 
 }  // namespace

@@ -24,6 +24,7 @@ using LPVOID = void*;
 using HGLOBAL = void*;
 using CLIPFORMAT = std::uint16_t;
 
+// NOLINTBEGIN(readability-identifier-naming): every name is the SDK's
 struct HWND__;
 struct HMENU__;
 struct HKEY__;
@@ -203,3 +204,4 @@ struct IContextMenu : IUnknown {
 inline constexpr DWORD DLL_PROCESS_DETACH = 0;
 inline constexpr DWORD DLL_PROCESS_ATTACH = 1;
 inline constexpr DWORD DLL_THREAD_ATTACH = 2;
+// NOLINTEND(readability-identifier-naming)

@@ -177,10 +177,15 @@ class RightClickWalk : public LifeWalkTest {
         const auto init = obtain<IShellExtInit>("CreateInstance", [&](void** object) {
             return factory->CreateInstance(nullptr, IID_IShellExtInit, object);
         });
-        if (!init ||
-            call("Initialize", [&] { return init->Initialize(nullptr, &drop.data, nullptr); }) != S_OK)
+        if (!init)
             return;
-        outcome.served = true;
+        const HRESULT initialized =
+            call("Initialize", [&] { return init->Initialize(nullptr, &drop.data, nullptr); });
+        outcome.served = initialized == S_OK;
+        if (!outcome.served) {
+            EXPECT_EQ(initialized, E_FAIL);
+            return;
+        }
         const auto menu = query<IContextMenu>(init, IID_IContextMenu);
         outcome.shown = call("QueryContextMenu", [&] {
             return menu->QueryContextMenu(static_cast<HMENU>(target), 0, kFirstId, kFirstId + kOffsets,

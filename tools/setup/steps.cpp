@@ -92,7 +92,7 @@ Result registerModule(const std::u16string& folder, Trial trial, Messages& messa
     for (const Intruder& intruder : intruders(folder))
         messages.complain("warning: " + describe(intruder) + ", which the shell of every user will load");
     owlkit::recordApplicationFolder(folder);
-    if (const RegistrationResult result = nmshell::TryRegisterExtension();
+    if (const RegistrationResult result = nmshell::tryRegisterExtension();
         result != RegistrationResult::Registered)
         return tellFailure(result, messages);
     platform::notifyAssociationsChanged();

@@ -65,8 +65,8 @@ void buildAndInsertMenu(benchmark::State& state) {
     facts.recycleBin = nmshell::RecycleBinState::HoldsItems;
     facts.elevation = owlkit::ElevationState::Limited;
     const owlkit::interlang texts;
-    platform::setModuleFileName(&state, u"/nmshell.dll");
-    nmshell::BitmapCache bitmaps(&state);
+    platform::setModuleFileName(platform::moduleAt(&state), u"/nmshell.dll");
+    nmshell::BitmapCache bitmaps(platform::moduleAt(&state));
     for (auto _ : state) {
         const platform::MenuHandle menu = platform::createMenu();
         nmshell::MenuInserter(1, true, bitmaps)

@@ -10,7 +10,7 @@
 
 namespace nmshell {
 
-void Module::attach(void* instance, std::u16string_view primary) {
+void Module::attach(platform::ModuleRef instance, std::u16string_view primary) {
     ShellSettings settings;
     const bool enabled = settings.isEnabled();
     bitmaps.setModule(instance);

@@ -28,9 +28,9 @@ struct Module {
     BitmapCache bitmaps;
     std::u16string folder;  // of the module, with a trailing separator
 
-    // Remembers the module (HINSTANCE) and its folder. Unless the extension is switched off, loads every
+    // Remembers the module and its folder. Unless the extension is switched off, loads every
     // language file of the folder "langs" in it and applies the language setting with `primary`.
-    void attach(void* instance, std::u16string_view primary = u"en");
+    void attach(platform::ModuleRef instance, std::u16string_view primary = u"en");
 
     // Deletes the menu bitmaps and forgets that languages were loaded. Nothing when the extension is switched
     // off.

@@ -25,7 +25,8 @@ bool isText(RegistryValueType type) {
 
 bool ShellSettings::opens() {
     if (!std::exchange(tried_, true))
-        key_.open(RegistryRoot::CurrentUser, std::u16string(kSettingsPath), RegistryMode::ReadOnly);
+        static_cast<void>(
+            key_.open(RegistryRoot::CurrentUser, std::u16string(kSettingsPath), RegistryMode::ReadOnly));
     return key_.state() != owlkit::KeyAccessState::Closed;
 }
 

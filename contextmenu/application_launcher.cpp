@@ -10,9 +10,9 @@ constexpr std::int64_t kLastShellExecuteError = 32;
 
 }  // namespace
 
-bool ApplicationLauncher::launch(void* owner, std::u16string_view executable, std::uint32_t command,
-                                 bool elevate, const LaunchRequest& request) {
-    if (moduleFolder_.empty() && !owlkit::getFolder(owlkit::kFolderApplication, moduleFolder_))
+bool ApplicationLauncher::launch(platform::WindowRef owner, std::u16string_view executable,
+                                 std::uint32_t command, bool elevate, const LaunchRequest& request) {
+    if (moduleFolder_.empty() && !owlkit::getFolder(owlkit::FolderCode::Application, moduleFolder_))
         return false;  // a bare name is looked for in places that anybody can write to
     std::u16string file = moduleFolder_;
     file += executable;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "contextmenu/launch_request.h"
+#include "platform/shell.h"
 
 namespace nmshell {
 
@@ -24,7 +25,7 @@ class ApplicationLauncher {
     // Starts `executable` from the module folder, with administrator rights when `elevate` is set, and does
     // not wait for it; starts nothing when no folder is known. `owner` is the window that owns dialogs of the
     // system (HWND). True when the system started it. ShellExecuteW with the verb "open" or "runas".
-    [[nodiscard]] bool launch(void* owner, std::u16string_view executable, std::uint32_t command,
+    [[nodiscard]] bool launch(platform::WindowRef owner, std::u16string_view executable, std::uint32_t command,
                               bool elevate, const LaunchRequest& request);
 
   private:

@@ -18,7 +18,8 @@ constexpr std::u16string_view kWebHost = u"" NMSHELL_WEB_HOST;
 constexpr std::u16string_view kVersionTag = u"%(VID)";
 constexpr int kVersionComponents = 3;
 
-constexpr std::uint32_t kOpenVolume = owlkit::kOpenRead | owlkit::kShareReadWrite | owlkit::kRawDevice;
+constexpr owlkit::OpenMode kOpenVolume =
+    owlkit::OpenMode::Read | owlkit::OpenMode::ShareReadWrite | owlkit::OpenMode::RawDevice;
 
 bool needsElevation(const Command& row, const Selection& selection) {
     switch (row.elevation) {
@@ -34,17 +35,18 @@ bool needsElevation(const Command& row, const Selection& selection) {
 
 }  // namespace
 
-bool dispatch(std::uint32_t offset, void* owner, const Selection& selection, ApplicationLauncher& launcher) {
+bool dispatch(std::uint32_t offset, platform::WindowRef owner, const Selection& selection,
+              ApplicationLauncher& launcher) {
     if (offset >= kCommandCount)
         return false;
     const Command& row = command(offset);
     if (row.action == CommandAction::OpenPage) {
-        owlkit::openWithShell(owlkit::kOpenFileOrUrl, pageAddress(row.page));
+        static_cast<void>(owlkit::openWithShell(owlkit::OpenKind::FileOrUrl, pageAddress(row.page)));
         return true;
     }
     LaunchRequest request;
     request.command = row.number;
-    request.cursorValid = platform::cursorPosition(request.cursor.x, request.cursor.y);
+    request.cursorValid = platform::cursorPosition(request.cursor.x, request.cursor.y).succeeded();
     if (row.data == RequestData::PathList)
         request.data = selection.paths.text();
     static_cast<void>(

@@ -13,7 +13,7 @@ namespace nmshell {
 // command table says, or opens a page of the web site. `owner` is the window that owns dialogs of the system
 // (HWND). Whether the start succeeded is not reported. False for an offset that is none of ours; nothing is
 // started then.
-[[nodiscard]] bool dispatch(std::uint32_t offset, void* owner, const Selection& selection,
+[[nodiscard]] bool dispatch(std::uint32_t offset, platform::WindowRef owner, const Selection& selection,
                             ApplicationLauncher& launcher);
 
 // Whether the volume that holds the first path of `paths` is out of this process's reach, so that wiping it

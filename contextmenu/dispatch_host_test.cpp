@@ -43,15 +43,16 @@ TEST_F(DispatchTest, DoesWhatEachEntryStandsFor) {
         open + u"-cmd 108 " + cursor,
         open + u"-cmd 109 " + cursor,
     };
+    const auto window = reinterpret_cast<platform::WindowRef>(this);
     for (std::uint32_t offset = 0; offset < kCommandCount; ++offset) {
         platform::setShellExecuteResult(offset % 2 * 42);  // success is not reported
-        EXPECT_TRUE(dispatch(offset, this, selection_, launcher_));
+        EXPECT_TRUE(dispatch(offset, window, selection_, launcher_));
         ASSERT_EQ(platform::shellStarts().size(), offset + 1);
         EXPECT_EQ(lastStart(), kStarts[offset]);
-        EXPECT_EQ(platform::shellStarts().back().owner, kStarts[offset].starts_with(site) ? nullptr : this);
+        EXPECT_EQ(platform::shellStarts().back().owner, kStarts[offset].starts_with(site) ? nullptr : window);
     }
     for (const std::uint32_t offset : {15u, 0xFFFFu, 0xFFFFFFFFu}) {
-        EXPECT_FALSE(dispatch(offset, this, selection_, launcher_));
+        EXPECT_FALSE(dispatch(offset, window, selection_, launcher_));
         EXPECT_EQ(platform::shellStarts().size(), 15u);
     }
     fault::arm("GetCursorPos", 1, platform::kErrorAccessDenied);

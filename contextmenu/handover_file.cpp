@@ -20,7 +20,7 @@ constexpr std::int32_t kNameDigits = 8;
 // Makes the name free. It can be known beforehand, so a link may have been laid there: deleting removes that,
 // not what it leads to, and what cannot be deleted must not be written through.
 bool makeFree(const std::u16string& name) {
-    return platform::deleteFile(name) || owlkit::pathType(name) == owlkit::PathType::Unreadable;
+    return platform::deleteFile(name).succeeded() || owlkit::pathType(name) == owlkit::PathType::Unreadable;
 }
 
 // Deletes the file at the end, unless it is to be kept.
@@ -32,7 +32,7 @@ class Discarded {
     ~Discarded() {
         try {
             if (!kept_)
-                platform::deleteFile(name_);
+                static_cast<void>(platform::deleteFile(name_));
         } catch (const std::exception&) {  // out of memory once more
         }
     }
@@ -47,7 +47,7 @@ class Discarded {
 
 std::u16string handoverFileName(std::uint32_t counter, std::u16string_view extension) {
     std::u16string name;
-    if (!owlkit::getFolder(owlkit::kFolderTemporary, name))
+    if (!owlkit::getFolder(owlkit::FolderCode::Temporary, name))
         name.clear();
     const std::uint32_t number = (counter % kNameCycle + 1) * kNameFactor;
     name += u"tfn_";
@@ -62,7 +62,7 @@ bool writeHandoverFile(const std::u16string& name, std::u16string_view data) {
         return false;
     Discarded unlessWhole(name);
     owlkit::FileStream file;  // closed before it is discarded
-    if (!file.open(name, owlkit::kCreateWrite, owlkit::kEncodingUtf8) ||
+    if (!file.open(name, owlkit::OpenMode::CreateWrite, owlkit::TextEncoding::Utf8) ||
         file.write(bytes.data(), bytes.size()) != bytes.size())
         return false;
     unlessWhole.keep();
@@ -71,12 +71,12 @@ bool writeHandoverFile(const std::u16string& name, std::u16string_view data) {
 
 std::u16string readHandoverFile(const std::u16string& name) {
     owlkit::FileStream file;
-    if (!file.open(name, owlkit::kOpenRead, owlkit::kEncodingUtf8))
+    if (!file.open(name, owlkit::OpenMode::Read, owlkit::TextEncoding::Utf8))
         return {};
     std::string bytes(static_cast<std::size_t>(std::min<std::int64_t>(file.size(), kMaxHandoverBytes)), '\0');
     bytes.resize(file.read(bytes.data(), bytes.size()));
     file.close();
-    platform::deleteFile(name);
+    static_cast<void>(platform::deleteFile(name));  // what it held is known all the same
     // U+FFFD for what is not UTF-8: a damaged path must name no file rather than another one.
     return owlkit::ToWide(bytes, owlkit::kCharsetUtf8, owlkit::ErrorPolicy::Fixed);
 }

@@ -19,8 +19,8 @@ constexpr std::size_t kShortestBase64 = 2;
 
 // Scalars least significant byte first, texts as their bare code units.
 void useLittleEndian(owlkit::MemoryStream& stream) {
-    stream.setByteOrder(owlkit::kLittleEndian);
-    stream.setTextEncoding(owlkit::kEncodingUtf16);
+    stream.setByteOrder(owlkit::ByteOrder::LittleEndian);
+    stream.setTextEncoding(owlkit::TextEncoding::Utf16);
 }
 
 std::u16string toBase64(const owlkit::MemoryStream& stream) {

@@ -17,12 +17,12 @@ class BitmapCache {
     static constexpr int kLast = 240;
 
     // `module` is the module whose resources hold the bitmaps (HINSTANCE).
-    explicit BitmapCache(void* module = nullptr) : module_(module) {}
+    explicit BitmapCache(platform::ModuleRef module = nullptr) : module_(module) {}
     BitmapCache(const BitmapCache&) = delete;
     BitmapCache& operator=(const BitmapCache&) = delete;
     ~BitmapCache() { clear(); }
 
-    void setModule(void* module) { module_ = module; }
+    void setModule(platform::ModuleRef module) { module_ = module; }
 
     // The bitmap of a resource identifier at the size of a small icon; none outside kFirst..kLast or when it
     // cannot be loaded, which is tried again at the next call. The cache keeps the bitmap.
@@ -32,7 +32,7 @@ class BitmapCache {
     void clear();
 
   private:
-    void* module_;
+    platform::ModuleRef module_;
     std::array<std::atomic<platform::BitmapRef>, kLast - kFirst + 1> bitmaps_ = {};  // owned
 };
 

@@ -21,7 +21,7 @@ void gatherDriveFacts(const Selection& selection, SystemDrive& systemDrive, Menu
 RecycleBinState QueryRecycleBinState(const std::u16string& root) {
     std::int64_t bytes = 0;
     std::int64_t items = 0;
-    if (!platform::queryRecycleBin(root, bytes, items))
+    if (!platform::queryRecycleBin(root, bytes, items).succeeded())
         return RecycleBinState::Unknown;
     return items != 0 ? RecycleBinState::HoldsItems : RecycleBinState::Empty;
 }

@@ -48,7 +48,7 @@ bool MenuInserter::InsertMenuEntry(platform::MenuRef menu, std::uint32_t positio
     request.id = entry.offset == kNoCommand ? 0 : firstId_ + entry.offset;
     setText(request, entry);
     addBitmap(request, entry);
-    return platform::insertMenuItem(menu, position, request);
+    return platform::insertMenuItem(menu, position, request).succeeded();
 }
 
 bool MenuInserter::InsertMenuSeparator(platform::MenuRef menu, std::uint32_t position) {
@@ -66,7 +66,7 @@ Submenu MenuInserter::InsertSubmenu(platform::MenuRef parent, std::uint32_t posi
     request.submenu = submenu.menu;
     setText(request, entry);
     addBitmap(request, entry);
-    if (platform::insertMenuItem(parent, position, request))
+    if (platform::insertMenuItem(parent, position, request).succeeded())
         static_cast<void>(made.release());  // the parent destroys it from here on
     submenu.notHung = std::move(made);
     return submenu;

@@ -8,6 +8,7 @@
 #include "contextmenu/commands.h"
 #include "contextmenu/menu_facts.h"
 #include "contextmenu/selection.h"
+#include "foundation/process/elevation.h"
 #include "lang/interlang.h"
 
 namespace nmshell {

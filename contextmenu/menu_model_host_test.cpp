@@ -34,9 +34,9 @@ class MenuTest : public HostTest {
         MenuInserter(1000, icons, bitmaps_).insert(menu.get(), position, entries);
     }
 
-    MenuTest() { platform::setModuleFileName(this, folder() + u"nmshell.dll"); }
+    MenuTest() { platform::setModuleFileName(platform::moduleAt(this), folder() + u"nmshell.dll"); }
 
-    BitmapCache bitmaps_{this};
+    BitmapCache bitmaps_{platform::moduleAt(this)};
 };
 
 // The keys in order, shortened; "!" marks what is grayed, brackets hold a submenu.
@@ -146,13 +146,14 @@ c3 0 0 1002 CXT_MENU_CLEAN_DRIVE #232
     for (const auto& [kind, own] : kCases) {
         const platform::MenuHandle menu = platform::createMenu(), plain = platform::createMenu();
         for (const std::u16string_view text : {u"before", u"behind"})
-            platform::insertMenuItem(menu.get(), 9, {.hasText = true, .text = text});
+            EXPECT_TRUE(platform::insertMenuItem(menu.get(), 9, {.hasText = true, .text = text}).succeeded());
         insert(menu, 1, kind);
         EXPECT_EQ(dump(host::menu(menu.get())),
                   "0 0 0 0 before\n43 800 0 0 (none)\n" + own + kProduct + "0 0 0 0 behind\n");
         for (const std::uint32_t position : {0xFFFFFFFEu, 0xFFFFFFFFu}) {  // behind everything, in order
             const platform::MenuHandle end = platform::createMenu();
-            platform::insertMenuItem(end.get(), 0, {.hasText = true, .text = u"before"});
+            EXPECT_TRUE(
+                platform::insertMenuItem(end.get(), 0, {.hasText = true, .text = u"before"}).succeeded());
             insert(end, position, kind);
             EXPECT_EQ(dump(host::menu(end.get())), "0 0 0 0 before\n43 800 0 0 (none)\n" + own + kProduct);
         }

@@ -11,8 +11,9 @@ using owlkit::MemoryStream;
 
 namespace {
 
-bool isLineFeed(std::uint32_t terminator) {
-    return terminator == owlkit::kLf || terminator == owlkit::kCrLf || terminator == owlkit::kCrLfAlias;
+bool isLineFeed(owlkit::StringTerminator terminator) {
+    return terminator == owlkit::StringTerminator::Lf || terminator == owlkit::StringTerminator::CrLf ||
+           terminator == owlkit::StringTerminator::CrLfAlias;
 }
 
 // Whether `charset` holds the text.
@@ -23,20 +24,24 @@ bool holds(owlkit::CharsetCode charset, const std::u16string& text) {
 }
 
 // Whether the end of a text is found where it was written.
-bool endsByItself(std::uint32_t terminator, const std::u16string& text) {
-    if (terminator == owlkit::kNoTerminator || terminator > owlkit::kCrLfAlias)
+bool endsByItself(owlkit::StringTerminator terminator, const std::u16string& text) {
+    if (terminator == owlkit::StringTerminator::None || terminator > owlkit::StringTerminator::CrLfAlias)
         return false;
-    const char16_t stop = isLineFeed(terminator) ? u'\n' : terminator == owlkit::kCr ? u'\r' : u'\0';
+    const char16_t stop = isLineFeed(terminator)                       ? u'\n'
+                          : terminator == owlkit::StringTerminator::Cr ? u'\r'
+                                                                       : u'\0';
     // A line feed takes one carriage return before it along.
-    return text.find(stop) == text.npos && (terminator != owlkit::kLf || !text.ends_with(u'\r'));
+    return text.find(stop) == text.npos &&
+           (terminator != owlkit::StringTerminator::Lf || !text.ends_with(u'\r'));
 }
 
 class Items {
   public:
     explicit Items(FuzzedDataProvider& input) : input_(input) {
-        stream_.setTextEncoding(pick(owlkit::kEncodingCharset + 1));
-        stream_.setByteOrder(pick(owlkit::kLittleEndian));
-        stream_.setStringTerminator(pick(owlkit::kCrLfAlias + 1));
+        // Up to the first value that is none of a setting's own.
+        stream_.setTextEncoding(owlkit::TextEncoding{pick(5)});
+        stream_.setByteOrder(owlkit::ByteOrder{pick(2)});
+        stream_.setStringTerminator(owlkit::StringTerminator{pick(6)});
         stream_.setCharset(pick(owlkit::kCharsetDos850));
     }
 
@@ -51,7 +56,7 @@ class Items {
     }
 
     void readAll() {
-        require(stream_.seek(0, owlkit::kFromStart));
+        require(stream_.seek(0, owlkit::SeekOrigin::Start));
         for (const auto& check : checks_)
             check();
         require(stream_.atEnd());
@@ -142,7 +147,7 @@ class Items {
     std::int64_t wideText() {
         const std::u16string wide = fuzz::wide(text());
         if (!endsByItself(stream_.stringTerminator(), wide) ||
-            (stream_.textEncoding() == owlkit::kEncodingCharset && !holds(stream_.charset(), wide)))
+            (stream_.textEncoding() == owlkit::TextEncoding::Charset && !holds(stream_.charset(), wide)))
             return 0;
         checkText(wide);
         return stream_.writeText(std::u16string_view(wide));
@@ -151,13 +156,13 @@ class Items {
     // Narrow text must also come through the system charset, unless it is kept as its bytes.
     std::int64_t narrowText() {
         const std::string bytes = text();
-        const std::uint32_t encoding = stream_.textEncoding();
-        const bool kept = encoding == owlkit::kEncodingNone || encoding > owlkit::kEncodingCharset;
+        const owlkit::TextEncoding encoding = stream_.textEncoding();
+        const bool kept = encoding == owlkit::TextEncoding::None || encoding > owlkit::TextEncoding::Charset;
         const std::u16string wide =
             kept ? std::u16string(bytes.begin(), bytes.end()) : owlkit::ToWide(bytes, owlkit::kCharsetSystem);
         if (!endsByItself(stream_.stringTerminator(), wide) ||
             (!kept && owlkit::ToNarrow(wide, owlkit::kCharsetSystem) != bytes) ||
-            (encoding == owlkit::kEncodingCharset && !holds(stream_.charset(), wide)))
+            (encoding == owlkit::TextEncoding::Charset && !holds(stream_.charset(), wide)))
             return 0;
         checkText(bytes);
         return stream_.writeText(std::string_view(bytes));
@@ -183,16 +188,16 @@ class Items {
 // The mark of an encoding makes a reader find it again.
 void mark(FuzzedDataProvider& input) {
     MemoryStream stream;
-    stream.setTextEncoding(input.ConsumeIntegralInRange<std::uint32_t>(0, owlkit::kEncodingCharset));
-    stream.setByteOrder(input.ConsumeIntegralInRange<std::uint32_t>(0, owlkit::kLittleEndian));
-    const bool has =
-        stream.textEncoding() >= owlkit::kEncodingUtf8 && stream.textEncoding() <= owlkit::kEncodingUtf32;
+    stream.setTextEncoding(owlkit::TextEncoding{input.ConsumeIntegralInRange<std::uint32_t>(0, 4)});
+    stream.setByteOrder(owlkit::ByteOrder{input.ConsumeIntegralInRange<std::uint32_t>(0, 2)});
+    const bool has = stream.textEncoding() >= owlkit::TextEncoding::Utf8 &&
+                     stream.textEncoding() <= owlkit::TextEncoding::Utf32;
     require(stream.writeByteOrderMark() == has);
-    stream.seek(0, owlkit::kFromStart);
+    require(stream.seek(0, owlkit::SeekOrigin::Start));
     MemoryStream reader(stream.data(), static_cast<std::size_t>(stream.size()));
     require(reader.detectByteOrderMark() == has);
-    const bool littleUtf32 =
-        stream.textEncoding() == owlkit::kEncodingUtf32 && stream.byteOrder() != owlkit::kBigEndian;
+    const bool littleUtf32 = stream.textEncoding() == owlkit::TextEncoding::Utf32 &&
+                             stream.byteOrder() != owlkit::ByteOrder::BigEndian;
     if (has && !littleUtf32) {
         require(reader.textEncoding() == stream.textEncoding());
         require(reader.atEnd());

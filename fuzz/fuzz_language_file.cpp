@@ -62,7 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     table.GetLanguages(languages);
     owlkit::MemoryStream written;
     require(table.Write(written) == !languages.empty());
-    written.seek(0, owlkit::kFromStart);
+    require(written.seek(0, owlkit::SeekOrigin::Start));
     owlkit::interlang again;
     require(fuzz::read(again, written));
     std::vector<std::u16string> languagesAgain;

@@ -33,22 +33,24 @@ void fill(owlkit::interlang& table, FuzzedDataProvider& input) {
 // The settings in which a reader finds out by itself what it has: marked, or UTF-8.
 void choose(owlkit::MemoryStream& stream, FuzzedDataProvider& input) {
     const struct {
-        std::uint32_t encoding;
-        std::uint32_t order;
+        owlkit::TextEncoding encoding;
+        owlkit::ByteOrder order;
         bool marked;
     } kEncodings[] = {
-        {owlkit::kEncodingNone, owlkit::kNativeOrder, false},
-        {owlkit::kEncodingUtf8, owlkit::kBigEndian, false},
-        {owlkit::kEncodingUtf8, owlkit::kLittleEndian, true},
-        {owlkit::kEncodingUtf16, owlkit::kNativeOrder, true},
-        {owlkit::kEncodingUtf16, owlkit::kBigEndian, true},
-        {owlkit::kEncodingUtf32, owlkit::kBigEndian, true},  // the other order's mark is taken for UTF-16's
+        {owlkit::TextEncoding::None, owlkit::ByteOrder::Native, false},
+        {owlkit::TextEncoding::Utf8, owlkit::ByteOrder::BigEndian, false},
+        {owlkit::TextEncoding::Utf8, owlkit::ByteOrder::LittleEndian, true},
+        {owlkit::TextEncoding::Utf16, owlkit::ByteOrder::Native, true},
+        {owlkit::TextEncoding::Utf16, owlkit::ByteOrder::BigEndian, true},
+        {owlkit::TextEncoding::Utf32, owlkit::ByteOrder::BigEndian,
+         true},  // the other order's mark is taken for UTF-16's
     };
     const auto& encoding = input.PickValueInArray(kEncodings);
     stream.setTextEncoding(encoding.encoding);
     stream.setByteOrder(encoding.order);
-    const std::uint32_t kTerminators[] = {owlkit::kNoTerminator, owlkit::kLf, owlkit::kCrLf,
-                                          owlkit::kCrLfAlias};
+    const owlkit::StringTerminator kTerminators[] = {
+        owlkit::StringTerminator::None, owlkit::StringTerminator::Lf, owlkit::StringTerminator::CrLf,
+        owlkit::StringTerminator::CrLfAlias};
     stream.setStringTerminator(input.PickValueInArray(kTerminators));
     require(!encoding.marked || stream.writeByteOrderMark());
 }
@@ -75,7 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(fuzz::error([&] { table.Write(out, u"no such name"); }) == "invalid state");
     if (!language.empty())
         languages = {language};
-    out.seek(0, owlkit::kFromStart);
+    require(out.seek(0, owlkit::SeekOrigin::Start));
     owlkit::interlang again;
     require(fuzz::read(again, out));
     std::vector<std::u16string> languagesAgain;

@@ -160,7 +160,7 @@ void writeAndRead(const Stored& stored) {
     };
     if (wrote(fits, [&] { key.writeString(name, text); }))
         require(RegistryKey::readRawStringOr(root, kPath, name, u"-") == text);
-    if (wrote(fits, [&] { RegistryKey::writeExpandableString(root, kPath, name, text); }))
+    if (wrote(fits, [&] { return RegistryKey::writeExpandableString(root, kPath, name, text); }))
         require(RegistryKey::valueType(root, kPath, name) == RegistryValueType::ExpandableString);
     const owlkit::PathList paths = owlkit::PathList::fromText(text);
     std::vector<std::u16string> items(paths.begin(), paths.end());
@@ -168,7 +168,8 @@ void writeAndRead(const Stored& stored) {
     std::size_t length = 0;
     for (const std::u16string& item : items)
         length += item.size() + 1;
-    if (wrote(length <= kLongestText, [&] { RegistryKey::writeMultiString(root, kPath, name, items); }))
+    if (wrote(length <= kLongestText,
+              [&] { return RegistryKey::writeMultiString(root, kPath, name, items); }))
         require(RegistryKey::readMultiStringOr(root, kPath, name, {u"-"}) == items);
     const auto number = static_cast<std::uint32_t>(stored.bytes.size() * 0x9E3779B9u);
     require(RegistryKey::writeDword(root, kPath, name, number));

@@ -26,7 +26,7 @@ class PlainStream final : public ByteStream {
     std::size_t write(const void*, std::size_t) override { return 0; }
     std::int64_t size() const override { return static_cast<std::int64_t>(bytes_.size()); }
     std::int64_t position() const override { return static_cast<std::int64_t>(at_); }
-    bool seek(std::int64_t offset, std::uint32_t origin) override {
+    bool seek(std::int64_t offset, owlkit::SeekOrigin origin) override {
         const std::int64_t target = seekTarget(offset, origin);
         if (target < 0)
             return false;
@@ -107,7 +107,7 @@ Outcome run(ByteStream& stream, const Step& step) {
                 outcome.result = static_cast<std::int64_t>(stream.readRaw(outcome.wide, kRawLimit));
                 break;
             case 4:
-                outcome.result = stream.seek(step.count, step.origin);
+                outcome.result = stream.seek(step.count, owlkit::SeekOrigin{step.origin});
                 break;
             case 5:
                 outcome.result = stream.skip(step.count);
@@ -151,9 +151,10 @@ void requireLimits(const Step& step, const Outcome& outcome, std::int64_t before
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider input(data, size);
     owlkit::MemoryStream settings;
-    settings.setTextEncoding(input.ConsumeIntegralInRange<std::uint32_t>(0, owlkit::kEncodingCharset + 1));
-    settings.setByteOrder(input.ConsumeIntegralInRange<std::uint32_t>(0, owlkit::kLittleEndian));
-    settings.setStringTerminator(input.ConsumeIntegralInRange<std::uint32_t>(0, owlkit::kCrLfAlias + 1));
+    // Up to the first value that is none of a setting's own.
+    settings.setTextEncoding(owlkit::TextEncoding{input.ConsumeIntegralInRange<std::uint32_t>(0, 5)});
+    settings.setByteOrder(owlkit::ByteOrder{input.ConsumeIntegralInRange<std::uint32_t>(0, 2)});
+    settings.setStringTerminator(owlkit::StringTerminator{input.ConsumeIntegralInRange<std::uint32_t>(0, 6)});
     settings.setCharset(input.ConsumeIntegralInRange<std::uint32_t>(0, owlkit::kCharsetDos850));
     std::vector<Step> steps(input.ConsumeIntegralInRange<std::size_t>(1, 8));
     for (Step& step : steps)

@@ -32,11 +32,11 @@ bool parse(interlang& table, const std::vector<std::string>& files, std::uint32_
     table.BeginLoad();
     for (const std::string& file : files) {
         MemoryStream stream(file.data(), file.size()), before;
-        stream.setByteOrder(kBigEndian);
-        before.setByteOrder(kBigEndian);
+        stream.setByteOrder(ByteOrder::BigEndian);
+        before.setByteOrder(ByteOrder::BigEndian);
         read = table.Parse(stream, line);
         EXPECT_TRUE(stream.settingsCompatible(before));
-        EXPECT_EQ(stream.stringTerminator(), kNoTerminator);
+        EXPECT_EQ(stream.stringTerminator(), StringTerminator::None);
     }
     table.EndLoad();
     return read;
@@ -182,12 +182,12 @@ TEST(LanguageFile, WrittenTablesReadBack) {
     table.EndLoad();
     for (std::uint32_t variant = 0; variant < 4; ++variant) {
         MemoryStream out;
-        out.setTextEncoding(variant % 2 == 0 ? kEncodingUtf8 : kEncodingUtf16);
-        out.setByteOrder(variant < 2 ? kBigEndian : kLittleEndian);
-        out.setStringTerminator(variant < 2 ? kLf : kCrLf);
+        out.setTextEncoding(variant % 2 == 0 ? TextEncoding::Utf8 : TextEncoding::Utf16);
+        out.setByteOrder(variant < 2 ? ByteOrder::BigEndian : ByteOrder::LittleEndian);
+        out.setStringTerminator(variant < 2 ? StringTerminator::Lf : StringTerminator::CrLf);
         EXPECT_TRUE(out.writeByteOrderMark());
         EXPECT_TRUE(table.Write(out));
-        EXPECT_TRUE(out.seek(0, kFromStart));
+        EXPECT_TRUE(out.seek(0, SeekOrigin::Start));
         interlang copy;
         std::uint32_t line = 0;
         copy.BeginLoad();

@@ -23,7 +23,7 @@ std::u16string failureText(const std::u16string& path, std::uint32_t line) {
 }  // namespace
 
 bool ListLanguageFiles(const std::u16string& folder, std::vector<std::u16string>& names) {
-    platform::listFolder(folder, names);
+    names = platform::listFolder(folder).value_or(std::vector<std::u16string>());
     std::erase_if(names, [](const std::u16string& name) {
         return name.size() <= kLanguageFileEnding.size() || !name.ends_with(kLanguageFileEnding);
     });
@@ -35,7 +35,7 @@ std::u16string LoadLanguageFile(const std::u16string& path, interlang& table) {
     std::uint32_t line = kNoLine;
     FileStream file;
     // An editor that holds the file open for writing does not keep the menu away.
-    if (file.open(path, kOpenRead | kShareReadWrite) && table.Parse(file, line))
+    if (file.open(path, OpenMode::Read | OpenMode::ShareReadWrite) && table.Parse(file, line))
         return {};
     return failureText(path, line);
 }

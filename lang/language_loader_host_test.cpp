@@ -6,7 +6,6 @@
 #include <fstream>
 #include <set>
 #include <stdexcept>
-#include <tuple>
 
 #include "foundation/stream/file_stream.h"
 #include "foundation/stream/memory_stream.h"
@@ -73,7 +72,7 @@ TEST_F(LanguageLoader, EveryPlatformFailureIsTold) {
     for (std::uint32_t n = 1, failures = 0;; ++n) {
         SCOPED_TRACE(n);
         interlang table;
-        fault::arm("*", n, platform::ErrorCode{5});
+        fault::arm("*", n, platform::kErrorAccessDenied);
         const std::u16string text = LoadLanguageFile(file, table);
         EXPECT_EQ(table.state(), interlang::State::Built);
         EXPECT_EQ(text, table.HasText(u"a") ? u"" : failure(u"-1", file));
@@ -113,9 +112,9 @@ TEST_F(LanguageLoader, FilesThatCannotBeReadOrWrittenToTheEnd) {
         FileStream file;
         Bound bound;
         std::uint32_t line = 0;
-        ASSERT_TRUE(file.open(path(u"a.lang.txt"), kOpenRead));
+        ASSERT_TRUE(file.open(path(u"a.lang.txt"), OpenMode::Read));
         table_.BeginLoad();
-        fault::arm("ReadFile", n, platform::ErrorCode{5}, true);
+        fault::arm("ReadFile", n, platform::kErrorAccessDenied, true);
         const bool read = table_.Parse(file, line, &bound);
         EXPECT_NE(read, fault::fired());
         table_.EndLoad();
@@ -126,7 +125,7 @@ TEST_F(LanguageLoader, FilesThatCannotBeReadOrWrittenToTheEnd) {
     put("a.lang.txt", "LANG: en\nKEY: a\nTEXT: 1");
     ASSERT_EQ(LoadLanguageFile(path(u"a.lang.txt"), table_), u"");
     FileStream out;
-    ASSERT_TRUE(out.open(path(u"out"), kCreateWrite));
+    ASSERT_TRUE(out.open(path(u"out"), OpenMode::CreateWrite));
     for (const char* const call : {"WriteFile", "WriteFile, short"}) {
         fault::arm(call, 1, platform::kErrorDiskFull);
         EXPECT_FALSE(table_.Write(out)) << call;

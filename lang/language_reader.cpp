@@ -182,7 +182,7 @@ bool readContent(ByteStream& stream, Content& content) {
     rest.setSettings(stream.settings());
     if (!rest.detectTextEncoding(kSampleSize))
         return false;
-    const TextFormat format = {rest.textEncoding(), rest.charset(), rest.byteOrder() == kBigEndian};
+    const TextFormat format = {rest.textEncoding(), rest.charset(), rest.byteOrder() == ByteOrder::BigEndian};
     const auto size = static_cast<std::size_t>(rest.remaining());
     content.text = decodeUnits({reinterpret_cast<const char*>(rest.data() + rest.position()), size}, format);
     content.cut = size % unitWidth(format, true) != 0;

@@ -88,10 +88,10 @@ bool writeLanguages(const interlang& table, ByteStream& out, std::u16string_view
     if (!language.empty() && !table.HasLanguage(language))
         throwInvalidState();
     StreamSettings settings = out.settings();
-    if (settings.stringTerminator == kNoTerminator)
-        settings.stringTerminator = kLf;
-    if (settings.textEncoding == kEncodingNone)
-        settings.textEncoding = kEncodingUtf8;
+    if (settings.stringTerminator == StringTerminator::None)
+        settings.stringTerminator = StringTerminator::Lf;
+    if (settings.textEncoding == TextEncoding::None)
+        settings.textEncoding = TextEncoding::Utf8;
     MemoryStream text;
     text.setSettings(settings);
     Writer writer(table, text, table.HasLanguage(reference) ? reference : std::u16string_view());

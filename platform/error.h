@@ -1,30 +1,40 @@
-// System error codes, as GetLastError and the Reg* functions number them. Platform functions return one of
-// these; 0 means success.
+// How a platform call went. A function that stands for a call with an error code answers a Status and gives
+// what it found through its last parameters, which a failure leaves as they were unless its comment says
+// otherwise. A text, a list or a handle that is made is the answer itself: an optional or a handle, empty on
+// failure. A call whose one number tells both, such as GetFileAttributesW, answers that number.
 #pragma once
 
 #include <cstdint>
 
 namespace platform {
 
-using ErrorCode = std::uint32_t;
+// A system error code, as GetLastError and the Reg* functions number them; 0 means success. A call that fails
+// without a code has another one.
+struct [[nodiscard]] Status {
+    std::uint32_t code = 0;
 
-inline constexpr ErrorCode kSuccess = 0;
-inline constexpr ErrorCode kErrorFileNotFound = 2;
-inline constexpr ErrorCode kErrorPathNotFound = 3;
-inline constexpr ErrorCode kErrorAccessDenied = 5;
-inline constexpr ErrorCode kErrorInvalidHandle = 6;
-inline constexpr ErrorCode kErrorNotEnoughMemory = 8;
-inline constexpr ErrorCode kErrorSharingViolation = 32;
-inline constexpr ErrorCode kErrorNotSupported = 50;
-inline constexpr ErrorCode kErrorFileExists = 80;
-inline constexpr ErrorCode kErrorInvalidParameter = 87;
-inline constexpr ErrorCode kErrorBrokenPipe = 109;
-inline constexpr ErrorCode kErrorDiskFull = 112;
-inline constexpr ErrorCode kErrorCallNotImplemented = 120;
-inline constexpr ErrorCode kErrorInsufficientBuffer = 122;
-inline constexpr ErrorCode kErrorInvalidName = 123;
-inline constexpr ErrorCode kErrorMoreData = 234;
-inline constexpr ErrorCode kErrorNoMoreItems = 259;
-inline constexpr ErrorCode kErrorPrivilegeNotHeld = 1314;
+    constexpr bool succeeded() const { return code == 0; }
+    friend constexpr bool operator==(Status, Status) = default;
+};
+
+inline constexpr Status kSuccess{0};
+inline constexpr Status kErrorFileNotFound{2};
+inline constexpr Status kErrorPathNotFound{3};
+inline constexpr Status kErrorAccessDenied{5};
+inline constexpr Status kErrorInvalidHandle{6};
+inline constexpr Status kErrorNotEnoughMemory{8};
+inline constexpr Status kErrorGeneralFailure{31};
+inline constexpr Status kErrorFileExists{80};
+inline constexpr Status kErrorInvalidParameter{87};
+inline constexpr Status kErrorBrokenPipe{109};
+inline constexpr Status kErrorDiskFull{112};
+inline constexpr Status kErrorInvalidName{123};
+inline constexpr Status kErrorBadPathName{161};
+inline constexpr Status kErrorMoreData{234};
+inline constexpr Status kErrorNoMoreItems{259};
+inline constexpr Status kErrorKeyDeleted{1018};
+inline constexpr Status kErrorNotAllAssigned{1300};
+inline constexpr Status kErrorNoSuchPrivilege{1313};
+inline constexpr Status kErrorInvalidMenuHandle{1401};
 
 }  // namespace platform

@@ -61,46 +61,45 @@ using FileHandle = UniqueHandle<FileTraits>;
 
 // CreateFileW without security attributes or template. On failure `file` keeps what it held. On the host
 // sharing and all attributes but read-only are recorded (host/file_record.h) and otherwise ignored.
-ErrorCode createFile(const std::u16string& path, std::uint32_t access, std::uint32_t share,
-                     std::uint32_t creation, std::uint32_t attributes, FileHandle& file);
+Status createFile(const std::u16string& path, std::uint32_t access, std::uint32_t share,
+                  std::uint32_t creation, std::uint32_t attributes, FileHandle& file);
 
 // ReadFile and WriteFile at the file pointer, which moves by the bytes that were transferred. Counts are
 // bytes; the transferred count is 0 on failure. Reading at the end succeeds with 0 bytes.
-ErrorCode readFile(const FileHandle& file, void* buffer, std::uint32_t count, std::uint32_t& transferred);
-ErrorCode writeFile(const FileHandle& file, const void* buffer, std::uint32_t count,
-                    std::uint32_t& transferred);
+Status readFile(const FileHandle& file, void* buffer, std::uint32_t count, std::uint32_t& transferred);
+Status writeFile(const FileHandle& file, const void* buffer, std::uint32_t count, std::uint32_t& transferred);
 
 // SetFilePointerEx with FILE_BEGIN: moves the file pointer to `position` bytes from the start. Past the end
 // is allowed.
-ErrorCode setFilePointer(const FileHandle& file, std::int64_t position);
+Status setFilePointer(const FileHandle& file, std::int64_t position);
 
 // SetEndOfFile: cuts or extends the file to the file pointer.
-ErrorCode setEndOfFile(const FileHandle& file);
+Status setEndOfFile(const FileHandle& file);
 
 // FlushFileBuffers.
-ErrorCode flushFileBuffers(const FileHandle& file);
+Status flushFileBuffers(const FileHandle& file);
 
 // GetFileSizeEx, in bytes. `size` is unchanged on failure.
-ErrorCode fileSize(const FileHandle& file, std::int64_t& size);
+Status fileSize(const FileHandle& file, std::int64_t& size);
 
 // DeviceIoControl with IOCTL_DISK_GET_LENGTH_INFO (0x7405C): the length in bytes of a raw device or volume.
 // On the host a plain file may stand for a device. `size` is unchanged on failure.
-ErrorCode diskLength(const FileHandle& file, std::int64_t& size);
+Status diskLength(const FileHandle& file, std::int64_t& size);
 
 // GetFileAttributesW; kInvalidFileAttributes when they cannot be read.
-std::uint32_t fileAttributes(const std::u16string& path);
+[[nodiscard]] std::uint32_t fileAttributes(const std::u16string& path);
 
-// DeleteFileW; false when the file could not be deleted. Of a link, the link is deleted and its target stays.
-bool deleteFile(const std::u16string& path);
+// DeleteFileW. Of a link, the link is deleted and its target stays.
+Status deleteFile(const std::u16string& path);
 
 // FindFirstFileW and FindNextFileW over everything in `folder` (with or without a separator at its end; empty
-// = the current folder): the plain names of its files, folders left out, in the platform's order. False, and
-// no names, when the folder cannot be listed to its end.
-bool listFolder(const std::u16string& folder, std::vector<std::u16string>& names);
+// = the current folder): the plain names of its files, folders left out, in the platform's order. Nothing
+// when the folder cannot be listed to its end.
+[[nodiscard]] std::optional<std::vector<std::u16string>> listFolder(const std::u16string& folder);
 
 // GetTempPathW and GetCurrentDirectoryW with a buffer of `bufferSize` code units, the final zero included;
 // nothing when the call fails or the text does not fit. The temporary folder ends in a separator.
-std::optional<std::u16string> tempPath(std::size_t bufferSize);
-std::optional<std::u16string> currentDirectory(std::size_t bufferSize);
+[[nodiscard]] std::optional<std::u16string> tempPath(std::size_t bufferSize);
+[[nodiscard]] std::optional<std::u16string> currentDirectory(std::size_t bufferSize);
 
 }  // namespace platform

@@ -18,23 +18,23 @@ TEST(PlatformFile, ListsTheFilesOfAFolder) {
     std::filesystem::create_directories(folder / "sub");
     for (const char16_t* name : {u"b.txt", u"\u00E9\u4E2D.lang.txt"})
         std::ofstream(folder / name) << "x";
-    std::vector<std::u16string> names = {u"old"};
     for (const std::u16string& spelling : {folder.u16string(), folder.u16string() + kPathSeparator}) {
-        EXPECT_TRUE(listFolder(spelling, names));
-        std::sort(names.begin(), names.end());
-        EXPECT_EQ(names, (std::vector<std::u16string>{u"b.txt", u"\u00E9\u4E2D.lang.txt"}));
+        auto names = listFolder(spelling);
+        ASSERT_TRUE(names);
+        std::ranges::sort(*names);
+        EXPECT_EQ(*names, (std::vector<std::u16string>{u"b.txt", u"\u00E9\u4E2D.lang.txt"}));
     }
     EXPECT_EQ(fileAttributes(folder.u16string()) & kFileAttributeDirectory, kFileAttributeDirectory);
-    EXPECT_FALSE(deleteFile(folder.u16string()));
+    EXPECT_EQ(deleteFile(folder.u16string()), kErrorAccessDenied);
     FileHandle file;
     EXPECT_EQ(createFile(folder.u16string(), kGenericRead, 0, kOpenExisting, 0, file), kErrorAccessDenied);
     const std::u16string path = (folder / "b.txt").u16string();
-    EXPECT_TRUE(deleteFile(path));
+    EXPECT_EQ(deleteFile(path), kSuccess);
+    EXPECT_EQ(deleteFile(path), kErrorFileNotFound);
     EXPECT_EQ(fileAttributes(path), kInvalidFileAttributes);
     EXPECT_EQ(createFile(path, kGenericRead, 0, kOpenExisting, 0, file), kErrorFileNotFound);
     std::filesystem::remove_all(folder);
-    EXPECT_FALSE(listFolder(folder.u16string(), names));
-    EXPECT_TRUE(names.empty());
+    EXPECT_EQ(listFolder(folder.u16string()), std::nullopt);
 }
 
 // Names that the system's short path buffers do not hold, in the spellings in which they come.
@@ -54,14 +54,12 @@ TEST(PlatformFile, LongPathsAreOrdinaryPaths) {
         SCOPED_TRACE(testing::PrintToString(spelling));
         const std::u16string path = spelling + kPathSeparator + u"file.txt";
         FileHandle file;
-        std::vector<std::u16string> names;
         EXPECT_EQ(createFile(path, kGenericWrite, 0, kCreateNew, 0, file), kSuccess);
         file.reset();
         EXPECT_EQ(fileAttributes(path) & kFileAttributeDirectory, 0u);
         EXPECT_EQ(fileAttributes(spelling) & kFileAttributeDirectory, kFileAttributeDirectory);
-        EXPECT_TRUE(listFolder(spelling, names));
-        EXPECT_EQ(names, std::vector<std::u16string>{u"file.txt"});
-        EXPECT_TRUE(deleteFile(path));
+        EXPECT_EQ(listFolder(spelling), std::vector<std::u16string>{u"file.txt"});
+        EXPECT_EQ(deleteFile(path), kSuccess);
         EXPECT_EQ(fileAttributes(path), kInvalidFileAttributes);
     }
     for (; !folders.empty(); folders.pop_back())
@@ -77,9 +75,9 @@ TEST(PlatformFile, ReadOnlyFilesStay) {
     EXPECT_EQ(writeFile(file, "abc", 3, moved), kSuccess);
     EXPECT_EQ(readFile(file, &moved, 1, moved), kErrorAccessDenied);
     file.reset();
-    EXPECT_FALSE(deleteFile(target.name()));
+    EXPECT_EQ(deleteFile(target.name()), kErrorAccessDenied);
     std::filesystem::permissions(target.path(), std::filesystem::perms::all);
-    EXPECT_TRUE(deleteFile(target.name()));
+    EXPECT_EQ(deleteFile(target.name()), kSuccess);
 }
 
 TEST(PlatformFile, FoldersMustFitTheBuffer) {

@@ -9,7 +9,7 @@ namespace platform {
 // handle") and `static void close(Type) noexcept` (called once for every owned handle). Closing failures are
 // ignored.
 template <class Traits>
-class UniqueHandle {
+class [[nodiscard]] UniqueHandle {
   public:
     using Type = typename Traits::Type;
 

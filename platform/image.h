@@ -7,19 +7,18 @@
 
 namespace platform {
 
-inline constexpr ErrorCode kErrorModuleNotFound = 126;  // one that the module needs, when the file is there
-inline constexpr ErrorCode kErrorBadPathName = 161;
-inline constexpr ErrorCode kErrorBadExeFormat = 193;
-inline constexpr ErrorCode kErrorModuleInitFailed = 1114;
+inline constexpr Status kErrorModuleNotFound{126};  // one that the module needs, when the file is there
+inline constexpr Status kErrorBadExeFormat{193};
+inline constexpr Status kErrorModuleInitFailed{1114};
 
 // LoadLibraryExW, and FreeLibrary again: the error that loading the module at `file` into this process gives.
 // `file` must be a full path, as anything else would be searched for: kErrorBadPathName without it. What the
 // module needs is taken from its own folder and the system's.
-ErrorCode loadError(const std::u16string& file);
+Status loadError(const std::u16string& file);
 
 // The same without running any of it: LoadLibraryExW maps the file as data, and its headers say whether it is
 // a DLL for this processor, kErrorBadExeFormat when not. What it needs is not looked for.
-ErrorCode headerError(const std::u16string& file);
+Status headerError(const std::u16string& file);
 
 // GetFileVersionInfoW: the four numbers of the file's version with points between, such as "4.0.3.0"; empty
 // when it has none.

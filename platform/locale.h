@@ -11,11 +11,11 @@ namespace platform {
 inline constexpr std::uint32_t kUtf8CodePage = 65001;  // CP_UTF8
 
 // The code page of CP_ACP by GetCPInfoExW; nothing when the call fails.
-std::optional<std::uint32_t> ansiCodePage();
+[[nodiscard]] std::optional<std::uint32_t> ansiCodePage();
 
 // Kinds of locale information (LCTYPE).
-inline constexpr std::uint32_t kLocaleAbbreviatedLanguageName =
-    0x03;                                                         // LOCALE_SABBREVLANGNAME, such as "ENU"
+// LOCALE_SABBREVLANGNAME, such as "ENU".
+inline constexpr std::uint32_t kLocaleAbbreviatedLanguageName = 0x03;
 inline constexpr std::uint32_t kLocaleListSeparator = 0x0C;       // LOCALE_SLIST
 inline constexpr std::uint32_t kLocaleDecimalSeparator = 0x0E;    // LOCALE_SDECIMAL
 inline constexpr std::uint32_t kLocaleThousandSeparator = 0x0F;   // LOCALE_STHOUSAND
@@ -38,7 +38,8 @@ inline constexpr std::uint32_t kWideNoBestFitCharacters = 0x400;         // WC_N
 // Nothing when the call fails, as it does for text longer than 2147483647 units. `usedDefault`, when given,
 // receives whether a character was replaced by the code page's default; with kUtf8CodePage it must be
 // null, as the call itself demands.
-std::optional<std::u16string> multiByteToWide(std::string_view text, std::uint32_t flags);
-std::optional<std::string> wideToMultiByte(std::u16string_view text, std::uint32_t flags, bool* usedDefault);
+[[nodiscard]] std::optional<std::u16string> multiByteToWide(std::string_view text, std::uint32_t flags);
+[[nodiscard]] std::optional<std::string> wideToMultiByte(std::u16string_view text, std::uint32_t flags,
+                                                         bool* usedDefault);
 
 }  // namespace platform

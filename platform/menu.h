@@ -5,13 +5,19 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/error.h"
 #include "platform/handle.h"
+#include "platform/module.h"
+
+// What the SDK's HMENU and HBITMAP point to.
+struct HMENU__;
+struct HBITMAP__;
 
 namespace platform {
 
 // A menu or a bitmap that somebody else owns (HMENU, HBITMAP).
-using MenuRef = void*;
-using BitmapRef = void*;
+using MenuRef = HMENU__*;
+using BitmapRef = HBITMAP__*;
 
 struct MenuTraits {
     using Type = MenuRef;
@@ -55,10 +61,10 @@ MenuHandle createMenu();
 
 // InsertMenuItemW by position; a position behind the last item appends. The menu takes a submenu over when
 // this succeeds; a bitmap stays the caller's.
-bool insertMenuItem(MenuRef menu, std::uint32_t position, const MenuItem& item);
+Status insertMenuItem(MenuRef menu, std::uint32_t position, const MenuItem& item);
 
 // LoadImageW(IMAGE_BITMAP) of a resource of `module`, `width` × `height` pixels; none on failure.
-BitmapHandle loadBitmap(void* module, std::uint32_t id, int width, int height, std::uint32_t flags);
+BitmapHandle loadBitmap(ModuleRef module, std::uint32_t id, int width, int height, std::uint32_t flags);
 
 inline constexpr std::uint32_t kLoadDefaultSize = 0x40;    // LR_DEFAULTSIZE
 inline constexpr std::uint32_t kLoadTransparent = 0x20;    // LR_LOADTRANSPARENT
@@ -71,7 +77,7 @@ inline constexpr int kColorMenu = 4;    // COLOR_MENU
 inline constexpr int kColorWindow = 5;  // COLOR_WINDOW
 std::uint32_t systemColor(int index);   // GetSysColor, 0x00BBGGRR
 
-// GetCursorPos, in screen coordinates; false leaves both untouched.
-bool cursorPosition(std::int32_t& x, std::int32_t& y);
+// GetCursorPos, in screen coordinates. A failure leaves both untouched.
+Status cursorPosition(std::int32_t& x, std::int32_t& y);
 
 }  // namespace platform

@@ -11,16 +11,22 @@
 #include "platform/error.h"
 #include "platform/handle.h"
 
+// What the SDK's HKEY points to.
+struct HKEY__;
+
 namespace platform {
 
+// An open key that somebody else owns, or a predefined root (HKEY).
+using KeyRef = HKEY__*;
+
 struct RegistryTraits {
-    using Type = void*;
+    using Type = KeyRef;
     static constexpr Type none() { return nullptr; }
     static void close(Type key) noexcept;  // RegCloseKey
 };
 using RegistryHandle = UniqueHandle<RegistryTraits>;
 
-// Numbers of the predefined roots.
+// The numbers of the predefined roots.
 inline constexpr std::uint32_t kHkeyClassesRoot = 0x80000000;
 inline constexpr std::uint32_t kHkeyCurrentUser = 0x80000001;
 inline constexpr std::uint32_t kHkeyLocalMachine = 0x80000002;
@@ -28,8 +34,8 @@ inline constexpr std::uint32_t kHkeyUsers = 0x80000003;
 inline constexpr std::uint32_t kHkeyCurrentConfig = 0x80000005;
 
 // The handle of a predefined root: its number, sign-extended to the width of a pointer. It needs no closing.
-inline void* predefinedKey(std::uint32_t number) {
-    return reinterpret_cast<void*>(static_cast<std::intptr_t>(static_cast<std::int32_t>(number)));
+inline KeyRef predefinedKey(std::uint32_t number) {
+    return reinterpret_cast<KeyRef>(static_cast<std::intptr_t>(static_cast<std::int32_t>(number)));
 }
 
 // Access masks.
@@ -54,48 +60,50 @@ inline constexpr std::uint32_t kRegMultiSz = 7;
 inline constexpr std::uint32_t kRegQword = 11;
 
 // RegOpenKeyExW. An empty path opens `parent` itself. On failure `key` keeps what it held.
-ErrorCode openKey(void* parent, const std::u16string& path, std::uint32_t options, std::uint32_t access,
-                  RegistryHandle& key);
+Status openKey(KeyRef parent, const std::u16string& path, std::uint32_t options, std::uint32_t access,
+               RegistryHandle& key);
 
 // RegCreateKeyExW without class and security attributes: opens the key, making it and missing parents first.
 // On failure `key` keeps what it held.
-ErrorCode createKey(void* parent, const std::u16string& path, std::uint32_t options, std::uint32_t access,
-                    RegistryHandle& key);
+Status createKey(KeyRef parent, const std::u16string& path, std::uint32_t options, std::uint32_t access,
+                 RegistryHandle& key);
 
 // RegDeleteKeyW. Not recursive: a key with subkeys is refused.
-ErrorCode deleteKey(void* parent, const std::u16string& path);
+Status deleteKey(KeyRef parent, const std::u16string& path);
 
 // RegDeleteKeyExW with a view flag, looked up by name in the loaded module "kernel32" at every call; nothing
 // when that module or the function is not there, and then nothing was called.
-std::optional<ErrorCode> deleteKeyEx(void* parent, const std::u16string& path, std::uint32_t viewFlag);
+[[nodiscard]] std::optional<Status> deleteKeyEx(KeyRef parent, const std::u16string& path,
+                                                std::uint32_t viewFlag);
 
 // RegQueryValueExW. `type`, `data` and `size` may each be null; `data` needs `size`. `*size` is the room in
 // `data` on entry and the size of the value on return, also when the room was too small (kErrorMoreData,
 // `data` undefined).
-ErrorCode queryValue(void* key, const std::u16string& name, std::uint32_t* type, void* data,
-                     std::uint32_t* size);
+Status queryValue(KeyRef key, const std::u16string& name, std::uint32_t* type, void* data,
+                  std::uint32_t* size);
 
 // RegSetValueExW.
-ErrorCode setValue(void* key, const std::u16string& name, std::uint32_t type, const void* data,
-                   std::uint32_t size);
+Status setValue(KeyRef key, const std::u16string& name, std::uint32_t type, const void* data,
+                std::uint32_t size);
 
 // RegDeleteValueW.
-ErrorCode deleteValue(void* key, const std::u16string& name);
+Status deleteValue(KeyRef key, const std::u16string& name);
 
 // RegFlushKey.
-ErrorCode flushKey(void* key);
+Status flushKey(KeyRef key);
 
 // RegQueryInfoKeyW for the numbers of subkeys and values; either pointer may be null.
-ErrorCode queryInfoKey(void* key, std::uint32_t* subkeys, std::uint32_t* values);
+Status queryInfoKey(KeyRef key, std::uint32_t* subkeys, std::uint32_t* values);
 
 // RegEnumKeyExW and RegEnumValueW for the name alone. `length` is the room in `name`, terminating NUL
 // included, on entry and the length without it on return. A longer name gives kErrorMoreData, an index past
 // the end kErrorNoMoreItems.
-ErrorCode enumKey(void* key, std::uint32_t index, char16_t* name, std::uint32_t& length);
-ErrorCode enumValue(void* key, std::uint32_t index, char16_t* name, std::uint32_t& length);
+Status enumKey(KeyRef key, std::uint32_t index, char16_t* name, std::uint32_t& length);
+Status enumValue(KeyRef key, std::uint32_t index, char16_t* name, std::uint32_t& length);
 
 // ExpandEnvironmentStringsW, of the text up to its first zero: the length of the expansion with its NUL, or 0
 // on failure. `buffer` holds the expansion only when the answer is at most `size`, its room in code units.
-std::uint32_t expandEnvironmentStrings(const std::u16string& source, char16_t* buffer, std::uint32_t size);
+[[nodiscard]] std::uint32_t expandEnvironmentStrings(const std::u16string& source, char16_t* buffer,
+                                                     std::uint32_t size);
 
 }  // namespace platform

@@ -34,7 +34,7 @@ struct AccessList {
 // GetNamedSecurityInfoW: owner and discretionary list of a file or folder. A file without a list, which lets
 // everybody do everything, has one entry that says so. On the host, the mode of the file, "others" being
 // Everyone. `list` is unspecified on failure.
-ErrorCode accessList(const std::u16string& path, AccessList& list);
+Status accessList(const std::u16string& path, AccessList& list);
 
 // GetTokenInformation(TokenUser): the account that this process runs as; empty on failure.
 std::u16string processAccount();

@@ -91,7 +91,7 @@ TEST_F(LanguageTest, FollowsTheSettingWithTheNextClassObject) {
     const owlkit::interlang& texts = module_.texts;
     for (const auto& c : kCases) {
         set(u"Language", c[0]);
-        module_.attach(this);
+        module_.attach(platform::moduleAt(this));
         EXPECT_EQ(texts.GetText(u"A"), c[1]);
         EXPECT_EQ(texts.GetText(u"B"), u"Two");  // from the primary language where needed
         set(u"Language", c[2]);
@@ -109,10 +109,10 @@ TEST_F(LanguageTest, FollowsTheSettingWithTheNextClassObject) {
 }
 
 TEST_F(LanguageTest, TakesNoFilesOfTheCurrentFolder) {
-    module_.attach(this);
+    module_.attach(platform::moduleAt(this));
     EXPECT_TRUE(module_.languageLoaded);
     fault::arm("GetModuleFileNameW", 1, platform::kErrorAccessDenied);
-    module_.attach(this);
+    module_.attach(platform::moduleAt(this));
     EXPECT_FALSE(module_.languageLoaded);
 }
 

@@ -154,7 +154,7 @@ std::vector<RegistrationEntry> registrationEntries(const std::u16string& moduleP
 RegistrationResult tryRegisterExtension() {
     std::u16string modulePath;
     const bool located = succeeds([&] {
-        if (!owlkit::getFolder(owlkit::kFolderApplication, modulePath))
+        if (!owlkit::getFolder(owlkit::FolderCode::Application, modulePath))
             return false;
         modulePath += kModuleName;
         return true;

@@ -8,12 +8,12 @@ namespace control = platform::registry_control;
 
 ExtensionTest::ExtensionTest() {
     approve(u"QuietOwl_NMark");
-    platform::setModuleFileName(this, folder() + u"nmshell.dll");
+    platform::setModuleFileName(platform::moduleAt(this), folder() + u"nmshell.dll");
     std::filesystem::create_directory("langs");
     makeFile("langs/all.lang.txt", "KEY: A\nLANG: de\nTEXT: Eins\nLANG: en\nTEXT: One\nKEY: B\nTEXT: Two");
     module_.languageLoaded = true;
     module_.folder = u"C:\\App\\";
-    module_.bitmaps.setModule(this);
+    module_.bitmaps.setModule(platform::moduleAt(this));
 }
 
 void ExtensionTest::approve(std::u16string_view text) {

@@ -12,7 +12,7 @@ void removeTree(const std::u16string& path) {
         return;
     while (tree.subkeyCount() > 0)
         removeTree(path + u"\\" + tree.subkeyName(0));
-    tree.deleteKey(kUser, path);
+    EXPECT_TRUE(tree.deleteKey(kUser, path));
 }
 
 }  // namespace
@@ -30,10 +30,11 @@ void RegistryTest::putRaw(std::uint32_t type, const void* data, std::size_t size
     // What follows the data must not be a NUL: the platform would take it along as the missing end of a text.
     const std::string bytes = std::string(static_cast<const char*>(data), size) + "##";
     platform::RegistryHandle handle;
-    platform::openKey(platform::predefinedKey(platform::kHkeyCurrentUser), kTestPath, 0, platform::kKeyWrite,
-                      handle);
+    ASSERT_EQ(platform::openKey(platform::predefinedKey(platform::kHkeyCurrentUser), kTestPath, 0,
+                                platform::kKeyWrite, handle),
+              platform::kSuccess);
     ASSERT_EQ(platform::setValue(handle.get(), u"v", type, bytes.data(), static_cast<std::uint32_t>(size)),
-              0U);
+              platform::kSuccess);
 }
 
 }  // namespace test

@@ -13,13 +13,13 @@ TestStream::TestStream(StreamKind kind, const std::string& content) {
         return;
     }
     auto file = std::make_unique<FileStream>();
-    EXPECT_TRUE(file->open(file_.name(), kCreateReadWrite));
+    EXPECT_TRUE(file->open(file_.name(), OpenMode::CreateReadWrite));
     EXPECT_EQ(file->write(content.data(), content.size()), content.size());
-    EXPECT_TRUE(file->seek(0, kFromStart));
+    EXPECT_TRUE(file->seek(0, SeekOrigin::Start));
     stream_ = std::move(file);
 }
 
-TestStream::TestStream(StreamKind kind, std::uint32_t encoding, std::uint32_t order, std::uint32_t terminator,
+TestStream::TestStream(StreamKind kind, TextEncoding encoding, ByteOrder order, StringTerminator terminator,
                        CharsetCode charset, const std::string& content)
     : TestStream(kind, content) {
     stream_->setTextEncoding(encoding);
@@ -31,9 +31,9 @@ TestStream::TestStream(StreamKind kind, std::uint32_t encoding, std::uint32_t or
 std::string TestStream::content() {
     const std::int64_t position = stream_->position();
     std::string bytes(static_cast<std::size_t>(stream_->size()), '\0');
-    EXPECT_TRUE(stream_->seek(0, kFromStart));
+    EXPECT_TRUE(stream_->seek(0, SeekOrigin::Start));
     EXPECT_EQ(stream_->read(bytes.data(), bytes.size()), bytes.size());
-    EXPECT_TRUE(stream_->seek(position, kFromStart));
+    EXPECT_TRUE(stream_->seek(position, SeekOrigin::Start));
     return bytes;
 }
 

@@ -18,7 +18,7 @@ enum class StreamKind { Memory, File };
 class TestStream {
   public:
     explicit TestStream(StreamKind kind, const std::string& content = {});
-    TestStream(StreamKind kind, std::uint32_t encoding, std::uint32_t order, std::uint32_t terminator,
+    TestStream(StreamKind kind, owlkit::TextEncoding encoding, owlkit::ByteOrder order, owlkit::StringTerminator terminator,
                owlkit::CharsetCode charset, const std::string& content = {});
     owlkit::ByteStream& operator*() { return *stream_; }
     owlkit::ByteStream* operator->() { return stream_.get(); }

@@ -83,7 +83,8 @@ bool replaceByte(Output<char16_t>& out, std::uint8_t byte, CharsetCode charset, 
             if (charset == kCharsetUtf8)
                 out.add(byte);
             break;
-        default:
+        case ErrorPolicy::Stop:
+        case ErrorPolicy::Empty:
             break;
     }
     return true;
@@ -170,7 +171,9 @@ bool replaceCharacter(Output<char>& out, char32_t c, bool byPlatform, ErrorPolic
             if (c >= 0xDC00 && c <= 0xDCFF)
                 out.add(c & 0xFF);
             break;
-        default:
+        case ErrorPolicy::Stop:
+        case ErrorPolicy::Empty:
+        case ErrorPolicy::Latin1:
             break;
     }
     return true;

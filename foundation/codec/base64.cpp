@@ -163,7 +163,7 @@ std::int64_t Base64Codec::decode(ByteStream& source, ByteStream& target, std::in
         const std::size_t taken = decodeBlock(decoder, block, got, strays_, out);
         const bool refused = taken != got && !decoder.ended();
         if (const std::size_t unread = got - taken - (refused ? 1 : 0); unread != 0)
-            source.seek(-static_cast<std::int64_t>(unread), kFromPosition);
+            static_cast<void>(source.seek(-static_cast<std::int64_t>(unread), SeekOrigin::Position));
         if (!drain(out, target, total))
             return total;
         if (refused)

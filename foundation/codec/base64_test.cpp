@@ -92,7 +92,7 @@ TEST(Base64, Decodes) {
     MemoryStream source("TWFuTWFu*", 9), target;
     EXPECT_EQ(Base64Codec().decode(source, target, 6), 4);  // a limit counts characters
     EXPECT_EQ(Base64Codec().decode(source, target, 0), 0);
-    source.seek(0, kFromStart);
+    ASSERT_TRUE(source.seek(0, SeekOrigin::Start));
     EXPECT_THROW(Base64Codec(0, Standard, Refuse).decode(source, target, -1), std::runtime_error);
     EXPECT_EQ(target.size(), 4 + 6);  // what stands before the bad character is written
     EXPECT_EQ(Base64Codec().decodeFromString(u"TW\u0146\u2028Fu"sv, target), 3);

@@ -26,7 +26,8 @@ bool runToEnd(const std::u16string& program, const std::u16string& arguments,
     platform::ProcessHandle process;
     platform::ThreadHandle thread;
     if (!platform::createProcess(program, makeCommandLine(program, arguments), true, 0, output, process,
-                                 thread))
+                                 thread)
+             .succeeded())
         return false;
     return platform::waitForProcess(process, platform::kWaitForever) == platform::kWaitSignaled;
 }
@@ -38,10 +39,11 @@ std::string drain(const platform::PipeHandle& pipe) {
     char chunk[kChunkSize];
     std::uint32_t count = 0;
     std::uint32_t available = 0;
-    while (platform::peekPipe(pipe, chunk, kChunkSize, count, available) && count != 0) {
+    while (platform::peekPipe(pipe, chunk, kChunkSize, count, available).succeeded() && count != 0) {
         output.append(chunk, count);
         // A read that fails would leave the same bytes to be peeked at for ever.
-        if (available == 0 || !platform::readPipe(pipe, chunk, std::min(available, kChunkSize), count))
+        if (available == 0 ||
+            !platform::readPipe(pipe, chunk, std::min(available, kChunkSize), count).succeeded())
             break;
     }
     return output;
@@ -55,10 +57,10 @@ std::uint32_t runCaptured(const std::u16string& program, const std::u16string& a
         return kFailed;
     platform::PipeHandle readEnd;
     platform::PipeHandle writeEnd;
-    if (!platform::createPipe(readEnd, writeEnd, true) ||
-        !platform::setHandleInformation(readEnd, platform::kHandleFlagInherit, 0))
+    if (!platform::createPipe(readEnd, writeEnd, true).succeeded() ||
+        !platform::setHandleInformation(readEnd, platform::kHandleFlagInherit, 0).succeeded())
         return kFailed;
-    // Reading only after the end is deliberate, although output that overfills the pipe then waits for ever.
+    // Read only after the end, as callers count on: output that overfills the pipe then waits for ever.
     if (!runToEnd(program, arguments, writeEnd))
         return kFailed;
     output = drain(readEnd);

@@ -11,7 +11,7 @@ namespace owlkit {
 // success and then also when the program itself failed; 1, with `output` as it was, when `program` is not an
 // existing file or does not start. For programs with short output only: one that writes more than a pipe
 // holds never ends, since its output is read when it has ended.
-std::uint32_t runCaptured(const std::u16string& program, const std::u16string& arguments,
-                          std::string& output);
+[[nodiscard]] std::uint32_t runCaptured(const std::u16string& program, const std::u16string& arguments,
+                                        std::string& output);
 
 }  // namespace owlkit

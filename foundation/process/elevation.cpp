@@ -7,7 +7,7 @@
 namespace owlkit {
 namespace {
 
-constexpr auto kNotAsked = static_cast<ElevationState>(0xFFFFFFFF);
+constexpr ElevationState kNotAsked{0xFFFFFFFF};
 std::atomic<ElevationState> cachedState = kNotAsked;  // two threads that ask at once get the same answer
 
 }  // namespace
@@ -16,7 +16,7 @@ ElevationState queryElevation() {
     const platform::TokenHandle token = platform::openProcessToken(platform::kTokenQuery);
     std::uint32_t type = 0;
     std::uint32_t length = 0;
-    if (!token || !platform::tokenElevationType(token, type, length) || length != sizeof(type))
+    if (!token || !platform::tokenElevationType(token, type, length).succeeded() || length != sizeof(type))
         return ElevationState::Unknown;
     if (type == platform::kElevationTypeFull)
         return ElevationState::Full;

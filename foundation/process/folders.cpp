@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::size_t kPathBufferSize = 520;  // characters
 
-// None, or one that is not empty. Deliberately without a destructor: a DLL that records its folder forgets it
-// when it is unloaded, and at the end of the process nothing is freed.
+// None, or one that is not empty. Without a destructor: a DLL that records its folder forgets it when it is
+// unloaded, and at the end of the process nothing is freed.
 constinit std::u16string* recordedFolder = nullptr;
 
 std::u16string applicationFolder() {
@@ -26,35 +26,34 @@ std::u16string applicationFolder() {
     return folderOf(platform::moduleFileName(nullptr));
 }
 
-std::optional<std::u16string> findFolder(std::uint32_t code) {
+std::optional<std::u16string> findFolder(FolderCode code) {
     switch (code) {
-        case kFolderCurrent:
+        case FolderCode::Current:
             if (auto current = platform::currentDirectory(kPathBufferSize))
                 return current;
             return applicationFolder();
-        case kFolderApplication:
+        case FolderCode::Application:
             return applicationFolder();
-        case kFolderTemporary:
-        case kFolderTemporaryFiles:
+        case FolderCode::Temporary:
+        case FolderCode::TemporaryFiles:
             return platform::tempPath(kPathBufferSize);
-        case kFolderUserProfile:
+        case FolderCode::UserProfile:
             return platform::environmentVariable(u"USERPROFILE");
-        case kFolderRoamingData:
-        case kFolderRoamingSettings:
+        case FolderCode::RoamingData:
+        case FolderCode::RoamingSettings:
             return platform::folderPath(platform::kCsidlAppData);
-        case kFolderLocalData:
+        case FolderCode::LocalData:
             return platform::folderPath(platform::kCsidlLocalAppData);
-        case kFolderCommonData:
-        case kFolderCommonSettings:
+        case FolderCode::CommonData:
+        case FolderCode::CommonSettings:
             return platform::folderPath(platform::kCsidlCommonAppData);
-        default:
-            return std::nullopt;
     }
+    return std::nullopt;
 }
 
 }  // namespace
 
-bool getFolder(std::uint32_t code, std::u16string& folder) {
+bool getFolder(FolderCode code, std::u16string& folder) {
     folder.clear();
     const std::optional<std::u16string> found = findFolder(code);
     if (!found || pathType(*found) != PathType::Folder)

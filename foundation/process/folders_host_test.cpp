@@ -43,12 +43,12 @@ TEST(FoldersOnHost, EveryCodeAsksItsSource) {
         std::u16string folder = u"before";
         if (*c.folder != '\0') {
             platform::fault::arm(c.code == 0 ? "GetCurrentDirectoryW" : "", 1, platform::kErrorAccessDenied);
-            EXPECT_TRUE(getFolder(c.code, folder));
+            EXPECT_TRUE(getFolder(FolderCode{c.code}, folder));
             EXPECT_EQ(folder, (test / c.folder / "").u16string());
         }
         if (*c.call != '\0') {
             platform::fault::arm(c.call, 1, platform::kErrorAccessDenied);
-            EXPECT_FALSE(getFolder(c.code, folder));
+            EXPECT_FALSE(getFolder(FolderCode{c.code}, folder));
             EXPECT_EQ(folder, u"");
         }
     }

@@ -14,7 +14,7 @@ namespace {
 
 using namespace test;
 
-std::u16string folderOf(std::uint32_t code) {
+std::u16string folderOf(FolderCode code) {
     std::u16string folder = u"before";
     const bool found = getFolder(code, folder);
     EXPECT_EQ(found, !folder.empty());
@@ -23,7 +23,7 @@ std::u16string folderOf(std::uint32_t code) {
 
 TEST(Folders, RefusesUnknownCodes) {
     for (const std::uint32_t code : {10u, 11u, 256u, 0xFFFFFFFFu})
-        EXPECT_EQ(folderOf(code), u"");
+        EXPECT_EQ(folderOf(FolderCode{code}), u"");
 }
 
 TEST(Folders, ApplicationFolderIsTheRecordedOneIfItExists) {
@@ -31,22 +31,23 @@ TEST(Folders, ApplicationFolderIsTheRecordedOneIfItExists) {
     std::ofstream(folder / "file") << "x";
     const std::u16string expected = (folder / "").u16string();
     recordApplicationFolder(folder.path().u16string());
-    EXPECT_EQ(folderOf(kFolderApplication), expected);
+    EXPECT_EQ(folderOf(FolderCode::Application), expected);
     recordApplicationFolder(expected);
-    EXPECT_EQ(folderOf(kFolderApplication), expected);
+    EXPECT_EQ(folderOf(FolderCode::Application), expected);
     recordApplicationFolder((folder / "missing").u16string());
-    EXPECT_EQ(folderOf(kFolderApplication), u"");
+    EXPECT_EQ(folderOf(FolderCode::Application), u"");
     recordApplicationFolder((folder / "file").u16string());
-    EXPECT_EQ(folderOf(kFolderApplication), u"");
+    EXPECT_EQ(folderOf(FolderCode::Application), u"");
     recordApplicationFolder(u"");
     const std::u16string program = platform::moduleFileName(nullptr);
-    EXPECT_EQ(folderOf(kFolderApplication), program.substr(0, program.rfind(platform::kPathSeparator) + 1));
+    EXPECT_EQ(folderOf(FolderCode::Application),
+              program.substr(0, program.rfind(platform::kPathSeparator) + 1));
 }
 
 TEST(Folders, CurrentAndTemporaryFolderEndInASeparator) {
-    EXPECT_EQ(folderOf(kFolderCurrent), (std::filesystem::current_path() / "").u16string());
-    EXPECT_EQ(folderOf(kFolderTemporary), (std::filesystem::temp_directory_path() / "").u16string());
-    EXPECT_EQ(folderOf(kFolderTemporaryFiles), folderOf(kFolderTemporary));
+    EXPECT_EQ(folderOf(FolderCode::Current), (std::filesystem::current_path() / "").u16string());
+    EXPECT_EQ(folderOf(FolderCode::Temporary), (std::filesystem::temp_directory_path() / "").u16string());
+    EXPECT_EQ(folderOf(FolderCode::TemporaryFiles), folderOf(FolderCode::Temporary));
 }
 
 }  // namespace

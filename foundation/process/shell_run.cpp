@@ -15,7 +15,7 @@ constexpr std::uint32_t kMask = platform::kMaskNoUi | platform::kMaskNoAsync;
 
 bool open(const std::u16string& target) {
     platform::ProcessHandle process;
-    return platform::shellExecuteEx({u"open", target, {}, kMask, platform::kShowNormal}, process);
+    return platform::shellExecuteEx({u"open", target, {}, kMask, platform::kShowNormal}, process).succeeded();
 }
 
 bool openFileOrUrl(const std::u16string& target) {
@@ -36,17 +36,16 @@ bool openMail(const std::u16string& target) {
 
 }  // namespace
 
-bool openWithShell(std::uint32_t kind, const std::u16string& target) {
+bool openWithShell(OpenKind kind, const std::u16string& target) {
     if (target.empty())
         return false;
     switch (kind) {
-        case kOpenFileOrUrl:
+        case OpenKind::FileOrUrl:
             return openFileOrUrl(target);
-        case kOpenMail:
+        case OpenKind::Mail:
             return openMail(target);
-        default:
-            return open(target);
     }
+    return open(target);
 }
 
 }  // namespace owlkit

@@ -95,7 +95,7 @@ TEST_F(ShellRunOnHost, OpensWhatItsKindAllows) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         platform::shellStarts().clear();
-        EXPECT_EQ(openWithShell(c.kind, c.target), !c.started.empty());
+        EXPECT_EQ(openWithShell(OpenKind{c.kind}, c.target), !c.started.empty());
         ASSERT_EQ(platform::shellStarts().size(), c.started.empty() ? 0u : 1u);
         if (c.started.empty())
             continue;
@@ -106,7 +106,7 @@ TEST_F(ShellRunOnHost, OpensWhatItsKindAllows) {
         EXPECT_EQ(start.show, 1);
         EXPECT_EQ(start.mask, 1280u);
         platform::setShellExecuteResult(5);
-        EXPECT_FALSE(openWithShell(c.kind, c.target));
+        EXPECT_FALSE(openWithShell(OpenKind{c.kind}, c.target));
         platform::setShellExecuteResult(42);
     }
 }

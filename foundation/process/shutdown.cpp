@@ -1,44 +1,39 @@
 #include "foundation/process/shutdown.h"
 
+#include <optional>
+
 #include "platform/process.h"
 
 namespace owlkit {
 namespace {
 
-constexpr std::uint32_t kExitLogOff = 0;
-constexpr std::uint32_t kExitReboot = 2;
-constexpr std::uint32_t kExitPowerOff = 8;
-constexpr std::uint32_t kExitForceIfHung = 16;
+// Nothing for a mode that is none of ours.
+std::optional<std::uint32_t> exitFlags(ShutdownMode mode) {
+    switch (mode) {
+        case ShutdownMode::LogOff:
+            return platform::kExitLogOff;
+        case ShutdownMode::PowerOff:
+            return platform::kExitPowerOff;
+        case ShutdownMode::Restart:
+            return platform::kExitReboot;
+    }
+    return std::nullopt;
+}
 
 bool enableShutdownPrivilege() {
     const platform::TokenHandle token =
         platform::openProcessToken(platform::kTokenAdjustPrivileges | platform::kTokenQuery);
     std::uint64_t privilege = 0;
-    return token && platform::lookupPrivilege(u"SeShutdownPrivilege", privilege) &&
-           platform::adjustTokenPrivilege(token, privilege, platform::kPrivilegeEnabled) ==
-               platform::kSuccess;
+    return token && platform::lookupPrivilege(u"SeShutdownPrivilege", privilege).succeeded() &&
+           platform::adjustTokenPrivilege(token, privilege, platform::kPrivilegeEnabled).succeeded();
 }
 
 }  // namespace
 
-bool shutdownSystem(std::uint32_t mode, bool force) {
-    std::uint32_t flags = 0;
-    switch (mode) {
-        case kLogOff:
-            flags = kExitLogOff;
-            break;
-        case kPowerOff:
-            flags = kExitPowerOff;
-            break;
-        case kRestart:
-            flags = kExitReboot;
-            break;
-        default:
-            return false;
-    }
-    if (force)
-        flags |= kExitForceIfHung;
-    return enableShutdownPrivilege() && platform::exitWindows(flags, 0);
+bool shutdownSystem(ShutdownMode mode, bool force) {
+    const std::optional<std::uint32_t> flags = exitFlags(mode);
+    return flags && enableShutdownPrivilege() &&
+           platform::exitWindows(*flags | (force ? platform::kExitForceIfHung : 0), 0).succeeded();
 }
 
 }  // namespace owlkit

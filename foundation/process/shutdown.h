@@ -5,15 +5,15 @@
 
 namespace owlkit {
 
-enum ShutdownMode : std::uint32_t {
-    kLogOff = 1,
-    kPowerOff = 2,
-    kRestart = 3,
+enum class ShutdownMode : std::uint32_t {
+    LogOff = 1,
+    PowerOff = 2,
+    Restart = 3,
 };
 
 // ExitWindowsEx under the privilege "SeShutdownPrivilege", which is enabled first. With `force`, applications
 // that do not answer are ended; those that answer may still refuse. False for any other mode, when the
 // privilege cannot be had, and when the system refuses.
-bool shutdownSystem(std::uint32_t mode, bool force);
+[[nodiscard]] bool shutdownSystem(ShutdownMode mode, bool force);
 
 }  // namespace owlkit

@@ -17,7 +17,7 @@ TEST(Shutdown, AsksForTheModeUnderItsPrivilege) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.flags);
         platform::TokenRecord& record = platform::tokenRecord() = {};
-        EXPECT_TRUE(shutdownSystem(c.mode, c.force));
+        EXPECT_TRUE(shutdownSystem(ShutdownMode{c.mode}, c.force));
         EXPECT_EQ(record.opened, std::vector<std::uint32_t>{40});
         ASSERT_TRUE(record.adjusted.size() == 1);
         ASSERT_TRUE(record.exits.size() == 1);
@@ -30,7 +30,7 @@ TEST(Shutdown, AsksForTheModeUnderItsPrivilege) {
 TEST(Shutdown, TouchesNothingForAnotherMode) {
     platform::fault::resetCounts();
     for (const std::uint32_t mode : {0u, 4u, 0xFFFFFFFFu})
-        EXPECT_FALSE(shutdownSystem(mode, true));
+        EXPECT_FALSE(shutdownSystem(ShutdownMode{mode}, true));
     EXPECT_EQ(platform::fault::calls("*"), 0u);
 }
 
@@ -38,8 +38,8 @@ TEST(Shutdown, StopsAtEveryFailingCall) {
     std::uint32_t failures = 0;
     for (;; ++failures) {
         platform::tokenRecord() = {};
-        platform::fault::arm("*", failures + 1, 1300);  // not all privileges assigned
-        const bool done = shutdownSystem(2, true);
+        platform::fault::arm("*", failures + 1, platform::kErrorNotAllAssigned);
+        const bool done = shutdownSystem(ShutdownMode::PowerOff, true);
         EXPECT_EQ(platform::openHandleCount(), 0u);
         EXPECT_EQ(done, !platform::fault::fired());
         EXPECT_EQ(platform::tokenRecord().exits.size(), done ? 1u : 0u);

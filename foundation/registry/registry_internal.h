@@ -10,7 +10,7 @@
 
 namespace owlkit {
 
-inline void* rootHandle(RegistryRoot root) {
+inline platform::KeyRef rootHandle(RegistryRoot root) {
     switch (root) {
         case RegistryRoot::ClassesRoot:
             return platform::predefinedKey(platform::kHkeyClassesRoot);
@@ -22,9 +22,10 @@ inline void* rootHandle(RegistryRoot root) {
             return platform::predefinedKey(platform::kHkeyUsers);
         case RegistryRoot::CurrentConfig:
             return platform::predefinedKey(platform::kHkeyCurrentConfig);
-        default:
-            return nullptr;
+        case RegistryRoot::None:
+            break;
     }
+    return nullptr;
 }
 
 // The type that a platform's code stands for.

@@ -69,9 +69,10 @@ std::uint32_t RegistryKey::viewFlag() const {
             return platform::kKeyWow64_32Key;
         case RegistryView::Bits64:
             return platform::kKeyWow64_64Key;
-        default:
-            return 0;
+        case RegistryView::Default:
+            break;
     }
+    return 0;
 }
 
 void RegistryKey::requireOpen() const {
@@ -112,7 +113,7 @@ std::optional<StoredValue> RegistryKey::tryRead(const std::u16string& name, void
         return std::nullopt;
     std::uint32_t type = platform::kRegNone;
     std::uint32_t size = capacity;
-    const platform::ErrorCode error = platform::queryValue(handle_.get(), name, &type, buffer, &size);
+    const platform::Status error = platform::queryValue(handle_.get(), name, &type, buffer, &size);
     if (error == platform::kErrorMoreData)
         return StoredValue{RegistryValueType::None, size};
     if (error != platform::kSuccess)

@@ -34,10 +34,10 @@ class RegistryKey {
 
     // RegOpenKeyExW; an empty path opens the root itself. On failure an open key stays open. A mode other
     // than ReadWrite opens read-only.
-    bool open(RegistryRoot root, const std::u16string& path, RegistryMode mode);
+    [[nodiscard]] bool open(RegistryRoot root, const std::u16string& path, RegistryMode mode);
     // RegCreateKeyExW: makes the key and missing parents, or opens it, with full access. An empty path is
     // deliberately an "invalid argument" here. On failure an open key stays open.
-    bool create(RegistryRoot root, const std::u16string& path);
+    [[nodiscard]] bool create(RegistryRoot root, const std::u16string& path);
     void close() noexcept;            // keeps the view
     void setView(RegistryView view);  // one that differs from the current one closes the key
 
@@ -45,12 +45,12 @@ class RegistryKey {
     bool exists(RegistryRoot root, const std::u16string& path) const;
     bool isWritable(RegistryRoot root, const std::u16string& path) const;
     // Deletes the key unless it has subkeys; closes this object first if its root and path are exactly these.
-    bool deleteKey(RegistryRoot root, const std::u16string& path);
+    [[nodiscard]] bool deleteKey(RegistryRoot root, const std::u16string& path);
     // Deletes the key open for writing and makes it again, empty. On false the object is closed.
-    bool clear();
-    bool flush();  // RegFlushKey; needs a key open for writing
+    [[nodiscard]] bool clear();
+    [[nodiscard]] bool flush();  // RegFlushKey; needs a key open for writing
 
-    bool deleteValue(const std::u16string& name);
+    [[nodiscard]] bool deleteValue(const std::u16string& name);
     bool valueExists(const std::u16string& name) const;
     // "not found" when there is no such value; the reads below answer the same.
     RegistryValueType valueType(const std::u16string& name) const;
@@ -115,27 +115,30 @@ class RegistryKey {
                                                          const std::vector<std::u16string>& fallback);
     // Make the key if needed and write. False, with nothing written, when the key cannot be made; else as the
     // write.
-    static bool writeDword(RegistryRoot root, const std::u16string& path, const std::u16string& name,
-                           std::uint32_t value);
-    static bool writeQword(RegistryRoot root, const std::u16string& path, const std::u16string& name,
-                           std::uint64_t value);
-    static bool writeString(RegistryRoot root, const std::u16string& path, const std::u16string& name,
-                            const std::u16string& text);
-    static bool writeExpandableString(RegistryRoot root, const std::u16string& path,
-                                      const std::u16string& name, const std::u16string& text);
-    static bool writeMultiString(RegistryRoot root, const std::u16string& path, const std::u16string& name,
-                                 const std::vector<std::u16string>& items);
+    [[nodiscard]] static bool writeDword(RegistryRoot root, const std::u16string& path,
+                                         const std::u16string& name, std::uint32_t value);
+    [[nodiscard]] static bool writeQword(RegistryRoot root, const std::u16string& path,
+                                         const std::u16string& name, std::uint64_t value);
+    [[nodiscard]] static bool writeString(RegistryRoot root, const std::u16string& path,
+                                          const std::u16string& name, const std::u16string& text);
+    [[nodiscard]] static bool writeExpandableString(RegistryRoot root, const std::u16string& path,
+                                                    const std::u16string& name, const std::u16string& text);
+    [[nodiscard]] static bool writeMultiString(RegistryRoot root, const std::u16string& path,
+                                               const std::u16string& name,
+                                               const std::vector<std::u16string>& items);
     // Deliberately makes a missing key before it asks for the type. None when the key cannot be made.
     static RegistryValueType valueType(RegistryRoot root, const std::u16string& path,
                                        const std::u16string& name);
     // False also when the key does not open.
-    static bool deleteValue(RegistryRoot root, const std::u16string& path, const std::u16string& name);
+    [[nodiscard]] static bool deleteValue(RegistryRoot root, const std::u16string& path,
+                                          const std::u16string& name);
 
   private:
     std::uint32_t viewFlag() const;
     void requireOpen() const;
     void requireWritable() const;
     std::u16string readText(const std::u16string& name, RegistryValueType type) const;
+    std::u16string readUnits(const std::u16string& name) const;
     void writeText(const std::u16string& name, std::uint32_t type, const std::u16string& text);
     void writeData(const std::u16string& name, std::uint32_t type, const void* data, std::size_t size);
     static std::u16string expanded(const std::u16string& text);

@@ -61,10 +61,11 @@ std::u16string RegistryKey::rootName(RegistryRoot root) {
         case RegistryRoot::Users:
             return u"HKEY_USERS";
         case RegistryRoot::CurrentConfig:
-            return u"HKKEY_CURRENT_CONFIG";  // the doubled K is deliberate
-        default:
-            return {};
+            return u"HKKEY_CURRENT_CONFIG";  // Compatible: the doubled K is what callers know.
+        case RegistryRoot::None:
+            break;
     }
+    return {};
 }
 
 }  // namespace owlkit

@@ -30,7 +30,7 @@ TEST_F(RegistryTest, LengthOfPaths) {
     EXPECT_EQ(RegistryKey::readDwordOr(kUser, std::u16string(255, u'x'), u"v", -7), -7) << "throws nothing";
     EXPECT_EQ(key.path(), kTestPath) << "what fails leaves the open key as it is";
     key.writeDword(u"still", 1);
-    EXPECT_EQ(outcome([&] { key.create(kUser, u""); }), "invalid argument");
+    EXPECT_EQ(outcome([&] { return key.create(kUser, u""); }), "invalid argument");
     EXPECT_TRUE(key.open(kUser, u"", RegistryMode::ReadOnly));
     EXPECT_FALSE(key.open(RegistryRoot::None, u"", RegistryMode::ReadOnly));
 }
@@ -68,9 +68,9 @@ TEST_F(RegistryTest, OperationsAskForTheRightState) {
     RegistryKey readOnly;
     ASSERT_TRUE(readOnly.open(kUser, kTestPath, RegistryMode::ReadOnly));
     const std::u16string tooLong(9000, u'x');
-    const Operation changes[] = {[](RegistryKey& k) { k.clear(); },
-                                 [](RegistryKey& k) { k.flush(); },
-                                 [](RegistryKey& k) { k.deleteValue(u"n"); },
+    const Operation changes[] = {[](RegistryKey& k) { static_cast<void>(k.clear()); },
+                                 [](RegistryKey& k) { static_cast<void>(k.flush()); },
+                                 [](RegistryKey& k) { static_cast<void>(k.deleteValue(u"n")); },
                                  [](RegistryKey& k) { k.writeDword(u"n", 2); },
                                  [&](RegistryKey& k) { k.writeString(u"n", tooLong); },
                                  [&](RegistryKey& k) { k.writeMultiString(u"n", {tooLong}); },

@@ -77,10 +77,15 @@ std::u16string RegistryKey::readText(const std::u16string& name, RegistryValueTy
         case RegistryValueType::String:
         case RegistryValueType::ExpandableString:
         case RegistryValueType::MultiString:
+            return readUnits(name);
+        case RegistryValueType::None:
+        case RegistryValueType::Binary:
             break;
-        default:
-            throwInvalidType();
     }
+    throwInvalidType();
+}
+
+std::u16string RegistryKey::readUnits(const std::u16string& name) const {
     std::uint32_t size = valueSize(name);
     std::u16string text(size / kUnit + size % kUnit, u'\0');  // room for an odd last byte too
     if (platform::queryValue(handle_.get(), name, nullptr, text.data(), &size) != platform::kSuccess)

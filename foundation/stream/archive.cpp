@@ -16,28 +16,29 @@ constexpr std::size_t kTextReserve = 65536;      // units
 constexpr std::uint32_t kRawLimit = 0xFFFFFFFF;  // the first length that a raw string cannot have
 constexpr std::uint32_t kNoStop = 0xFFFFFFFF;
 
-std::uint32_t normalOrder(std::uint32_t order) {
-    return order == kNativeOrder ? std::uint32_t{kLittleEndian} : order;
+ByteOrder normalOrder(ByteOrder order) {
+    return order == ByteOrder::Native ? ByteOrder::LittleEndian : order;
 }
 
-std::uint32_t normalTerminator(std::uint32_t terminator) {
-    return terminator == kCrLfAlias ? std::uint32_t{kCrLf} : terminator;
+StringTerminator normalTerminator(StringTerminator terminator) {
+    return terminator == StringTerminator::CrLfAlias ? StringTerminator::CrLf : terminator;
 }
 
 // The unit at which a text ends.
-std::uint32_t stopUnit(std::uint32_t terminator) {
+std::uint32_t stopUnit(StringTerminator terminator) {
     switch (terminator) {
-        case kNul:
+        case StringTerminator::Nul:
             return 0;
-        case kLf:
-        case kCrLf:
-        case kCrLfAlias:
+        case StringTerminator::Lf:
+        case StringTerminator::CrLf:
+        case StringTerminator::CrLfAlias:
             return u'\n';
-        case kCr:
+        case StringTerminator::Cr:
             return u'\r';
-        default:
-            return kNoStop;
+        case StringTerminator::None:
+            break;
     }
+    return kNoStop;
 }
 
 }  // namespace
@@ -57,7 +58,7 @@ bool Archive::settingsCompatible(const Archive& other) const {
     return normalOrder(byteOrder()) == normalOrder(other.byteOrder()) &&
            normalTerminator(stringTerminator()) == normalTerminator(other.stringTerminator()) &&
            textEncoding() == other.textEncoding() &&
-           (textEncoding() != kEncodingCharset || charset() == other.charset());
+           (textEncoding() != TextEncoding::Charset || charset() == other.charset());
 }
 
 bool Archive::isOpen() const {
@@ -66,22 +67,22 @@ bool Archive::isOpen() const {
 bool Archive::isSeekable() const {
     return false;
 }
-std::uint32_t Archive::byteOrder() const {
+ByteOrder Archive::byteOrder() const {
     return byteOrder_;
 }
-void Archive::setByteOrder(std::uint32_t order) {
+void Archive::setByteOrder(ByteOrder order) {
     byteOrder_ = order;
 }
-std::uint32_t Archive::stringTerminator() const {
+StringTerminator Archive::stringTerminator() const {
     return stringTerminator_;
 }
-void Archive::setStringTerminator(std::uint32_t terminator) {
+void Archive::setStringTerminator(StringTerminator terminator) {
     stringTerminator_ = terminator;
 }
-std::uint32_t Archive::textEncoding() const {
+TextEncoding Archive::textEncoding() const {
     return textEncoding_;
 }
-void Archive::setTextEncoding(std::uint32_t encoding) {
+void Archive::setTextEncoding(TextEncoding encoding) {
     textEncoding_ = encoding;
 }
 CharsetCode Archive::charset() const {
@@ -155,7 +156,7 @@ std::size_t Archive::writeRaw(std::u16string_view text) {
 }
 
 TextFormat Archive::textFormat() const {
-    return {textEncoding(), charset(), byteOrder() == kBigEndian};
+    return {textEncoding(), charset(), byteOrder() == ByteOrder::BigEndian};
 }
 
 // Collects the bytes of a text without its terminator and gives the number of units consumed.
@@ -224,8 +225,8 @@ std::int64_t Archive::readText(std::string& target, std::int64_t maxCount) {
 std::int64_t Archive::writeUnits(std::string bytes, std::size_t width) {
     const TextFormat format = textFormat();
     const bool bigEndian = format.bigEndian && !isUnconverted(format);
-    const std::uint32_t terminator = normalTerminator(stringTerminator());
-    if (terminator == kCrLf)
+    const StringTerminator terminator = normalTerminator(stringTerminator());
+    if (terminator == StringTerminator::CrLf)
         appendUnit(bytes, u'\r', width, bigEndian);
     if (const std::uint32_t stop = stopUnit(terminator); stop != kNoStop)
         appendUnit(bytes, stop, width, bigEndian);

@@ -29,16 +29,16 @@ class Archive {
     // Takes the four settings of `other`.
     virtual void copySettings(const Archive& other);
     // Whether `other` makes the same bytes: native and little-endian order are one, and so are the two CR LF
-    // values; the charset counts only under kEncodingCharset.
+    // values; the charset counts only under TextEncoding::Charset.
     virtual bool settingsCompatible(const Archive& other) const;
     virtual bool isOpen() const;
     virtual bool isSeekable() const;
-    virtual std::uint32_t byteOrder() const;
-    virtual void setByteOrder(std::uint32_t order);
-    virtual std::uint32_t stringTerminator() const;
-    virtual void setStringTerminator(std::uint32_t terminator);
-    virtual std::uint32_t textEncoding() const;
-    virtual void setTextEncoding(std::uint32_t encoding);
+    virtual ByteOrder byteOrder() const;
+    virtual void setByteOrder(ByteOrder order);
+    virtual StringTerminator stringTerminator() const;
+    virtual void setStringTerminator(StringTerminator terminator);
+    virtual TextEncoding textEncoding() const;
+    virtual void setTextEncoding(TextEncoding encoding);
     virtual CharsetCode charset() const;
     virtual bool isReadable() const = 0;
     virtual bool isWritable() const = 0;
@@ -72,10 +72,10 @@ class Archive {
     virtual std::size_t readRaw(std::u16string& target, std::uint32_t maxLength);
     virtual std::size_t readRaw(std::string& target, std::uint32_t maxLength);
     // A text up to its terminator, the end of the stream or `maxCount` units of the encoding (negative: no
-    // limit). Gives the number of units consumed, the terminator included; it is not stored. kLf and both CR
-    // LF values stop at LF and drop one CR before it. A unit that the end of the stream cuts is consumed, but
-    // neither counted nor stored. What cannot be converted becomes '?'. A narrow target gets the system
-    // charset.
+    // limit). Gives the number of units consumed, the terminator included; it is not stored.
+    // StringTerminator::Lf and both CR LF values stop at LF and drop one CR before it. A unit that the end of
+    // the stream cuts is consumed, but neither counted nor stored. What cannot be converted becomes '?'. A
+    // narrow target gets the system charset.
     virtual std::int64_t readText(std::u16string& target, std::int64_t maxCount = -1);
     virtual std::int64_t readText(std::string& target, std::int64_t maxCount = -1);
 
@@ -105,7 +105,7 @@ class Archive {
     virtual std::int64_t writeText(std::u16string_view text);
     virtual std::int64_t writeText(std::string_view text);
 
-    // Used under kEncodingCharset.
+    // Used under TextEncoding::Charset.
     void setCharset(CharsetCode charset) { charset_ = charset; }
 
     // All settings at once, to be kept and put back.
@@ -134,9 +134,9 @@ class Archive {
     std::int64_t readUnits(std::string& bytes, std::size_t width, std::int64_t maxCount);
     std::int64_t writeUnits(std::string bytes, std::size_t width);
 
-    std::uint32_t byteOrder_ = kNativeOrder;
-    std::uint32_t stringTerminator_ = kNoTerminator;
-    std::uint32_t textEncoding_ = kEncodingNone;
+    ByteOrder byteOrder_ = ByteOrder::Native;
+    StringTerminator stringTerminator_ = StringTerminator::None;
+    TextEncoding textEncoding_ = TextEncoding::None;
     CharsetCode charset_ = kCharsetSystem;
 };
 

@@ -13,7 +13,7 @@ std::size_t Archive::readScalar(T& value) {
     std::uint8_t bytes[sizeof(T)];
     std::memcpy(bytes, &value, sizeof(T));
     const std::size_t got = read(bytes, sizeof(T));
-    if (got == sizeof(T) && byteOrder() == kBigEndian)
+    if (got == sizeof(T) && byteOrder() == ByteOrder::BigEndian)
         std::reverse(std::begin(bytes), std::end(bytes));
     std::memcpy(&value, bytes, sizeof(T));
     return got;
@@ -23,7 +23,7 @@ template <class T>
 std::size_t Archive::writeScalar(T value) {
     std::uint8_t bytes[sizeof(T)];
     std::memcpy(bytes, &value, sizeof(T));
-    if (byteOrder() == kBigEndian)
+    if (byteOrder() == ByteOrder::BigEndian)
         std::reverse(std::begin(bytes), std::end(bytes));
     return write(bytes, sizeof(T));
 }

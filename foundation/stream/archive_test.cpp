@@ -29,12 +29,12 @@ class ArchiveTest : public StreamTest {
         for (std::size_t i = bigEndian.size(); i > 0; i -= 2)
             littleEndian += bigEndian.substr(i - 2, 2);
         const std::size_t width = bigEndian.size() / 2;
-        for (const std::uint32_t order : {kNativeOrder, kBigEndian, kLittleEndian}) {
+        for (const ByteOrder order : {ByteOrder::Native, ByteOrder::BigEndian, ByteOrder::LittleEndian}) {
             TestStream stream(GetParam());
             stream->setByteOrder(order);
             EXPECT_EQ(write(*stream, value), width);
-            EXPECT_EQ(hex(stream.content()), order == kBigEndian ? bigEndian : littleEndian);
-            ASSERT_TRUE(stream->seek(0, kFromStart));
+            EXPECT_EQ(hex(stream.content()), order == ByteOrder::BigEndian ? bigEndian : littleEndian);
+            ASSERT_TRUE(stream->seek(0, SeekOrigin::Start));
             T back{};
             EXPECT_EQ(read(*stream, back), width);
             EXPECT_EQ(back, value);
@@ -104,16 +104,16 @@ TEST_P(ArchiveTest, AShortReadLeavesTheRestOfTheItem) {
 }
 
 TEST_P(ArchiveTest, RawStrings) {
-    for (const std::uint32_t order : {kBigEndian, kLittleEndian}) {
+    for (const ByteOrder order : {ByteOrder::BigEndian, ByteOrder::LittleEndian}) {
         TestStream stream(GetParam());
         stream->setByteOrder(order);
         stream->writeRaw("abc"sv);
         EXPECT_EQ(stream->writeRaw(""sv), 4u);
         EXPECT_EQ(stream->writeRaw(u"wide"sv), 8u);
-        const char* bytes = order == kBigEndian ? "00000003616263000000000000000477696465"
-                                                : "03000000616263000000000400000077696465";
+        const char* bytes = order == ByteOrder::BigEndian ? "00000003616263000000000000000477696465"
+                                                          : "03000000616263000000000400000077696465";
         EXPECT_EQ(hex(stream.content()), bytes);
-        ASSERT_TRUE(stream->seek(0, kFromStart));
+        ASSERT_TRUE(stream->seek(0, SeekOrigin::Start));
         std::string text = "x";
         std::u16string wide;
         EXPECT_EQ(stream->readRaw(text, 3), 7u);
@@ -140,18 +140,27 @@ TEST_P(ArchiveTest, RawStrings) {
 TEST_P(ArchiveTest, TextIsWrittenInTheEncoding) {
     const struct Case {
         const char* name;
-        std::uint32_t encoding, order, terminator;
+        TextEncoding encoding;
+        ByteOrder order;
+        StringTerminator terminator;
         CharsetCode charset;
         const char* bytes;
-    } cases[] = {
-        {"none", kEncodingNone, kBigEndian, kCrLf, 0, "4100E900AC203DD800DE0D000A00"},
-        {"UTF-8", kEncodingUtf8, kBigEndian, kCrLf, 0, "41C3A9E282ACF09F98800D0A"},
-        {"UTF-16 little", kEncodingUtf16, kNativeOrder, kLf, 0, "4100E900AC203DD800DE0A00"},
-        {"UTF-16 big", kEncodingUtf16, kBigEndian, kCrLfAlias, 0, "004100E920ACD83DDE00000D000A"},
-        {"UTF-32 little", kEncodingUtf32, kLittleEndian, kCr, 0, "41000000E9000000AC20000000F601000D000000"},
-        {"UTF-32 big", kEncodingUtf32, kBigEndian, kNul, 0, "00000041000000E9000020AC0001F60000000000"},
-        {"WINDOWS-1252", kEncodingCharset, kNativeOrder, kNoTerminator, kCharsetWindows1252, "41E9803F"},
-        {"ASCII", kEncodingCharset, kNativeOrder, kNul, kCharsetAscii, "413F3F3F00"}};
+    } cases[] = {{"none", TextEncoding::None, ByteOrder::BigEndian, StringTerminator::CrLf, 0,
+                  "4100E900AC203DD800DE0D000A00"},
+                 {"UTF-8", TextEncoding::Utf8, ByteOrder::BigEndian, StringTerminator::CrLf, 0,
+                  "41C3A9E282ACF09F98800D0A"},
+                 {"UTF-16 little", TextEncoding::Utf16, ByteOrder::Native, StringTerminator::Lf, 0,
+                  "4100E900AC203DD800DE0A00"},
+                 {"UTF-16 big", TextEncoding::Utf16, ByteOrder::BigEndian, StringTerminator::CrLfAlias, 0,
+                  "004100E920ACD83DDE00000D000A"},
+                 {"UTF-32 little", TextEncoding::Utf32, ByteOrder::LittleEndian, StringTerminator::Cr, 0,
+                  "41000000E9000000AC20000000F601000D000000"},
+                 {"UTF-32 big", TextEncoding::Utf32, ByteOrder::BigEndian, StringTerminator::Nul, 0,
+                  "00000041000000E9000020AC0001F60000000000"},
+                 {"WINDOWS-1252", TextEncoding::Charset, ByteOrder::Native, StringTerminator::None,
+                  kCharsetWindows1252, "41E9803F"},
+                 {"ASCII", TextEncoding::Charset, ByteOrder::Native, StringTerminator::Nul, kCharsetAscii,
+                  "413F3F3F00"}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         TestStream stream(GetParam(), c.encoding, c.order, c.terminator, c.charset);
@@ -160,9 +169,9 @@ TEST_P(ArchiveTest, TextIsWrittenInTheEncoding) {
         EXPECT_EQ(hex(stream.content()), c.bytes);
     }
     TestStream stream(GetParam());
-    stream->setStringTerminator(kCrLf);
+    stream->setStringTerminator(StringTerminator::CrLf);
     EXPECT_EQ(stream->writeText("\xFF\x80"sv), 4);  // narrow text, unconverted
-    stream->setTextEncoding(kEncodingUtf16);
+    stream->setTextEncoding(TextEncoding::Utf16);
     EXPECT_EQ(stream->writeText("line"sv), 12);
     EXPECT_EQ(hex(stream.content()), "FF800D0A6C0069006E0065000D000A00");
 }
@@ -170,29 +179,41 @@ TEST_P(ArchiveTest, TextIsWrittenInTheEncoding) {
 TEST_P(ArchiveTest, TextIsReadUpToItsTerminator) {
     const struct Case {
         const char* name;
-        std::uint32_t encoding, order, terminator;
+        TextEncoding encoding;
+        ByteOrder order;
+        StringTerminator terminator;
         std::string bytes;
         std::int64_t maxCount;
         std::u16string text;
         std::int64_t consumed;
     } cases[] = {
-        {"NUL", kEncodingUtf8, 0, kNul, "a\0b"s, -1, u"a", 2},
-        {"CR LF read as LF", kEncodingUtf8, 0, kLf, "line\r\nx", -1, u"line", 6},
-        {"one CR goes, one stays", kEncodingUtf8, 0, kCrLfAlias, "a\r\r\n", -1, u"a\r", 4},
-        {"a CR before no LF stays", kEncodingUtf8, 0, kLf, "a\r", -1, u"a\r", 2},
-        {"CR", kEncodingUtf8, 0, kCr, "a\nb\rc", -1, u"a\nb", 4},
-        {"no terminator", kEncodingUtf8, 0, kNoTerminator, "a\0\r\n"s, -1, u"a\0\r\n"s, 4},
-        {"empty line", kEncodingUtf8, 0, kLf, "\nx", -1, u"", 1},
-        {"count before the end", kEncodingUtf8, 0, kLf, "abc\n", 2, u"ab", 2},
-        {"count takes the terminator", kEncodingUtf8, 0, kLf, "ab\n", 3, u"ab", 3},
-        {"bad UTF-8", kEncodingUtf8, 0, kLf, "a\xC0\n", -1, u"a?", 3},
-        {"UTF-16 big, LF", kEncodingUtf16, kBigEndian, kLf, "\x0A\x0A\0\x0D\0\x0A"s, -1, u"\u0A0A", 3},
-        {"UTF-16 little, byte 0A inside", kEncodingUtf16, 0, kLf, "\0\x0A\x0A\0"s, -1, u"\u0A00", 2},
-        {"UTF-16, unit cut by the end", kEncodingUtf16, 0, kLf, "a\0b"s, -1, u"a", 1},
-        {"UTF-32", kEncodingUtf32, kBigEndian, kNul, "\0\x01\xF6\0\0\x11\0\0\0\0\0\0"s, -1, u"\U0001F600?",
-         3},
-        {"none", kEncodingNone, kBigEndian, kLf, "a\0\r\0\n\0"s, -1, u"a", 3},
-        {"charset", kEncodingCharset, 0, kLf, "\x80\xE9\n", -1, u"\u20AC\u00E9", 3}};
+        {"NUL", TextEncoding::Utf8, ByteOrder::Native, StringTerminator::Nul, "a\0b"s, -1, u"a", 2},
+        {"CR LF read as LF", TextEncoding::Utf8, ByteOrder::Native, StringTerminator::Lf, "line\r\nx", -1,
+         u"line", 6},
+        {"one CR goes, one stays", TextEncoding::Utf8, ByteOrder::Native, StringTerminator::CrLfAlias,
+         "a\r\r\n", -1, u"a\r", 4},
+        {"a CR before no LF stays", TextEncoding::Utf8, ByteOrder::Native, StringTerminator::Lf, "a\r", -1,
+         u"a\r", 2},
+        {"CR", TextEncoding::Utf8, ByteOrder::Native, StringTerminator::Cr, "a\nb\rc", -1, u"a\nb", 4},
+        {"no terminator", TextEncoding::Utf8, ByteOrder::Native, StringTerminator::None, "a\0\r\n"s, -1,
+         u"a\0\r\n"s, 4},
+        {"empty line", TextEncoding::Utf8, ByteOrder::Native, StringTerminator::Lf, "\nx", -1, u"", 1},
+        {"count before the end", TextEncoding::Utf8, ByteOrder::Native, StringTerminator::Lf, "abc\n", 2,
+         u"ab", 2},
+        {"count takes the terminator", TextEncoding::Utf8, ByteOrder::Native, StringTerminator::Lf, "ab\n", 3,
+         u"ab", 3},
+        {"bad UTF-8", TextEncoding::Utf8, ByteOrder::Native, StringTerminator::Lf, "a\xC0\n", -1, u"a?", 3},
+        {"UTF-16 big, LF", TextEncoding::Utf16, ByteOrder::BigEndian, StringTerminator::Lf,
+         "\x0A\x0A\0\x0D\0\x0A"s, -1, u"\u0A0A", 3},
+        {"UTF-16 little, byte 0A inside", TextEncoding::Utf16, ByteOrder::Native, StringTerminator::Lf,
+         "\0\x0A\x0A\0"s, -1, u"\u0A00", 2},
+        {"UTF-16, unit cut by the end", TextEncoding::Utf16, ByteOrder::Native, StringTerminator::Lf, "a\0b"s,
+         -1, u"a", 1},
+        {"UTF-32", TextEncoding::Utf32, ByteOrder::BigEndian, StringTerminator::Nul,
+         "\0\x01\xF6\0\0\x11\0\0\0\0\0\0"s, -1, u"\U0001F600?", 3},
+        {"none", TextEncoding::None, ByteOrder::BigEndian, StringTerminator::Lf, "a\0\r\0\n\0"s, -1, u"a", 3},
+        {"charset", TextEncoding::Charset, ByteOrder::Native, StringTerminator::Lf, "\x80\xE9\n", -1,
+         u"\u20AC\u00E9", 3}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         TestStream stream(GetParam(), c.encoding, c.order, c.terminator, kCharsetWindows1252, c.bytes);
@@ -203,12 +224,12 @@ TEST_P(ArchiveTest, TextIsReadUpToItsTerminator) {
 }
 
 // The charset's own characters, or all of Unicode with lone surrogates; no terminators.
-std::u16string randomText(std::mt19937& random, std::uint32_t encoding, CharsetCode charset) {
+std::u16string randomText(std::mt19937& random, TextEncoding encoding, CharsetCode charset) {
     std::u16string text;
     for (std::size_t left = random() % 20; left > 0; --left) {
         const std::uint32_t number = static_cast<std::uint32_t>(random());
         const bool ascii = charset == kCharsetSystem || charset == kCharsetUtf8;
-        if (encoding == kEncodingCharset)
+        if (encoding == TextEncoding::Charset)
             text += ToWide(std::string(1, static_cast<char>(32 + number % (ascii ? 95 : 224))), charset,
                            ErrorPolicy::Stop);
         else
@@ -222,15 +243,17 @@ TEST_P(ArchiveTest, TextsComeBackInEveryCombinationOfSettings) {
     std::mt19937 random(4);
     TestStream stream(GetParam());
     for (std::uint32_t number = 0; number < 5 * 3 * 6 * 22; ++number) {
-        const std::uint32_t encoding = number % 5, order = number / 5 % 3, terminator = number / 15 % 6;
+        SCOPED_TRACE(number);
+        const TextEncoding encoding{number % 5};
+        const ByteOrder order{number / 5 % 3};
+        const StringTerminator terminator{number / 15 % 6};
         const CharsetCode charset = number / 90;
-        SCOPED_TRACE(testing::Message() << encoding << ' ' << order << ' ' << terminator << ' ' << charset);
         stream->copySettings(*TestStream(StreamKind::Memory, encoding, order, terminator, charset));
         ASSERT_TRUE(stream->setSize(0));
-        std::vector<std::u16string> texts(terminator == kNoTerminator ? 1 : 4);
+        std::vector<std::u16string> texts(terminator == StringTerminator::None ? 1 : 4);
         for (std::u16string& text : texts)
             stream->writeText(text = randomText(random, encoding, charset));
-        ASSERT_TRUE(stream->seek(0, kFromStart));
+        ASSERT_TRUE(stream->seek(0, SeekOrigin::Start));
         std::u16string back;
         for (const std::u16string& text : texts) {
             stream->readText(back);
@@ -239,7 +262,7 @@ TEST_P(ArchiveTest, TextsComeBackInEveryCombinationOfSettings) {
         EXPECT_TRUE(stream->atEnd());
         ASSERT_TRUE(stream->setSize(0));
         stream->writeText("narrow text"sv);
-        ASSERT_TRUE(stream->seek(0, kFromStart));
+        ASSERT_TRUE(stream->seek(0, SeekOrigin::Start));
         std::string narrow;
         stream->readText(narrow);
         EXPECT_EQ(narrow, "narrow text");
@@ -248,14 +271,16 @@ TEST_P(ArchiveTest, TextsComeBackInEveryCombinationOfSettings) {
 
 // Lines that end at, before and behind the places where blocks meet; positions are right in between.
 TEST_P(ArchiveTest, LongLines) {
-    for (const std::uint32_t encoding : {kEncodingUtf8, kEncodingUtf16, kEncodingUtf32}) {
-        TestStream stream(GetParam(), encoding, kNativeOrder, kCrLf, kCharsetSystem);
+    for (const TextEncoding encoding : {TextEncoding::Utf8, TextEncoding::Utf16, TextEncoding::Utf32}) {
+        TestStream stream(GetParam(), encoding, ByteOrder::Native, StringTerminator::CrLf, kCharsetSystem);
         const std::size_t sizes[] = {1, 16381, 16382, 16383, 0, 8190, 8191, 1 << 20, 5};
         char16_t letter = u'a';
         for (const std::size_t size : sizes)
             stream->writeText(std::u16string(size, letter++));
-        ASSERT_TRUE(stream->seek(0, kFromStart));
-        const std::int64_t width = encoding == kEncodingUtf32 ? 4 : encoding == kEncodingUtf16 ? 2 : 1;
+        ASSERT_TRUE(stream->seek(0, SeekOrigin::Start));
+        const std::int64_t width = encoding == TextEncoding::Utf32   ? 4
+                                   : encoding == TextEncoding::Utf16 ? 2
+                                                                     : 1;
         std::int64_t position = 0;
         letter = u'a';
         for (const std::size_t size : sizes) {
@@ -278,8 +303,12 @@ TEST(Archive, SettingsAreCopiedAndCompared) {
                  {{1, 0, 4, 3}, {1, 0, 4, 3}, true},  {{1, 0, 4, 3}, {1, 0, 4, 4}, false}};
     for (const Case& c : cases) {
         SCOPED_TRACE(&c - cases);
-        TestStream a(StreamKind::Memory, c.a[2], c.a[0], c.a[1], c.a[3]);
-        TestStream b(StreamKind::Memory, c.b[2], c.b[0], c.b[1], c.b[3]);
+        const auto stream = [](const std::uint32_t(&settings)[4]) {
+            return TestStream(StreamKind::Memory, TextEncoding{settings[2]}, ByteOrder{settings[0]},
+                              StringTerminator{settings[1]}, settings[3]);
+        };
+        TestStream a = stream(c.a);
+        TestStream b = stream(c.b);
         EXPECT_EQ(a->settingsCompatible(*b), c.compatible);
         EXPECT_EQ(b->settingsCompatible(*a), c.compatible);
         a->copySettings(*b);

@@ -67,11 +67,19 @@ std::int64_t ByteStream::maximumSize() const {
     return std::numeric_limits<std::int64_t>::max();
 }
 
-std::int64_t ByteStream::seekTarget(std::int64_t offset, std::uint32_t origin) const {
-    if (origin > kFromEnd)
-        return -1;
-    const std::int64_t base = origin == kFromStart ? 0 : origin == kFromPosition ? position() : size();
-    return offset >= -base && offset <= size() - base ? base + offset : -1;
+std::int64_t ByteStream::seekTarget(std::int64_t offset, SeekOrigin origin) const {
+    const auto from = [&](std::int64_t base) {
+        return offset >= -base && offset <= size() - base ? base + offset : -1;
+    };
+    switch (origin) {
+        case SeekOrigin::Start:
+            return from(0);
+        case SeekOrigin::Position:
+            return from(position());
+        case SeekOrigin::End:
+            return from(size());
+    }
+    return -1;
 }
 
 std::int64_t ByteStream::skip(std::int64_t count) {
@@ -98,24 +106,24 @@ bool ByteStream::detectByteOrderMark() {
         if (readByte(byte) == 0)
             break;
         mark = mark << 8 | byte;
-        std::uint32_t encoding = kEncodingNone;
-        std::uint32_t order = kNativeOrder;
+        TextEncoding encoding = TextEncoding::None;
+        ByteOrder order = ByteOrder::Native;
         if (count == 2 && (mark == 0xFEFF || mark == 0xFFFE)) {
-            encoding = kEncodingUtf16;
-            order = mark == 0xFEFF ? kBigEndian : kLittleEndian;
+            encoding = TextEncoding::Utf16;
+            order = mark == 0xFEFF ? ByteOrder::BigEndian : ByteOrder::LittleEndian;
         } else if (count == 3 && mark == 0xEFBBBF) {
-            encoding = kEncodingUtf8;
+            encoding = TextEncoding::Utf8;
         } else if (count == 4 && mark == 0x0000FEFF) {
-            encoding = kEncodingUtf32;
-            order = kBigEndian;
+            encoding = TextEncoding::Utf32;
+            order = ByteOrder::BigEndian;
         }
-        if (encoding != kEncodingNone) {
+        if (encoding != TextEncoding::None) {
             setTextEncoding(encoding);
             setByteOrder(order);
             return true;
         }
     }
-    seek(start, kFromStart);
+    static_cast<void>(seek(start, SeekOrigin::Start));  // who needs the position looks where it is
     return false;
 }
 
@@ -130,25 +138,25 @@ bool ByteStream::detectTextEncoding(std::size_t sampleSize) {
     const std::uint64_t left = static_cast<std::uint64_t>(remaining());
     std::string sample(static_cast<std::size_t>(std::min<std::uint64_t>(sampleSize, left)), '\0');
     const bool wholeSample = read(sample.data(), sample.size()) == sample.size();
-    if (!seek(start, kFromStart) || !wholeSample)
+    if (!seek(start, SeekOrigin::Start) || !wholeSample)
         return false;
     if (sample.size() < left ? isCutUtf8(sample) : isUtf8(sample)) {
-        setTextEncoding(kEncodingUtf8);
+        setTextEncoding(TextEncoding::Utf8);
     } else {
-        setTextEncoding(kEncodingCharset);
+        setTextEncoding(TextEncoding::Charset);
         setCharset(systemCharset());
     }
     return true;
 }
 
 bool ByteStream::writeByteOrderMark() {
-    const bool bigEndian = byteOrder() == kBigEndian;
+    const bool bigEndian = byteOrder() == ByteOrder::BigEndian;
     std::string_view mark;
-    if (textEncoding() == kEncodingUtf8)
+    if (textEncoding() == TextEncoding::Utf8)
         mark = "\xEF\xBB\xBF";
-    else if (textEncoding() == kEncodingUtf16)
+    else if (textEncoding() == TextEncoding::Utf16)
         mark = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
-    else if (textEncoding() == kEncodingUtf32)
+    else if (textEncoding() == TextEncoding::Utf32)
         mark = bigEndian ? std::string_view("\0\0\xFE\xFF", 4) : std::string_view("\xFF\xFE\0\0", 4);
     else
         return false;

@@ -9,8 +9,8 @@
 
 namespace owlkit {
 
-// Where a seek's offset counts from.
-enum SeekOrigin : std::uint32_t { kFromStart = 0, kFromPosition = 1, kFromEnd = 2 };
+// Where a seek's offset counts from. To any other origin there is no way.
+enum class SeekOrigin : std::uint32_t { Start = 0, Position = 1, End = 2 };
 
 class ByteStream : public Archive {
   public:
@@ -24,9 +24,9 @@ class ByteStream : public Archive {
     virtual std::int64_t maximumSize() const;
     virtual std::int64_t position() const = 0;
     // Moves the position within 0..size(), both included; false, and nothing moves, for any other target.
-    virtual bool seek(std::int64_t offset, std::uint32_t origin) = 0;
+    [[nodiscard]] virtual bool seek(std::int64_t offset, SeekOrigin origin) = 0;
     // Cuts or extends the stream; a position beyond the new end moves to it.
-    virtual bool setSize(std::int64_t newSize) = 0;
+    [[nodiscard]] virtual bool setSize(std::int64_t newSize) = 0;
     // Reads past `count` bytes (negative: all that remain) in blocks of 65536 and gives how many there were.
     // They are folded into skipCheck().
     virtual std::int64_t skip(std::int64_t count);
@@ -38,10 +38,10 @@ class ByteStream : public Archive {
     // it), else from at most `sampleSize` bytes: UTF-8 if they are valid UTF-8, a character cut by the end of
     // the sample allowed, otherwise the system charset. False when the stream cannot be read or the position
     // cannot be put back.
-    virtual bool detectTextEncoding(std::size_t sampleSize);
+    [[nodiscard]] virtual bool detectTextEncoding(std::size_t sampleSize);
     // Writes the mark of the text encoding, UTF-16 and UTF-32 in big-endian order only if that is set. False
     // for an encoding without a mark, or when it could not be written whole.
-    virtual bool writeByteOrderMark();
+    [[nodiscard]] virtual bool writeByteOrderMark();
 
     // CRC-32 (reflected polynomial EDB88320) over all bytes that this object ever skipped, seeded with
     // FFFFFFFF, without the final inversion.
@@ -51,7 +51,7 @@ class ByteStream : public Archive {
     void swapByteStream(ByteStream& other) noexcept;
 
     // The position that `offset` from `origin` means; -1 when it lies outside 0..size().
-    std::int64_t seekTarget(std::int64_t offset, std::uint32_t origin) const;
+    std::int64_t seekTarget(std::int64_t offset, SeekOrigin origin) const;
 
   private:
     std::uint32_t skipCheck_ = 0xFFFFFFFF;

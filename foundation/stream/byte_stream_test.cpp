@@ -43,7 +43,7 @@ TEST_P(ByteStreamTest, BehavesLikeAStringWithAPosition) {
                 const std::int64_t base[] = {0, static_cast<std::int64_t>(at),
                                              static_cast<std::int64_t>(model.size())};
                 const bool inside = target >= 0 && target <= base[2];
-                ASSERT_EQ(stream->seek(target - base[origin], origin), inside);
+                ASSERT_EQ(stream->seek(target - base[origin], SeekOrigin{origin}), inside);
                 at = inside ? static_cast<std::size_t>(target) : at;
                 break;
             }
@@ -75,13 +75,13 @@ TEST_P(ByteStreamTest, RefusesBadArguments) {
     expectError<std::invalid_argument>("invalid pointer", [&] { stream->read(nullptr, 1); });
     expectError<std::invalid_argument>("invalid pointer", [&] { stream->write(nullptr, 1); });
     expectError<std::length_error>("invalid size", [&] { stream->write("", 0xFFFFFFFF); });
-    expectError<std::length_error>("invalid size", [&] { stream->setSize(-1); });
+    expectError<std::length_error>("invalid size", [&] { return stream->setSize(-1); });
     EXPECT_EQ(stream->write(nullptr, 0), 0u);
     EXPECT_EQ(stream->read(nullptr, 0), 0u);
-    EXPECT_FALSE(stream->seek(0, 3));
-    EXPECT_FALSE(stream->seek(INT64_MAX, kFromEnd));
-    EXPECT_FALSE(stream->seek(INT64_MIN, kFromPosition));
-    EXPECT_TRUE(stream->seek(0, kFromEnd));
+    EXPECT_FALSE(stream->seek(0, SeekOrigin{3}));
+    EXPECT_FALSE(stream->seek(INT64_MAX, SeekOrigin::End));
+    EXPECT_FALSE(stream->seek(INT64_MIN, SeekOrigin::Position));
+    EXPECT_TRUE(stream->seek(0, SeekOrigin::End));
     EXPECT_EQ(stream->read(nullptr, 100), 0u);  // cut to nothing before the pointer matters
     EXPECT_EQ(stream.content(), "abc");
 }
@@ -114,37 +114,40 @@ TEST_P(ByteStreamTest, DetectsTheEncoding) {
         const char* name;
         std::string bytes;
         std::size_t sample;
-        std::uint32_t encoding, order;
+        TextEncoding encoding;
+        ByteOrder order;
         std::int64_t markSize;
-    } cases[] = {{"UTF-8 mark", "\xEF\xBB\xBFx", 99, kEncodingUtf8, kNativeOrder, 3},
-                 {"UTF-16 big mark", "\xFE\xFF", 99, kEncodingUtf16, kBigEndian, 2},
-                 {"UTF-16 little mark", "\xFF\xFEx\0"s, 99, kEncodingUtf16, kLittleEndian, 2},
-                 {"UTF-32 big mark", "\0\0\xFE\xFF"s, 99, kEncodingUtf32, kBigEndian, 4},
-                 {"UTF-32 little mark", "\xFF\xFE\0\0"s, 99, kEncodingUtf16, kLittleEndian, 2},
-                 {"no mark", "\xEF\xBBx", 99, kEncodingCharset, kBigEndian, 0},
-                 {"empty", "", 99, kEncodingUtf8, kBigEndian, 0},
-                 {"UTF-8", "\xC3\xA9\xF0\x9F\x98\x80", 99, kEncodingUtf8, kBigEndian, 0},
-                 {"cut by the sample", "ab\xF0\x9F\x98\x80", 5, kEncodingUtf8, kBigEndian, 0},
-                 {"cut after the lead", "ab\xE2\x82\xAC", 3, kEncodingUtf8, kBigEndian, 0},
-                 {"cut by the end", "ab\xE2\x82", 4, kEncodingCharset, kBigEndian, 0},
-                 {"cut, overlong", "a\xE0\x80\x80", 3, kEncodingCharset, kBigEndian, 0},
-                 {"cut, above 10FFFF", "a\xF4\x90\x80\x80", 3, kEncodingCharset, kBigEndian, 0},
-                 {"stray bytes at the cut", "a\x80\x80\x80\x80", 4, kEncodingCharset, kBigEndian, 0},
-                 {"bad behind the sample", "abc\xFF", 3, kEncodingUtf8, kBigEndian, 0},
-                 {"Latin letters", "caf\xE9 x", 99, kEncodingCharset, kBigEndian, 0}};
+    } cases[] = {
+        {"UTF-8 mark", "\xEF\xBB\xBFx", 99, TextEncoding::Utf8, ByteOrder::Native, 3},
+        {"UTF-16 big mark", "\xFE\xFF", 99, TextEncoding::Utf16, ByteOrder::BigEndian, 2},
+        {"UTF-16 little mark", "\xFF\xFEx\0"s, 99, TextEncoding::Utf16, ByteOrder::LittleEndian, 2},
+        {"UTF-32 big mark", "\0\0\xFE\xFF"s, 99, TextEncoding::Utf32, ByteOrder::BigEndian, 4},
+        {"UTF-32 little mark", "\xFF\xFE\0\0"s, 99, TextEncoding::Utf16, ByteOrder::LittleEndian, 2},
+        {"no mark", "\xEF\xBBx", 99, TextEncoding::Charset, ByteOrder::BigEndian, 0},
+        {"empty", "", 99, TextEncoding::Utf8, ByteOrder::BigEndian, 0},
+        {"UTF-8", "\xC3\xA9\xF0\x9F\x98\x80", 99, TextEncoding::Utf8, ByteOrder::BigEndian, 0},
+        {"cut by the sample", "ab\xF0\x9F\x98\x80", 5, TextEncoding::Utf8, ByteOrder::BigEndian, 0},
+        {"cut after the lead", "ab\xE2\x82\xAC", 3, TextEncoding::Utf8, ByteOrder::BigEndian, 0},
+        {"cut by the end", "ab\xE2\x82", 4, TextEncoding::Charset, ByteOrder::BigEndian, 0},
+        {"cut, overlong", "a\xE0\x80\x80", 3, TextEncoding::Charset, ByteOrder::BigEndian, 0},
+        {"cut, above 10FFFF", "a\xF4\x90\x80\x80", 3, TextEncoding::Charset, ByteOrder::BigEndian, 0},
+        {"stray bytes at the cut", "a\x80\x80\x80\x80", 4, TextEncoding::Charset, ByteOrder::BigEndian, 0},
+        {"bad behind the sample", "abc\xFF", 3, TextEncoding::Utf8, ByteOrder::BigEndian, 0},
+        {"Latin letters", "caf\xE9 x", 99, TextEncoding::Charset, ByteOrder::BigEndian, 0}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        TestStream stream(GetParam(), kEncodingNone, kBigEndian, kLf, kCharsetDos850, "@" + c.bytes);
-        ASSERT_TRUE(stream->seek(1, kFromStart));
+        TestStream stream(GetParam(), TextEncoding::None, ByteOrder::BigEndian, StringTerminator::Lf,
+                          kCharsetDos850, "@" + c.bytes);
+        ASSERT_TRUE(stream->seek(1, SeekOrigin::Start));
         EXPECT_EQ(stream->detectByteOrderMark(), c.markSize != 0);
         EXPECT_EQ(stream->position(), c.markSize + 1);
-        EXPECT_EQ(stream->textEncoding(), c.markSize != 0 ? c.encoding : std::uint32_t{kEncodingNone});
+        EXPECT_EQ(stream->textEncoding(), c.markSize != 0 ? c.encoding : TextEncoding::None);
         EXPECT_EQ(stream->byteOrder(), c.order);
-        ASSERT_TRUE(stream->seek(1, kFromStart));
+        ASSERT_TRUE(stream->seek(1, SeekOrigin::Start));
         EXPECT_TRUE(stream->detectTextEncoding(c.sample));
         EXPECT_EQ(stream->position(), c.markSize + 1);
         EXPECT_EQ(stream->textEncoding(), c.encoding);
-        EXPECT_EQ(stream->charset(), c.encoding == kEncodingCharset ? systemCharset() : kCharsetDos850);
+        EXPECT_EQ(stream->charset(), c.encoding == TextEncoding::Charset ? systemCharset() : kCharsetDos850);
     }
 }
 
@@ -153,8 +156,9 @@ TEST_P(ByteStreamTest, WritesTheMark) {
         {"", ""}, {"EFBBBF", "EFBBBF"}, {"FFFE", "FEFF"}, {"FFFE0000", "0000FEFF"}, {"", ""}};
     for (std::uint32_t encoding = 0; encoding < 5; ++encoding)
         for (std::uint32_t order = 0; order < 3; ++order) {
-            TestStream stream(GetParam(), encoding, order, kNul, kCharsetSystem);
-            const char* const mark = marks[encoding][order == kBigEndian];
+            TestStream stream(GetParam(), TextEncoding{encoding}, ByteOrder{order}, StringTerminator::Nul,
+                              kCharsetSystem);
+            const char* const mark = marks[encoding][ByteOrder{order} == ByteOrder::BigEndian];
             EXPECT_EQ(stream->writeByteOrderMark(), *mark != '\0');
             EXPECT_EQ(hex(stream.content()), mark);
         }
@@ -162,7 +166,7 @@ TEST_P(ByteStreamTest, WritesTheMark) {
 
 TEST(MemoryStream, HasItsOwnLimits) {
     MemoryStream stream;
-    expectError<std::length_error>("invalid size", [&] { stream.setSize(0x80000000); });
+    expectError<std::length_error>("invalid size", [&] { return stream.setSize(0x80000000); });
     expectError<std::length_error>("invalid size", [&] { stream.write("", 0x80000000); });
     expectError<std::length_error>("invalid size", [] { MemoryStream("", 0x80000000); });
     expectError<std::invalid_argument>("invalid pointer", [] { MemoryStream(nullptr, 1); });
@@ -170,7 +174,7 @@ TEST(MemoryStream, HasItsOwnLimits) {
     EXPECT_EQ(fixed.at(1), 'b');
     expectError<std::out_of_range>("invalid index", [&] { fixed.at(2); });
     expectError<std::logic_error>("stream is not open for writing", [&] { fixed.write("c", 1); });
-    expectError<std::logic_error>("stream is not open for writing", [&] { fixed.setSize(1); });
+    expectError<std::logic_error>("stream is not open for writing", [&] { return fixed.setSize(1); });
 }
 
 }  // namespace

@@ -14,10 +14,10 @@ namespace {
 constexpr std::size_t kTransferLimit = 0xFFFFFFFF;  // the first count that one platform call cannot have
 constexpr std::size_t kReadAhead = 16384;           // bytes
 
-constexpr std::uint32_t kModeMask = 0xF;
-constexpr std::uint32_t kShareMask = 0xF0;
+constexpr OpenMode kAccessMask{0xF};
+constexpr OpenMode kShareMask{0xF0};
 
-struct Mode {
+struct Access {
     std::uint32_t access;
     std::uint32_t creation;
     std::uint32_t share;
@@ -26,8 +26,8 @@ struct Mode {
 
 constexpr std::uint32_t kBothAccesses = platform::kGenericRead | platform::kGenericWrite;
 
-// By OpenMode.
-constexpr Mode kModes[] = {
+// By the low four bits of an OpenMode.
+constexpr Access kAccesses[] = {
     {platform::kGenericRead, platform::kOpenExisting, platform::kFileShareRead, false},
     {kBothAccesses, platform::kOpenExisting, 0, false},
     {platform::kGenericWrite, platform::kCreateAlways, 0, false},
@@ -36,41 +36,39 @@ constexpr Mode kModes[] = {
     {kBothAccesses, platform::kOpenAlways, 0, true},
 };
 
-std::uint32_t shareOf(std::uint32_t flags, const Mode& mode) {
-    switch (flags & kShareMask) {
-        case kShareReadWrite:
+std::uint32_t shareOf(OpenMode mode, const Access& access) {
+    switch (mode & kShareMask) {
+        case OpenMode::ShareReadWrite:
             return platform::kFileShareRead | platform::kFileShareWrite;
-        case kShareRead:
+        case OpenMode::ShareRead:
             return platform::kFileShareRead;
-        case kShareNone:
+        case OpenMode::ShareNone:
             return 0;
         default:
-            return mode.share;
+            return access.share;
     }
 }
 
-std::uint32_t attributesOf(std::uint32_t flags) {
-    if ((flags & kRawDevice) != 0)
+std::uint32_t attributesOf(OpenMode mode) {
+    if (hasAny(mode, OpenMode::RawDevice))
         return 0;
-    const auto given = [flags](std::uint32_t flag, std::uint32_t value) {
-        return (flags & flag) != 0 ? value : 0;
-    };
-    const std::uint32_t attributes = given(kAttributeArchive, platform::kFileAttributeArchive) |
-                                     given(kAttributeEncrypted, platform::kFileAttributeEncrypted) |
-                                     given(kAttributeHidden, platform::kFileAttributeHidden) |
-                                     given(kAttributeReadOnly, platform::kFileAttributeReadOnly) |
-                                     given(kAttributeTemporary, platform::kFileAttributeTemporary);
+    const auto given = [mode](OpenMode flag, std::uint32_t value) { return hasAny(mode, flag) ? value : 0; };
+    const std::uint32_t attributes = given(OpenMode::AttributeArchive, platform::kFileAttributeArchive) |
+                                     given(OpenMode::AttributeEncrypted, platform::kFileAttributeEncrypted) |
+                                     given(OpenMode::AttributeHidden, platform::kFileAttributeHidden) |
+                                     given(OpenMode::AttributeReadOnly, platform::kFileAttributeReadOnly) |
+                                     given(OpenMode::AttributeTemporary, platform::kFileAttributeTemporary);
     return (attributes != 0 ? attributes : platform::kFileAttributeNormal) |
-           given(kFlagNoBuffering, platform::kFileFlagNoBuffering) |
-           given(kFlagOverlapped, platform::kFileFlagOverlapped) |
-           given(kFlagRandomAccess, platform::kFileFlagRandomAccess) |
-           given(kFlagSequentialScan, platform::kFileFlagSequentialScan) |
-           given(kFlagWriteThrough, platform::kFileFlagWriteThrough);
+           given(OpenMode::FlagNoBuffering, platform::kFileFlagNoBuffering) |
+           given(OpenMode::FlagOverlapped, platform::kFileFlagOverlapped) |
+           given(OpenMode::FlagRandomAccess, platform::kFileFlagRandomAccess) |
+           given(OpenMode::FlagSequentialScan, platform::kFileFlagSequentialScan) |
+           given(OpenMode::FlagWriteThrough, platform::kFileFlagWriteThrough);
 }
 
-bool readsAhead(std::uint32_t flags) {
-    return (flags & (kRawDevice | kFlagNoBuffering | kFlagOverlapped)) == 0 &&
-           (flags & kShareMask) != kShareReadWrite;
+bool readsAhead(OpenMode mode) {
+    return !hasAny(mode, OpenMode::RawDevice | OpenMode::FlagNoBuffering | OpenMode::FlagOverlapped) &&
+           (mode & kShareMask) != OpenMode::ShareReadWrite;
 }
 
 }  // namespace
@@ -99,31 +97,32 @@ void FileStream::swap(FileStream& other) noexcept {
     block_.swap(other.block_);
 }
 
-bool FileStream::open(const std::u16string& path, std::uint32_t flags, std::uint32_t encoding) {
+bool FileStream::open(const std::u16string& path, OpenMode mode, TextEncoding encoding) {
     if (path.empty())
         return false;
     close();
-    if ((flags & kModeMask) >= std::size(kModes))
+    const auto row = static_cast<std::size_t>(mode & kAccessMask);
+    if (row >= std::size(kAccesses))
         throwInvalidArgument();
-    const Mode& mode = kModes[flags & kModeMask];
-    // 0x100 sets the very bit that also asks the platform for it; this is deliberate.
-    if ((flags & kWriteThrough) != 0)
-        flags |= kFlagWriteThrough;
+    const Access& access = kAccesses[row];
+    if (hasAny(mode, OpenMode::WriteThrough))
+        mode = mode | OpenMode::FlagWriteThrough;
     std::string narrowPath = ToNarrow(path, kCharsetSystem);
     platform::FileHandle file;
-    if (platform::createFile(path, mode.access, shareOf(flags, mode), mode.creation, attributesOf(flags),
-                             file) != platform::kSuccess)
+    if (!platform::createFile(path, access.access, shareOf(mode, access), access.creation, attributesOf(mode),
+                              file)
+             .succeeded())
         return false;
     std::int64_t size = 0;
-    if (((flags & kRawDevice) != 0 ? platform::diskLength(file, size) : platform::fileSize(file, size)) !=
-        platform::kSuccess)
+    const auto sizeOf = hasAny(mode, OpenMode::RawDevice) ? platform::diskLength : platform::fileSize;
+    if (!sizeOf(file, size).succeeded())
         return false;
     file_ = std::move(file);
-    readable_ = (mode.access & platform::kGenericRead) != 0;
-    writable_ = (mode.access & platform::kGenericWrite) != 0;
+    readable_ = (access.access & platform::kGenericRead) != 0;
+    writable_ = (access.access & platform::kGenericWrite) != 0;
     size_ = size;
-    openFlags_ = flags;
-    if (mode.append && !seek(0, kFromEnd)) {
+    openFlags_ = mode;
+    if (access.append && !seek(0, SeekOrigin::End)) {
         close();
         return false;
     }
@@ -133,8 +132,8 @@ bool FileStream::open(const std::u16string& path, std::uint32_t flags, std::uint
     return true;
 }
 
-bool FileStream::open(const std::string& narrowPath, std::uint32_t flags, std::uint32_t encoding) {
-    return open(ToWide(narrowPath, kCharsetSystem), flags, encoding);
+bool FileStream::open(const std::string& narrowPath, OpenMode mode, TextEncoding encoding) {
+    return open(ToWide(narrowPath, kCharsetSystem), mode, encoding);
 }
 
 void FileStream::close() {
@@ -143,7 +142,7 @@ void FileStream::close() {
     writable_ = false;
     size_ = 0;
     pointer_ = 0;
-    openFlags_ = 0;
+    openFlags_ = {};
     diskFull_ = false;
     ahead_ = nullptr;
     aheadEnd_ = nullptr;
@@ -209,7 +208,7 @@ bool FileStream::readMoreAhead() {
 
 // Moves the platform's pointer and the position with it; what was read ahead is dropped.
 bool FileStream::movePointer(std::int64_t position) {
-    if (const platform::ErrorCode error = platform::setFilePointer(file_, position)) {
+    if (const platform::Status error = platform::setFilePointer(file_, position); !error.succeeded()) {
         diskFull_ = error == platform::kErrorDiskFull;
         return false;
     }
@@ -230,7 +229,7 @@ std::size_t FileStream::write(const void* buffer, std::size_t count) {
     if (aheadCount() != 0 && !movePointer(position()))
         return 0;
     std::uint32_t written = 0;
-    const platform::ErrorCode error =
+    const platform::Status error =
         platform::writeFile(file_, buffer, static_cast<std::uint32_t>(count), written);
     diskFull_ = error == platform::kErrorDiskFull;
     pointer_ += written;
@@ -238,7 +237,7 @@ std::size_t FileStream::write(const void* buffer, std::size_t count) {
     return written;
 }
 
-bool FileStream::seek(std::int64_t offset, std::uint32_t origin) {
+bool FileStream::seek(std::int64_t offset, SeekOrigin origin) {
     if (!isOpen())
         throwStreamClosed();
     const std::int64_t target = seekTarget(offset, origin);
@@ -255,7 +254,7 @@ bool FileStream::setSize(std::int64_t newSize) {
     const std::int64_t oldPosition = position();
     if (!movePointer(newSize))
         return false;
-    if (const platform::ErrorCode error = platform::setEndOfFile(file_)) {
+    if (const platform::Status error = platform::setEndOfFile(file_); !error.succeeded()) {
         close();
         diskFull_ = error == platform::kErrorDiskFull;
         return false;
@@ -268,7 +267,7 @@ bool FileStream::setSize(std::int64_t newSize) {
 bool FileStream::flush() {
     if (!writable_)
         throwFileNotWritable();
-    if ((openFlags_ & kWriteThrough) != 0 || platform::flushFileBuffers(file_) != platform::kSuccess)
+    if (hasAny(openFlags_, OpenMode::WriteThrough) || !platform::flushFileBuffers(file_).succeeded())
         return false;
     diskFull_ = false;
     return true;

@@ -11,39 +11,50 @@
 
 namespace owlkit {
 
-// Open flags. The low four bits choose access and creation ...
-enum OpenMode : std::uint32_t {
-    kOpenRead = 0,         // existing file
-    kOpenReadWrite = 1,    // existing file
-    kCreateWrite = 2,      // emptied or new
-    kCreateReadWrite = 3,  // emptied or new
-    kAppendWrite = 4,      // existing or new, positioned at the end
-    kAppendReadWrite = 5,  // existing or new, positioned at the end
+// How a file is opened: one of the first six, with any of the others.
+enum class OpenMode : std::uint32_t {
+    // Access and creation, in the low four bits.
+    Read = 0,             // existing file
+    ReadWrite = 1,        // existing file
+    CreateWrite = 2,      // emptied or new
+    CreateReadWrite = 3,  // emptied or new
+    AppendWrite = 4,      // existing or new, positioned at the end
+    AppendReadWrite = 5,  // existing or new, positioned at the end
+    // Sharing, in bits 4 to 7. Any other value: reading for Read, else none.
+    ShareReadWrite = 0x10,
+    ShareRead = 0x20,
+    ShareNone = 0x30,
+    // How the platform treats the file.
+    WriteThrough = 0x100,  // sets FlagWriteThrough too
+    RawDevice = 0x200,     // no attributes; the size is the device's length
+    AttributeArchive = 1u << 20,
+    AttributeEncrypted = 1u << 21,
+    AttributeHidden = 1u << 22,
+    AttributeReadOnly = 1u << 23,
+    AttributeTemporary = 1u << 24,
+    FlagNoBuffering = 1u << 26,
+    FlagOverlapped = 1u << 27,
+    FlagRandomAccess = 1u << 28,
+    FlagSequentialScan = 1u << 29,
+    FlagWriteThrough = 1u << 30,
 };
-// ... bits 4 to 7 the sharing (0: reading for kOpenRead, else none), and the rest how the platform treats the
-// file.
-inline constexpr std::uint32_t kShareReadWrite = 0x10;
-inline constexpr std::uint32_t kShareRead = 0x20;
-inline constexpr std::uint32_t kShareNone = 0x30;
-inline constexpr std::uint32_t kWriteThrough = 0x100;  // sets kFlagWriteThrough too
-inline constexpr std::uint32_t kRawDevice = 0x200;     // no attributes; the size is the device's length
-inline constexpr std::uint32_t kAttributeArchive = 1u << 20;
-inline constexpr std::uint32_t kAttributeEncrypted = 1u << 21;
-inline constexpr std::uint32_t kAttributeHidden = 1u << 22;
-inline constexpr std::uint32_t kAttributeReadOnly = 1u << 23;
-inline constexpr std::uint32_t kAttributeTemporary = 1u << 24;
-inline constexpr std::uint32_t kFlagNoBuffering = 1u << 26;
-inline constexpr std::uint32_t kFlagOverlapped = 1u << 27;
-inline constexpr std::uint32_t kFlagRandomAccess = 1u << 28;
-inline constexpr std::uint32_t kFlagSequentialScan = 1u << 29;
-inline constexpr std::uint32_t kFlagWriteThrough = 1u << 30;
+constexpr OpenMode operator|(OpenMode a, OpenMode b) {
+    return static_cast<OpenMode>(static_cast<std::uint32_t>(a) | static_cast<std::uint32_t>(b));
+}
+constexpr OpenMode operator&(OpenMode a, OpenMode b) {
+    return static_cast<OpenMode>(static_cast<std::uint32_t>(a) & static_cast<std::uint32_t>(b));
+}
+// Whether `mode` has one of the bits of `flags`.
+constexpr bool hasAny(OpenMode mode, OpenMode flags) {
+    return (mode & flags) != OpenMode{};
+}
 
 // Platform failures are not thrown: they show as 0 bytes or false, and isDiskFull() tells that one case
 // apart.
 //
 // Small reads are served from a block read ahead, so that reading text costs few platform calls. Size and
 // position are the stream's own all the while. There is no reading ahead on raw devices, with
-// kFlagNoBuffering or kFlagOverlapped, and where others may write the file (kShareReadWrite).
+// FlagNoBuffering or FlagOverlapped, and where others may write the file (ShareReadWrite).
 class FileStream final : public ByteStream {
   public:
     FileStream() = default;
@@ -62,25 +73,27 @@ class FileStream final : public ByteStream {
     std::int64_t size() const override { return size_; }
     std::int64_t position() const override { return pointer_ - static_cast<std::int64_t>(aheadCount()); }
     // "stream is closed".
-    bool seek(std::int64_t offset, std::uint32_t origin) override;
+    [[nodiscard]] bool seek(std::int64_t offset, SeekOrigin origin) override;
     // "file is not open for writing"; "invalid size" for a negative size. If the file cannot be cut or
     // extended it is closed.
-    bool setSize(std::int64_t newSize) override;
+    [[nodiscard]] bool setSize(std::int64_t newSize) override;
 
     // Closes any open file and opens `path`; the text encoding becomes `encoding`, the other settings stay.
     // False, and the stream is closed, when the file cannot be opened; an empty path is refused before
     // anything is closed. "invalid argument" for an unknown mode. A narrow path is in the system charset.
-    bool open(const std::u16string& path, std::uint32_t flags, std::uint32_t encoding = kEncodingNone);
-    bool open(const std::string& narrowPath, std::uint32_t flags, std::uint32_t encoding = kEncodingNone);
+    [[nodiscard]] bool open(const std::u16string& path, OpenMode mode,
+                            TextEncoding encoding = TextEncoding::None);
+    [[nodiscard]] bool open(const std::string& narrowPath, OpenMode mode,
+                            TextEncoding encoding = TextEncoding::None);
     void close();
     // Has the platform write everything to the disk. "file is not open for writing". False for a stream
-    // opened with kWriteThrough, without asking the platform; this is deliberate.
-    bool flush();
+    // opened with WriteThrough, without asking the platform. Compatible: callers tell the two apart by it.
+    [[nodiscard]] bool flush();
 
     // The path last opened, in the system charset and as it was given.
     const std::string& narrowPath() const { return narrowPath_; }
     const std::u16string& path() const { return path_; }
-    std::uint32_t openFlags() const { return openFlags_; }
+    OpenMode openFlags() const { return openFlags_; }
     // Whether the last write, seek or resize failed because the disk is full; success of a later write, read,
     // flush or resize clears it.
     bool isDiskFull() const { return diskFull_; }
@@ -96,7 +109,7 @@ class FileStream final : public ByteStream {
     bool writable_ = false;
     std::int64_t size_ = 0;
     std::int64_t pointer_ = 0;  // the platform's file pointer: the position and what was read ahead
-    std::uint32_t openFlags_ = 0;
+    OpenMode openFlags_{};
     bool diskFull_ = false;
     platform::FileHandle file_;
     std::vector<std::uint8_t> block_;  // holds ahead_..aheadEnd_

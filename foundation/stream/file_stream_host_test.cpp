@@ -43,7 +43,7 @@ TEST(FileStreamHost, AsksThePlatformForWhatTheFlagsSay) {
     for (const Case& c : cases) {
         FileStream stream;
         fault::resetCounts();
-        EXPECT_TRUE(stream.open(file.name(), c.flags));
+        EXPECT_TRUE(stream.open(file.name(), OpenMode{c.flags}));
         const platform::CreateFileArguments& given = platform::lastCreateFile();
         std::ostringstream asked;
         asked << std::hex << given.access << ' ' << given.share << ' ' << given.creation << ' '
@@ -63,19 +63,20 @@ TEST(FileStreamHost, ReadsLinesWithFewPlatformCalls) {
     const TemporaryFile file(content);
     const auto bytes = static_cast<std::uint32_t>(content.size());
     const struct Case {
-        std::uint32_t flags, least, most;  // calls
-    } cases[] = {{0, 1, 4},
-                 {kRawDevice, bytes, 2 * bytes},
-                 {kShareReadWrite, bytes, 2 * bytes},
-                 {kFlagNoBuffering, bytes, 2 * bytes},
-                 {kFlagOverlapped, bytes, 2 * bytes}};
-    for (const auto& [flags, least, most] : cases) {
-        SCOPED_TRACE(flags);
+        OpenMode mode;
+        std::uint32_t least, most;  // calls
+    } cases[] = {{OpenMode::Read, 1, 4},
+                  {OpenMode::RawDevice, bytes, 2 * bytes},
+                  {OpenMode::ShareReadWrite, bytes, 2 * bytes},
+                  {OpenMode::FlagNoBuffering, bytes, 2 * bytes},
+                  {OpenMode::FlagOverlapped, bytes, 2 * bytes}};
+    for (const auto& [mode, least, most] : cases) {
+        SCOPED_TRACE(static_cast<std::uint32_t>(mode));
         FileStream stream;
-        ASSERT_TRUE(stream.open(file.name(), flags));
+        ASSERT_TRUE(stream.open(file.name(), mode));
         fault::resetCounts();
         ASSERT_TRUE(stream.detectTextEncoding(2048));
-        stream.setStringTerminator(kLf);
+        stream.setStringTerminator(StringTerminator::Lf);
         std::u16string line, all;
         std::int64_t position = 0;
         while (!stream.atEnd()) {
@@ -93,11 +94,11 @@ TEST(FileStreamHost, ReadsLinesWithFewPlatformCalls) {
 TEST(FileStreamHost, TransfersHaveALimit) {
     const TemporaryFile file;
     FileStream stream;
-    ASSERT_TRUE(stream.open(file.name(), kCreateReadWrite));
+    ASSERT_TRUE(stream.open(file.name(), OpenMode::CreateReadWrite));
     ASSERT_TRUE(stream.setSize(0x100000010));  // a hole, no disk space
     char byte = 0;
     expectError<std::length_error>("invalid size", [&] { stream.read(&byte, 0xFFFFFFFF); });
-    ASSERT_TRUE(stream.seek(-1, kFromEnd));
+    ASSERT_TRUE(stream.seek(-1, SeekOrigin::End));
     EXPECT_EQ(stream.read(&byte, 0xFFFFFFFF), 1u);
 }
 
@@ -107,11 +108,11 @@ void runWithFault() {
     const TemporaryFile file("0123456789");
     std::string model = "0123456789";
     FileStream stream;
-    stream.open(file.name(), kAppendReadWrite);
+    static_cast<void>(stream.open(file.name(), OpenMode::AppendReadWrite));
     for (const std::int64_t start : {2, 8, 0}) {
         if (!stream.isOpen())
             break;
-        stream.seek(start, kFromStart);
+        static_cast<void>(stream.seek(start, SeekOrigin::Start));
         std::size_t at = static_cast<std::size_t>(stream.position());
         std::string bytes(3, '\0');
         const std::size_t got = stream.read(bytes.data(), 3);
@@ -127,7 +128,7 @@ void runWithFault() {
         EXPECT_LE(stream.position(), stream.size());
         EXPECT_EQ(file.content(), model);
         if (stream.isOpen())
-            stream.flush();
+            static_cast<void>(stream.flush());
     }
     EXPECT_EQ(platform::openFileCount(), stream.isOpen() ? 1 : 0);
     EXPECT_EQ(file.content(), model);
@@ -149,29 +150,30 @@ TEST(FileStreamHost, TellsDiskFullApart) {
     const TemporaryFile file("0123456789");
     FileStream stream;
     char byte = 0;
-    ASSERT_TRUE(stream.open(file.name(), kOpenReadWrite));
-    const auto fail = [&](const char* operation, std::uint32_t error, auto call) {
+    ASSERT_TRUE(stream.open(file.name(), OpenMode::ReadWrite));
+    const auto fail = [&](const char* operation, platform::Status error, auto call) {
         fault::arm(operation, 1, error, true);
         EXPECT_FALSE(call()) << operation;
         fault::disarm();
         return stream.isDiskFull();
     };
-    EXPECT_TRUE(fail("WriteFile", 112, [&] { return stream.write("x", 1) != 0; }));
+    EXPECT_TRUE(fail("WriteFile", platform::kErrorDiskFull, [&] { return stream.write("x", 1) != 0; }));
     EXPECT_EQ(stream.position(), 0);
-    EXPECT_FALSE(fail("WriteFile", 5, [&] { return stream.write("x", 1) != 0; }));
-    EXPECT_TRUE(fail("SetFilePointerEx", 112, [&] { return stream.seek(1, kFromStart); }));
-    EXPECT_TRUE(stream.seek(1, kFromStart));
+    EXPECT_FALSE(fail("WriteFile", platform::kErrorAccessDenied, [&] { return stream.write("x", 1) != 0; }));
+    EXPECT_TRUE(fail("SetFilePointerEx", platform::kErrorDiskFull,
+                     [&] { return stream.seek(1, SeekOrigin::Start); }));
+    EXPECT_TRUE(stream.seek(1, SeekOrigin::Start));
     EXPECT_TRUE(stream.isDiskFull());  // a seek clears nothing
-    EXPECT_TRUE(fail("ReadFile", 5, [&] { return stream.read(&byte, 1) != 0; }));
+    EXPECT_TRUE(fail("ReadFile", platform::kErrorAccessDenied, [&] { return stream.read(&byte, 1) != 0; }));
     EXPECT_EQ(stream.read(&byte, 1), 1u);
     EXPECT_EQ(byte, '1');
     EXPECT_FALSE(stream.isDiskFull());
-    EXPECT_TRUE(fail("SetFilePointerEx", 112, [&] { return stream.setSize(5); }));
+    EXPECT_TRUE(fail("SetFilePointerEx", platform::kErrorDiskFull, [&] { return stream.setSize(5); }));
     EXPECT_TRUE(stream.isOpen());
-    EXPECT_TRUE(fail("FlushFileBuffers", 5, [&] { return stream.flush(); }));
+    EXPECT_TRUE(fail("FlushFileBuffers", platform::kErrorAccessDenied, [&] { return stream.flush(); }));
     EXPECT_TRUE(stream.flush());
     EXPECT_FALSE(stream.isDiskFull());
-    EXPECT_TRUE(fail("SetEndOfFile", 112, [&] { return stream.setSize(5); }));
+    EXPECT_TRUE(fail("SetEndOfFile", platform::kErrorDiskFull, [&] { return stream.setSize(5); }));
     EXPECT_FALSE(stream.isOpen());
     EXPECT_EQ(stream.size(), 0);
 }
@@ -183,12 +185,12 @@ TEST(FileStreamHost, AFailedReadMovesNothing) {
     const TemporaryFile file(content);
     for (const std::size_t count : {5u, 40000u}) {
         FileStream stream;
-        ASSERT_TRUE(stream.open(file.name(), kOpenRead));
+        ASSERT_TRUE(stream.open(file.name(), OpenMode::Read));
         std::string bytes(count, '\0');
         EXPECT_EQ(stream.read(bytes.data(), 1), 1u);
         std::string first(16382, '\0');
         EXPECT_EQ(stream.read(first.data(), first.size()), first.size());
-        fault::arm("ReadFile", 1, 5, true);
+        fault::arm("ReadFile", 1, platform::kErrorAccessDenied, true);
         EXPECT_EQ(stream.read(bytes.data(), count), 0u);
         EXPECT_TRUE(fault::fired());
         fault::disarm();
@@ -199,8 +201,8 @@ TEST(FileStreamHost, AFailedReadMovesNothing) {
     }
     // A block that fails behind the bytes that are wanted does not keep them away.
     FileStream stream;
-    ASSERT_TRUE(stream.open(file.name(), kOpenRead));
-    fault::arm("ReadFile", 1, 5);
+    ASSERT_TRUE(stream.open(file.name(), OpenMode::Read));
+    fault::arm("ReadFile", 1, platform::kErrorAccessDenied);
     char byte = 0;
     EXPECT_EQ(stream.read(&byte, 1), 1u);
     EXPECT_TRUE(fault::fired());
@@ -208,8 +210,8 @@ TEST(FileStreamHost, AFailedReadMovesNothing) {
     EXPECT_EQ(byte, 'a');
     EXPECT_EQ(stream.position(), 1);
     // Where it does not get back to, a text begins somewhere else.
-    ASSERT_TRUE(stream.seek(0, kFromStart));
-    fault::arm("SetFilePointerEx", 1, 5);
+    ASSERT_TRUE(stream.seek(0, SeekOrigin::Start));
+    fault::arm("SetFilePointerEx", 1, platform::kErrorAccessDenied);
     EXPECT_FALSE(stream.detectTextEncoding(99));
     EXPECT_TRUE(fault::fired());
     fault::disarm();

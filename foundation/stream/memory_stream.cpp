@@ -65,7 +65,7 @@ std::size_t MemoryStream::write(const void* buffer, std::size_t count) {
     return count;
 }
 
-bool MemoryStream::seek(std::int64_t offset, std::uint32_t origin) {
+bool MemoryStream::seek(std::int64_t offset, SeekOrigin origin) {
     const std::int64_t target = seekTarget(offset, origin);
     if (target < 0)
         return false;

@@ -29,10 +29,10 @@ class MemoryStream final : public ByteStream {
     std::int64_t size() const override { return static_cast<std::int64_t>(bytes_.size()); }
     std::int64_t maximumSize() const override { return kMaximumSize; }
     std::int64_t position() const override { return size() - static_cast<std::int64_t>(aheadCount()); }
-    bool seek(std::int64_t offset, std::uint32_t origin) override;
+    [[nodiscard]] bool seek(std::int64_t offset, SeekOrigin origin) override;
     // New bytes are 0. "stream is not open for writing"; "invalid size" for a negative size or one beyond
     // maximumSize().
-    bool setSize(std::int64_t newSize) override;
+    [[nodiscard]] bool setSize(std::int64_t newSize) override;
 
     // The buffer; valid until the next write or setSize.
     const std::uint8_t* data() const { return bytes_.data(); }

@@ -7,28 +7,22 @@
 
 namespace owlkit {
 
-enum ByteOrder : std::uint32_t { kNativeOrder = 0, kBigEndian = 1, kLittleEndian = 2 };
-enum StringTerminator : std::uint32_t {
-    kNoTerminator = 0,
-    kNul = 1,
-    kLf = 2,
-    kCrLf = 3,
-    kCr = 4,
-    kCrLfAlias = 5
-};
-enum TextEncoding : std::uint32_t {
-    kEncodingNone = 0,  // narrow text as its bytes, wide text as its 2-byte units in memory order
-    kEncodingUtf8 = 1,
-    kEncodingUtf16 = 2,  // in the byte order
-    kEncodingUtf32 = 3,  // in the byte order
-    kEncodingCharset = 4,
+// Any other value is kept, and stands for no swapping, no terminator and no encoding.
+enum class ByteOrder : std::uint32_t { Native = 0, BigEndian = 1, LittleEndian = 2 };
+enum class StringTerminator : std::uint32_t { None = 0, Nul = 1, Lf = 2, CrLf = 3, Cr = 4, CrLfAlias = 5 };
+enum class TextEncoding : std::uint32_t {
+    None = 0,  // narrow text as its bytes, wide text as its 2-byte units in memory order
+    Utf8 = 1,
+    Utf16 = 2,  // in the byte order
+    Utf32 = 3,  // in the byte order
+    Charset = 4,
 };
 
 // All four, as a value. A stream copies and compares them by copySettings and settingsCompatible.
 struct StreamSettings {
-    std::uint32_t byteOrder = kNativeOrder;
-    std::uint32_t stringTerminator = kNoTerminator;
-    std::uint32_t textEncoding = kEncodingNone;
+    ByteOrder byteOrder = ByteOrder::Native;
+    StringTerminator stringTerminator = StringTerminator::None;
+    TextEncoding textEncoding = TextEncoding::None;
     CharsetCode charset = kCharsetSystem;
 };
 

@@ -69,41 +69,45 @@ std::u16string decodeUtf32(std::string_view bytes, bool bigEndian) {
 }  // namespace
 
 bool isUnconverted(const TextFormat& format) {
-    return format.encoding == kEncodingNone || format.encoding > kEncodingCharset;
+    return format.encoding == TextEncoding::None || format.encoding > TextEncoding::Charset;
 }
 
 std::size_t unitWidth(const TextFormat& format, bool wide) {
-    if (format.encoding == kEncodingUtf16)
+    if (format.encoding == TextEncoding::Utf16)
         return 2;
-    if (format.encoding == kEncodingUtf32)
+    if (format.encoding == TextEncoding::Utf32)
         return 4;
     return isUnconverted(format) && wide ? 2 : 1;
 }
 
 std::string encodeUnits(std::u16string_view text, const TextFormat& format) {
     switch (format.encoding) {
-        case kEncodingUtf8:
+        case TextEncoding::Utf8:
             return ToNarrow(text, kCharsetUtf8);
-        case kEncodingUtf32:
+        case TextEncoding::Utf32:
             return encodeUtf32(text, format.bigEndian);
-        case kEncodingCharset:
+        case TextEncoding::Charset:
             return ToNarrow(text, format.charset);
-        default:
-            return encodeUtf16(text, format.bigEndian && !isUnconverted(format));
+        case TextEncoding::None:
+        case TextEncoding::Utf16:
+            break;
     }
+    return encodeUtf16(text, format.bigEndian && !isUnconverted(format));
 }
 
 std::u16string decodeUnits(std::string_view bytes, const TextFormat& format) {
     switch (format.encoding) {
-        case kEncodingUtf8:
+        case TextEncoding::Utf8:
             return ToWide(bytes, kCharsetUtf8);
-        case kEncodingUtf32:
+        case TextEncoding::Utf32:
             return decodeUtf32(bytes, format.bigEndian);
-        case kEncodingCharset:
+        case TextEncoding::Charset:
             return ToWide(bytes, format.charset);
-        default:
-            return decodeUtf16(bytes, format.bigEndian && !isUnconverted(format));
+        case TextEncoding::None:
+        case TextEncoding::Utf16:
+            break;
     }
+    return decodeUtf16(bytes, format.bigEndian && !isUnconverted(format));
 }
 
 void appendUnit(std::string& bytes, std::uint32_t unit, std::size_t width, bool bigEndian) {

@@ -7,14 +7,14 @@
 #include <string>
 #include <string_view>
 
-#include "foundation/charset/charset.h"
+#include "foundation/stream/settings.h"
 
 namespace owlkit {
 
 struct TextFormat {
-    std::uint32_t encoding;  // a TextEncoding; any other value counts as kEncodingNone
-    CharsetCode charset;     // for kEncodingCharset
-    bool bigEndian;          // for UTF-16 and UTF-32
+    TextEncoding encoding;  // any other value counts as None
+    CharsetCode charset;    // for TextEncoding::Charset
+    bool bigEndian;         // for UTF-16 and UTF-32
 };
 
 // Whether narrow text is kept as its bytes.
@@ -24,8 +24,7 @@ bool isUnconverted(const TextFormat& format);
 std::size_t unitWidth(const TextFormat& format, bool wide);
 
 // Wide text to units and back. A lone surrogate is kept in every Unicode encoding; what cannot be converted
-// becomes
-// '?'. An incomplete last unit of `bytes` is left out.
+// becomes '?'. An incomplete last unit of `bytes` is left out.
 std::string encodeUnits(std::u16string_view text, const TextFormat& format);
 std::u16string decodeUnits(std::string_view bytes, const TextFormat& format);
 

@@ -10,7 +10,7 @@ namespace {
 struct State {
     std::string operation;
     std::uint32_t remaining = 0;  // calls until the fault fires; 0 = nothing armed
-    ErrorCode error = kSuccess;
+    Status error;
     bool forGood = false;
     std::string firedOperation;  // empty until it fires
     std::map<std::string, std::uint32_t, std::less<>> counts;
@@ -35,7 +35,7 @@ bool matches(std::string_view pattern, std::string_view operation) {
 
 }  // namespace
 
-void arm(std::string_view operation, std::uint32_t nth, ErrorCode error, bool forGood) {
+void arm(std::string_view operation, std::uint32_t nth, Status error, bool forGood) {
     const std::lock_guard lock(guard());
     State& s = state();
     s.operation = operation;
@@ -61,7 +61,7 @@ std::string firedOperation() {
     return state().firedOperation;
 }
 
-ErrorCode next(std::string_view operation) {
+Status next(std::string_view operation) {
     const std::lock_guard lock(guard());
     State& s = state();
     const auto counted = s.counts.find(operation);

@@ -20,7 +20,7 @@ namespace platform::fault {
 // too. `operation` is the name of the Windows function that the stand-in stands for, such as "RegOpenKeyExW";
 // a final "*" matches every operation that begins with the text before it ("Reg*", or "*" for all), counted
 // together. One fault is armed at a time; arming another one replaces it.
-void arm(std::string_view operation, std::uint32_t nth, ErrorCode error, bool forGood = false);
+void arm(std::string_view operation, std::uint32_t nth, Status error, bool forGood = false);
 
 // Takes the armed fault away and forgets that it fired.
 void disarm();
@@ -31,7 +31,7 @@ bool fired();
 std::string firedOperation();
 
 // Asked by the stand-ins: the error this call of `operation` must fail with, or kSuccess to go on.
-ErrorCode next(std::string_view operation);
+Status next(std::string_view operation);
 
 // How often `next` was asked for `operation` (same matching) since the last resetCounts(): counts platform
 // calls.

@@ -46,7 +46,7 @@ std::atomic<int>& openFiles() {
     return count;
 }
 
-ErrorCode errorOf(int number) {
+Status errorOf(int number) {
     switch (number) {
         case 0:
             return kSuccess;
@@ -69,7 +69,7 @@ ErrorCode errorOf(int number) {
     }
 }
 
-ErrorCode outcome(bool succeeded) {
+Status outcome(bool succeeded) {
     return succeeded ? kSuccess : errorOf(errno);
 }
 
@@ -78,8 +78,8 @@ int descriptorOf(const FileHandle& file) {
 }
 
 // The fault for `operation`, or the error of a handle that holds no file.
-ErrorCode enter(const char* operation, const FileHandle& file) {
-    const ErrorCode error = fault::next(operation);
+Status enter(const char* operation, const FileHandle& file) {
+    const Status error = fault::next(operation);
     return error != kSuccess ? error : file ? kSuccess : kErrorInvalidHandle;
 }
 
@@ -110,7 +110,7 @@ std::uint32_t granted(const char* operation, std::uint32_t count) {
 
 // Transfers with `step` (read or write over the rest) until `count` bytes moved or it moves none.
 template <class Step>
-ErrorCode transfer(std::uint32_t count, std::uint32_t& transferred, Step step) {
+Status transfer(std::uint32_t count, std::uint32_t& transferred, Step step) {
     while (transferred < count) {
         const ssize_t moved = step(transferred, count - transferred);
         if (moved < 0 && errno == EINTR)
@@ -150,9 +150,9 @@ void FileTraits::close(Type file) noexcept {
     --openFiles();
 }
 
-ErrorCode createFile(const std::u16string& path, std::uint32_t access, std::uint32_t share,
-                     std::uint32_t creation, std::uint32_t attributes, FileHandle& file) {
-    if (const ErrorCode error = fault::next("CreateFileW"))
+Status createFile(const std::u16string& path, std::uint32_t access, std::uint32_t share,
+                  std::uint32_t creation, std::uint32_t attributes, FileHandle& file) {
+    if (const Status error = fault::next("CreateFileW"); !error.succeeded())
         return error;
     record({path, access, share, creation, attributes});
     if (!isOneName(path))
@@ -174,12 +174,12 @@ ErrorCode createFile(const std::u16string& path, std::uint32_t access, std::uint
     return kSuccess;
 }
 
-ErrorCode readFile(const FileHandle& file, void* buffer, std::uint32_t count, std::uint32_t& transferred) {
+Status readFile(const FileHandle& file, void* buffer, std::uint32_t count, std::uint32_t& transferred) {
     transferred = 0;
-    if (const ErrorCode error = enter("ReadFile", file))
+    if (const Status error = enter("ReadFile", file); !error.succeeded())
         return error;
     count = granted("ReadFile, short", count);
-    const ErrorCode error = transfer(count, transferred, [&](std::uint32_t done, std::uint32_t left) {
+    const Status error = transfer(count, transferred, [&](std::uint32_t done, std::uint32_t left) {
         return ::read(descriptorOf(file), static_cast<char*>(buffer) + done, left);
     });
     if (error != kSuccess)
@@ -187,14 +187,14 @@ ErrorCode readFile(const FileHandle& file, void* buffer, std::uint32_t count, st
     return error;
 }
 
-ErrorCode writeFile(const FileHandle& file, const void* buffer, std::uint32_t count,
-                    std::uint32_t& transferred) {
+Status writeFile(const FileHandle& file, const void* buffer, std::uint32_t count,
+                 std::uint32_t& transferred) {
     transferred = 0;
-    if (const ErrorCode error = enter("WriteFile", file))
+    if (const Status error = enter("WriteFile", file); !error.succeeded())
         return error;
     count = std::min(count, writeLimit().value_or(count));
     count = granted("WriteFile, short", count);
-    const ErrorCode error = transfer(count, transferred, [&](std::uint32_t done, std::uint32_t left) {
+    const Status error = transfer(count, transferred, [&](std::uint32_t done, std::uint32_t left) {
         return ::write(descriptorOf(file), static_cast<const char*>(buffer) + done, left);
     });
     if (error != kSuccess && transferred != 0) {
@@ -205,27 +205,27 @@ ErrorCode writeFile(const FileHandle& file, const void* buffer, std::uint32_t co
     return error;
 }
 
-ErrorCode setFilePointer(const FileHandle& file, std::int64_t position) {
-    if (const ErrorCode error = enter("SetFilePointerEx", file))
+Status setFilePointer(const FileHandle& file, std::int64_t position) {
+    if (const Status error = enter("SetFilePointerEx", file); !error.succeeded())
         return error;
     return outcome(::lseek(descriptorOf(file), position, SEEK_SET) >= 0);
 }
 
-ErrorCode setEndOfFile(const FileHandle& file) {
-    if (const ErrorCode error = enter("SetEndOfFile", file))
+Status setEndOfFile(const FileHandle& file) {
+    if (const Status error = enter("SetEndOfFile", file); !error.succeeded())
         return error;
     const off_t end = ::lseek(descriptorOf(file), 0, SEEK_CUR);
     return outcome(end >= 0 && ::ftruncate(descriptorOf(file), end) == 0);
 }
 
-ErrorCode flushFileBuffers(const FileHandle& file) {
-    if (const ErrorCode error = enter("FlushFileBuffers", file))
+Status flushFileBuffers(const FileHandle& file) {
+    if (const Status error = enter("FlushFileBuffers", file); !error.succeeded())
         return error;
     return outcome(::fsync(descriptorOf(file)) == 0);
 }
 
-ErrorCode fileSize(const FileHandle& file, std::int64_t& size) {
-    if (const ErrorCode error = enter("GetFileSizeEx", file))
+Status fileSize(const FileHandle& file, std::int64_t& size) {
+    if (const Status error = enter("GetFileSizeEx", file); !error.succeeded())
         return error;
     struct stat status = {};
     if (::fstat(descriptorOf(file), &status) != 0)
@@ -234,8 +234,8 @@ ErrorCode fileSize(const FileHandle& file, std::int64_t& size) {
     return kSuccess;
 }
 
-ErrorCode diskLength(const FileHandle& file, std::int64_t& size) {
-    if (const ErrorCode error = enter("DeviceIoControl", file))
+Status diskLength(const FileHandle& file, std::int64_t& size) {
+    if (const Status error = enter("DeviceIoControl", file); !error.succeeded())
         return error;
     struct stat status = {};
     if (::fstat(descriptorOf(file), &status) != 0)
@@ -261,32 +261,36 @@ std::uint32_t fileAttributes(const std::u16string& path) {
     return readOnly != 0 ? readOnly : kFileAttributeNormal;
 }
 
-bool deleteFile(const std::u16string& path) {
-    if (fault::next("DeleteFileW") != kSuccess || !isOneName(path))
-        return false;
+Status deleteFile(const std::u16string& path) {
+    if (const Status error = fault::next("DeleteFileW"); !error.succeeded())
+        return error;
+    if (!isOneName(path))
+        return kErrorInvalidName;
     const std::string name = toHostName(path);
     struct stat status = {};
     // A link goes, not what it leads to; one to a folder counts as a folder.
     if (::stat(name.c_str(), &status) == 0 && S_ISDIR(status.st_mode))
-        return false;
-    return ::lstat(name.c_str(), &status) == 0 && !isReadOnly(status) && ::unlink(name.c_str()) == 0;
+        return kErrorAccessDenied;
+    if (::lstat(name.c_str(), &status) == 0 && isReadOnly(status))
+        return kErrorAccessDenied;
+    return outcome(::unlink(name.c_str()) == 0);
 }
 
-bool listFolder(const std::u16string& folder, std::vector<std::u16string>& names) {
-    names.clear();
+std::optional<std::vector<std::u16string>> listFolder(const std::u16string& folder) {
     if (fault::next("FindFirstFileW") != kSuccess || !isOneName(folder))
-        return false;
+        return std::nullopt;
     const std::string name = folder.empty() ? "." : toHostName(folder);
     const std::unique_ptr<DIR, int (*)(DIR*)> search(::opendir(name.c_str()), &::closedir);
     if (!search)
-        return false;
+        return std::nullopt;
+    std::vector<std::u16string> names;
     for (;;) {
         errno = fault::next("FindNextFileW") != kSuccess ? EIO : 0;
         const dirent* entry = errno == 0 ? ::readdir(search.get()) : nullptr;
         if (!entry && errno != 0)
-            names.clear();
+            return std::nullopt;
         if (!entry)
-            return errno == 0;
+            return names;
         struct stat status = {};
         if (::fstatat(::dirfd(search.get()), entry->d_name, &status, 0) == 0 && !S_ISDIR(status.st_mode))
             names.push_back(fromHostName(entry->d_name));

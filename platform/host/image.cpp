@@ -10,7 +10,7 @@ namespace platform {
 namespace {
 
 // A file that begins as programs and modules do stands for one that can be loaded.
-ErrorCode startError(const std::u16string& file) {
+Status startError(const std::u16string& file) {
     if (!file.starts_with(u'/'))
         return kErrorBadPathName;
     std::ifstream content(toHostName(file), std::ios::binary);
@@ -23,13 +23,13 @@ ErrorCode startError(const std::u16string& file) {
 
 }  // namespace
 
-ErrorCode loadError(const std::u16string& file) {
-    const ErrorCode injected = fault::next("LoadLibraryExW");
+Status loadError(const std::u16string& file) {
+    const Status injected = fault::next("LoadLibraryExW");
     return injected != kSuccess ? injected : startError(file);
 }
 
-ErrorCode headerError(const std::u16string& file) {
-    const ErrorCode injected = fault::next("LoadLibraryExW, as data");
+Status headerError(const std::u16string& file) {
+    const Status injected = fault::next("LoadLibraryExW, as data");
     return injected != kSuccess ? injected : startError(file);
 }
 

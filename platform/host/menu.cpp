@@ -31,7 +31,7 @@ void count(int& live, int change) {
 namespace host {
 
 Menu& menu(MenuRef reference) {
-    return *static_cast<Menu*>(reference);
+    return *reinterpret_cast<Menu*>(reference);
 }
 
 UserInterface& userInterface() {
@@ -40,7 +40,7 @@ UserInterface& userInterface() {
 }
 
 std::uint32_t bitmapId(BitmapRef bitmap) {
-    return bitmap ? static_cast<Bitmap*>(bitmap)->id : 0;
+    return bitmap ? reinterpret_cast<Bitmap*>(bitmap)->id : 0;
 }
 
 }  // namespace host
@@ -48,41 +48,43 @@ std::uint32_t bitmapId(BitmapRef bitmap) {
 void MenuTraits::close(Type menu) noexcept {
     for (const host::RecordedItem& item : host::menu(menu).items)
         if (item.submenu)
-            close(item.submenu);
-    delete static_cast<host::Menu*>(menu);
+            close(item.request.submenu);
+    delete &host::menu(menu);
     count(host::userInterface().liveMenus, -1);
 }
 
 void BitmapTraits::close(Type bitmap) noexcept {
-    delete static_cast<Bitmap*>(bitmap);
+    delete reinterpret_cast<Bitmap*>(bitmap);
     count(host::userInterface().liveBitmaps, -1);
 }
 
 MenuHandle createMenu() {
-    if (fault::next("CreateMenu"))
+    if (fault::next("CreateMenu") != kSuccess)
         return {};
-    MenuHandle created(new host::Menu);
+    MenuHandle created(reinterpret_cast<MenuRef>(new host::Menu));
     count(host::userInterface().liveMenus, 1);
     return created;
 }
 
-bool insertMenuItem(MenuRef menu, std::uint32_t position, const MenuItem& item) {
-    if (fault::next("InsertMenuItemW") || !menu)
-        return false;
+Status insertMenuItem(MenuRef menu, std::uint32_t position, const MenuItem& item) {
+    if (const Status error = fault::next("InsertMenuItemW"); !error.succeeded())
+        return error;
+    if (!menu)
+        return kErrorInvalidMenuHandle;
     auto& items = host::menu(menu).items;
     host::RecordedItem recorded{item, {}, nullptr};
     recorded.request.text = {};
     if (item.hasText)
         recorded.text = item.text;
     if (item.mask & kItemSubmenu)
-        recorded.submenu = static_cast<host::Menu*>(item.submenu);
+        recorded.submenu = &host::menu(item.submenu);
     const std::size_t at = std::min<std::size_t>(position, items.size());
     items.insert(items.begin() + static_cast<std::ptrdiff_t>(at), std::move(recorded));
-    return true;
+    return kSuccess;
 }
 
-BitmapHandle loadBitmap(void* module, std::uint32_t id, int width, int height, std::uint32_t flags) {
-    if (fault::next("LoadImageW"))
+BitmapHandle loadBitmap(ModuleRef module, std::uint32_t id, int width, int height, std::uint32_t flags) {
+    if (fault::next("LoadImageW") != kSuccess)
         return {};
     host::UserInterface& ui = host::userInterface();
     {
@@ -93,7 +95,7 @@ BitmapHandle loadBitmap(void* module, std::uint32_t id, int width, int height, s
         return {};
     if (ui.duringLoad)
         std::exchange(ui.duringLoad, nullptr)();
-    BitmapHandle loaded(new Bitmap{id});
+    BitmapHandle loaded(reinterpret_cast<BitmapRef>(new Bitmap{id}));
     count(ui.liveBitmaps, 1);
     return loaded;
 }
@@ -109,15 +111,15 @@ std::uint32_t systemColor(int index) {
     return index == kColorMenu ? ui.menuColor : index == kColorWindow ? ui.windowColor : 0;
 }
 
-bool cursorPosition(std::int32_t& x, std::int32_t& y) {
-    if (fault::next("GetCursorPos"))
-        return false;
+Status cursorPosition(std::int32_t& x, std::int32_t& y) {
+    if (const Status error = fault::next("GetCursorPos"); !error.succeeded())
+        return error;
     const host::UserInterface& ui = host::userInterface();
     if (!ui.hasCursor)
-        return false;
+        return kErrorAccessDenied;
     x = ui.cursorX;
     y = ui.cursorY;
-    return true;
+    return kSuccess;
 }
 
 }  // namespace platform

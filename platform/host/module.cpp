@@ -12,7 +12,7 @@ namespace platform {
 namespace {
 
 struct Modules {
-    std::map<void*, std::u16string> files;
+    std::map<ModuleRef, std::u16string> files;
 };
 
 Modules& modules() {
@@ -22,7 +22,7 @@ Modules& modules() {
 
 }  // namespace
 
-std::u16string moduleFileName(void* module) {
+std::u16string moduleFileName(ModuleRef module) {
     if (fault::next("GetModuleFileNameW") != kSuccess)
         return {};
     const auto found = modules().files.find(module);
@@ -33,11 +33,11 @@ std::u16string moduleFileName(void* module) {
                              : std::u16string();
 }
 
-void setModuleFileName(void* module, const std::u16string& path) {
+void setModuleFileName(ModuleRef module, const std::u16string& path) {
     modules().files[module] = path;
 }
 
-bool hasModule(void* module) {
+bool hasModule(ModuleRef module) {
     return module != nullptr && modules().files.contains(module);
 }
 

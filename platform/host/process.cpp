@@ -57,6 +57,13 @@ void destroy(void* handle) {
     --handleCount;
 }
 
+// The fault for `operation`, or the error of a handle that holds nothing.
+template <class Handle>
+Status enter(const char* operation, const Handle& handle) {
+    const Status error = fault::next(operation);
+    return error != kSuccess || handle ? error : kErrorInvalidHandle;
+}
+
 // Takes note of the end of a process; with `block` it waits for it.
 void collect(Process& process, bool block) {
     int status = 0;
@@ -136,64 +143,69 @@ TokenHandle openProcessToken(std::uint32_t access) {
     return TokenHandle(open(Token{access}));
 }
 
-bool tokenElevationType(const TokenHandle& token, std::uint32_t& type, std::uint32_t& returnedLength) {
-    if (fault::next("GetTokenInformation") != kSuccess || !token ||
-        !(object<Token>(token)->access & kTokenQuery))
-        return false;
+Status tokenElevationType(const TokenHandle& token, std::uint32_t& type, std::uint32_t& returnedLength) {
+    if (const Status error = enter("GetTokenInformation", token); !error.succeeded())
+        return error;
+    if (!(object<Token>(token)->access & kTokenQuery))
+        return kErrorAccessDenied;
     type = tokenRecord().elevationType;
     returnedLength = tokenRecord().returnedLength;
-    return true;
+    return kSuccess;
 }
 
-bool lookupPrivilege(const char16_t* name, std::uint64_t& privilege) {
-    if (fault::next("LookupPrivilegeValueW") != kSuccess ||
-        std::u16string_view(name) != u"SeShutdownPrivilege")
-        return false;
-    privilege = kShutdownPrivilege;
-    return true;
-}
-
-ErrorCode adjustTokenPrivilege(const TokenHandle& token, std::uint64_t privilege, std::uint32_t attributes) {
-    if (const ErrorCode error = fault::next("AdjustTokenPrivileges"); error != kSuccess)
+Status lookupPrivilege(const char16_t* name, std::uint64_t& privilege) {
+    if (const Status error = fault::next("LookupPrivilegeValueW"); !error.succeeded())
         return error;
-    if (!token || !(object<Token>(token)->access & kTokenAdjustPrivileges))
+    if (std::u16string_view(name) != u"SeShutdownPrivilege")
+        return kErrorNoSuchPrivilege;
+    privilege = kShutdownPrivilege;
+    return kSuccess;
+}
+
+Status adjustTokenPrivilege(const TokenHandle& token, std::uint64_t privilege, std::uint32_t attributes) {
+    if (const Status error = enter("AdjustTokenPrivileges", token); !error.succeeded())
+        return error;
+    if (!(object<Token>(token)->access & kTokenAdjustPrivileges))
         return kErrorAccessDenied;
     tokenRecord().adjusted.push_back({privilege, attributes});
     return kSuccess;
 }
 
-bool exitWindows(std::uint32_t flags, std::uint32_t reason) {
-    if (fault::next("ExitWindowsEx") != kSuccess)
-        return false;
+Status exitWindows(std::uint32_t flags, std::uint32_t reason) {
+    if (const Status error = fault::next("ExitWindowsEx"); !error.succeeded())
+        return error;
     tokenRecord().exits.push_back({flags, reason});
-    return true;
+    return kSuccess;
 }
 
-bool createPipe(PipeHandle& readEnd, PipeHandle& writeEnd, bool inheritable) {
+Status createPipe(PipeHandle& readEnd, PipeHandle& writeEnd, bool inheritable) {
+    if (const Status error = fault::next("CreatePipe"); !error.succeeded())
+        return error;
     int ends[2];
-    if (fault::next("CreatePipe") != kSuccess || pipe2(ends, inheritable ? 0 : O_CLOEXEC) != 0)
-        return false;
+    if (pipe2(ends, inheritable ? 0 : O_CLOEXEC) != 0)
+        return kErrorNotEnoughMemory;
     readEnd.reset(open(PipeEnd{ends[0], {}}));
     writeEnd.reset(open(PipeEnd{ends[1], {}}));
-    return true;
+    return kSuccess;
 }
 
-bool setHandleInformation(const PipeHandle& end, std::uint32_t mask, std::uint32_t flags) {
-    if (fault::next("SetHandleInformation") != kSuccess || !end)
-        return false;
+Status setHandleInformation(const PipeHandle& end, std::uint32_t mask, std::uint32_t flags) {
+    if (const Status error = enter("SetHandleInformation", end); !error.succeeded())
+        return error;
     const int closeInChild = flags & kHandleFlagInherit ? 0 : FD_CLOEXEC;
-    return !(mask & kHandleFlagInherit) ||
-           fcntl(object<PipeEnd>(end)->descriptor, F_SETFD, closeInChild) == 0;
+    const bool done =
+        !(mask & kHandleFlagInherit) || fcntl(object<PipeEnd>(end)->descriptor, F_SETFD, closeInChild) == 0;
+    return done ? kSuccess : kErrorInvalidHandle;
 }
 
-bool peekPipe(const PipeHandle& end, void* buffer, std::uint32_t size, std::uint32_t& copied,
-              std::uint32_t& available) {
-    if (fault::next("PeekNamedPipe") != kSuccess || !end)
-        return false;
+Status peekPipe(const PipeHandle& end, void* buffer, std::uint32_t size, std::uint32_t& copied,
+                std::uint32_t& available) {
+    if (const Status error = enter("PeekNamedPipe", end); !error.succeeded())
+        return error;
     PipeEnd& pipe = *object<PipeEnd>(end);
     int waiting = 0;
     if (ioctl(pipe.descriptor, FIONREAD, &waiting) != 0)
-        return false;
+        return kErrorInvalidHandle;
     const std::size_t total = pipe.peeked.size() + static_cast<std::size_t>(waiting);
     const std::size_t count = std::min<std::size_t>(total, size);
     // A pipe cannot be looked into here, so the bytes are taken out and kept for the next read.
@@ -203,20 +215,20 @@ bool peekPipe(const PipeHandle& end, void* buffer, std::uint32_t size, std::uint
         const ssize_t taken = ::read(pipe.descriptor, pipe.peeked.data() + filled, count - filled);
         pipe.peeked.resize(filled + static_cast<std::size_t>(std::max<ssize_t>(taken, 0)));
         if (pipe.peeked.size() != count)
-            return false;
+            return kErrorBrokenPipe;
     }
     pollfd state = {pipe.descriptor, POLLIN, 0};
     if (total == 0 && poll(&state, 1, 0) > 0 && !(state.revents & POLLIN))
-        return false;  // empty, and nobody can write any more
+        return kErrorBrokenPipe;  // empty, and nobody can write any more
     pipe.peeked.copy(static_cast<char*>(buffer), count);
     copied = static_cast<std::uint32_t>(count);
     available = static_cast<std::uint32_t>(total);
-    return true;
+    return kSuccess;
 }
 
-bool readPipe(const PipeHandle& end, void* buffer, std::uint32_t size, std::uint32_t& count) {
-    if (fault::next("ReadFile") != kSuccess || !end)
-        return false;
+Status readPipe(const PipeHandle& end, void* buffer, std::uint32_t size, std::uint32_t& count) {
+    if (const Status error = enter("ReadFile", end); !error.succeeded())
+        return error;
     PipeEnd& pipe = *object<PipeEnd>(end);
     char* target = static_cast<char*>(buffer);
     const std::size_t kept = pipe.peeked.copy(target, size);
@@ -224,17 +236,17 @@ bool readPipe(const PipeHandle& end, void* buffer, std::uint32_t size, std::uint
     count = static_cast<std::uint32_t>(kept);
     int waiting = 0;
     if (kept == size || (kept > 0 && (ioctl(pipe.descriptor, FIONREAD, &waiting) != 0 || waiting == 0)))
-        return true;
+        return kSuccess;
     const ssize_t taken = ::read(pipe.descriptor, target + kept, size - kept);
     count += static_cast<std::uint32_t>(std::max<ssize_t>(taken, 0));
-    return taken > 0 || kept > 0;
+    return taken > 0 || kept > 0 ? kSuccess : kErrorBrokenPipe;
 }
 
-bool createProcess(const std::u16string& program, const std::u16string& commandLine, bool inheritHandles,
-                   std::uint32_t creationFlags, const PipeHandle& output, ProcessHandle& process,
-                   ThreadHandle& thread) {
-    if (fault::next("CreateProcessW") != kSuccess)
-        return false;
+Status createProcess(const std::u16string& program, const std::u16string& commandLine, bool inheritHandles,
+                     std::uint32_t creationFlags, const PipeHandle& output, ProcessHandle& process,
+                     ThreadHandle& thread) {
+    if (const Status error = fault::next("CreateProcessW"); !error.succeeded())
+        return error;
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     // A program whose standard streams are closed would take its own files for them, so "none" is the null
@@ -248,11 +260,11 @@ bool createProcess(const std::u16string& program, const std::u16string& commandL
     ProcessHandle started = spawn(program, splitCommandLine(commandLine), &actions);
     posix_spawn_file_actions_destroy(&actions);
     if (!started)
-        return false;
+        return kErrorFileNotFound;
     processStarts().push_back({program, commandLine, inheritHandles, creationFlags});
     process = std::move(started);
     thread.reset(open(Thread{}));
-    return true;
+    return kSuccess;
 }
 
 std::uint32_t waitForProcess(const ProcessHandle& process, std::uint32_t milliseconds) {
@@ -267,13 +279,13 @@ std::uint32_t waitForProcess(const ProcessHandle& process, std::uint32_t millise
     return waited.ended ? kWaitSignaled : kWaitTimeout;
 }
 
-bool exitCodeProcess(const ProcessHandle& process, std::uint32_t& code) {
-    if (fault::next("GetExitCodeProcess") != kSuccess || !process)
-        return false;
+Status exitCodeProcess(const ProcessHandle& process, std::uint32_t& code) {
+    if (const Status error = enter("GetExitCodeProcess", process); !error.succeeded())
+        return error;
     Process& asked = *object<Process>(process);
     collect(asked, false);
     code = asked.ended ? asked.exitCode : kStillActive;
-    return true;
+    return kSuccess;
 }
 
 std::optional<std::u16string> environmentVariable(const char16_t* name) {

@@ -17,19 +17,19 @@ namespace {
 using namespace registry_hive;
 
 // How every call that takes a path or a name begins.
-ErrorCode begin(std::string_view function, const std::u16string& name) {
-    const ErrorCode error = fault::next(function);
+Status begin(std::string_view function, const std::u16string& name) {
+    const Status error = fault::next(function);
     return error != kSuccess || isOneName(name) ? error : kErrorInvalidName;
 }
 
 // How every call on an open key begins, with the name of a value where it takes one.
-ErrorCode begin(std::string_view function, void* key, std::uint32_t rights, OpenKey& open,
-                const std::u16string& name = {}) {
-    const ErrorCode error = begin(function, name);
+Status begin(std::string_view function, KeyRef key, std::uint32_t rights, OpenKey& open,
+             const std::u16string& name = {}) {
+    const Status error = begin(function, name);
     return error != kSuccess ? error : find(key, rights, open);
 }
 
-ErrorCode giveName(std::u16string_view source, char16_t* name, std::uint32_t& length) {
+Status giveName(std::u16string_view source, char16_t* name, std::uint32_t& length) {
     if (source.size() >= length)
         return kErrorMoreData;
     *std::ranges::copy(source, name).out = u'\0';
@@ -56,26 +56,26 @@ void RegistryTraits::close(Type key) noexcept {
     hive().handles.erase(key);
 }
 
-ErrorCode openKey(void* parent, const std::u16string& path, std::uint32_t, std::uint32_t access,
-                  RegistryHandle& key) {
+Status openKey(KeyRef parent, const std::u16string& path, std::uint32_t, std::uint32_t access,
+               RegistryHandle& key) {
     const HiveLock lock(hiveGuard());
-    if (const ErrorCode error = begin("RegOpenKeyExW", path); error != kSuccess)
+    if (const Status error = begin("RegOpenKeyExW", path); error != kSuccess)
         return error;
     hive().lastAccessMask = access;
     Place place;
-    if (const ErrorCode error = locate(parent, path, access, place); error != kSuccess)
+    if (const Status error = locate(parent, path, access, place); error != kSuccess)
         return error;
     return place.missing.empty() ? grant(place, access, key) : kErrorFileNotFound;
 }
 
-ErrorCode createKey(void* parent, const std::u16string& path, std::uint32_t, std::uint32_t access,
-                    RegistryHandle& key) {
+Status createKey(KeyRef parent, const std::u16string& path, std::uint32_t, std::uint32_t access,
+                 RegistryHandle& key) {
     const HiveLock lock(hiveGuard());
-    if (const ErrorCode error = begin("RegCreateKeyExW", path); error != kSuccess)
+    if (const Status error = begin("RegCreateKeyExW", path); error != kSuccess)
         return error;
     hive().lastAccessMask = access;
     Place place;
-    if (const ErrorCode error = locate(parent, path, access, place); error != kSuccess)
+    if (const Status error = locate(parent, path, access, place); error != kSuccess)
         return error;
     const Names above(place.whole.begin(), place.whole.end() - 1);
     if (!place.missing.empty() && (denied(above, kKeyCreateSubKey) || denied(place.whole, access)))
@@ -85,25 +85,25 @@ ErrorCode createKey(void* parent, const std::u16string& path, std::uint32_t, std
     return grant(place, access, key);
 }
 
-ErrorCode deleteKey(void* parent, const std::u16string& path) {
+Status deleteKey(KeyRef parent, const std::u16string& path) {
     const HiveLock lock(hiveGuard());
-    const ErrorCode error = begin("RegDeleteKeyW", path);
+    const Status error = begin("RegDeleteKeyW", path);
     return error != kSuccess ? error : removeKey(parent, path, 0);
 }
 
-std::optional<ErrorCode> deleteKeyEx(void* parent, const std::u16string& path, std::uint32_t viewFlag) {
+std::optional<Status> deleteKeyEx(KeyRef parent, const std::u16string& path, std::uint32_t viewFlag) {
     const HiveLock lock(hiveGuard());
     if (fault::next("GetProcAddress") != kSuccess || !hive().exportsDeleteKeyEx)
         return std::nullopt;
-    const ErrorCode error = begin("RegDeleteKeyExW", path);
+    const Status error = begin("RegDeleteKeyExW", path);
     return error != kSuccess ? error : removeKey(parent, path, viewFlag);
 }
 
-ErrorCode queryValue(void* key, const std::u16string& name, std::uint32_t* type, void* data,
-                     std::uint32_t* size) {
+Status queryValue(KeyRef key, const std::u16string& name, std::uint32_t* type, void* data,
+                  std::uint32_t* size) {
     const HiveLock lock(hiveGuard());
     OpenKey open;
-    if (const ErrorCode error = begin("RegQueryValueExW", key, kKeyQueryValue, open, name); error != kSuccess)
+    if (const Status error = begin("RegQueryValueExW", key, kKeyQueryValue, open, name); error != kSuccess)
         return error;
     if (data != nullptr && size == nullptr)
         return kErrorInvalidParameter;
@@ -128,21 +128,21 @@ ErrorCode queryValue(void* key, const std::u16string& name, std::uint32_t* type,
     return kSuccess;
 }
 
-ErrorCode setValue(void* key, const std::u16string& name, std::uint32_t type, const void* data,
-                   std::uint32_t size) {
+Status setValue(KeyRef key, const std::u16string& name, std::uint32_t type, const void* data,
+                std::uint32_t size) {
     const HiveLock lock(hiveGuard());
     OpenKey open;
-    if (const ErrorCode error = begin("RegSetValueExW", key, kKeySetValue, open, name); error != kSuccess)
+    if (const Status error = begin("RegSetValueExW", key, kKeySetValue, open, name); error != kSuccess)
         return error;
     store(*open.node, name, type,
           size == 0 ? std::string() : std::string(static_cast<const char*>(data), size));
     return kSuccess;
 }
 
-ErrorCode deleteValue(void* key, const std::u16string& name) {
+Status deleteValue(KeyRef key, const std::u16string& name) {
     const HiveLock lock(hiveGuard());
     OpenKey open;
-    if (const ErrorCode error = begin("RegDeleteValueW", key, kKeySetValue, open, name); error != kSuccess)
+    if (const Status error = begin("RegDeleteValueW", key, kKeySetValue, open, name); error != kSuccess)
         return error;
     const auto value = findValue(*open.node, name);
     if (value == open.node->values.end())
@@ -151,16 +151,16 @@ ErrorCode deleteValue(void* key, const std::u16string& name) {
     return kSuccess;
 }
 
-ErrorCode flushKey(void* key) {
+Status flushKey(KeyRef key) {
     const HiveLock lock(hiveGuard());
     OpenKey open;
     return begin("RegFlushKey", key, 0, open);
 }
 
-ErrorCode queryInfoKey(void* key, std::uint32_t* subkeys, std::uint32_t* values) {
+Status queryInfoKey(KeyRef key, std::uint32_t* subkeys, std::uint32_t* values) {
     const HiveLock lock(hiveGuard());
     OpenKey open;
-    if (const ErrorCode error = begin("RegQueryInfoKeyW", key, kKeyQueryValue, open); error != kSuccess)
+    if (const Status error = begin("RegQueryInfoKeyW", key, kKeyQueryValue, open); error != kSuccess)
         return error;
     if (subkeys != nullptr)
         *subkeys = static_cast<std::uint32_t>(open.node->children.size());
@@ -169,20 +169,20 @@ ErrorCode queryInfoKey(void* key, std::uint32_t* subkeys, std::uint32_t* values)
     return kSuccess;
 }
 
-ErrorCode enumKey(void* key, std::uint32_t index, char16_t* name, std::uint32_t& length) {
+Status enumKey(KeyRef key, std::uint32_t index, char16_t* name, std::uint32_t& length) {
     const HiveLock lock(hiveGuard());
     OpenKey open;
-    if (const ErrorCode error = begin("RegEnumKeyExW", key, kKeyEnumerateSubKeys, open); error != kSuccess)
+    if (const Status error = begin("RegEnumKeyExW", key, kKeyEnumerateSubKeys, open); error != kSuccess)
         return error;
     if (index >= open.node->children.size())
         return kErrorNoMoreItems;
     return giveName(std::next(open.node->children.begin(), index)->second->name, name, length);
 }
 
-ErrorCode enumValue(void* key, std::uint32_t index, char16_t* name, std::uint32_t& length) {
+Status enumValue(KeyRef key, std::uint32_t index, char16_t* name, std::uint32_t& length) {
     const HiveLock lock(hiveGuard());
     OpenKey open;
-    if (const ErrorCode error = begin("RegEnumValueW", key, kKeyQueryValue, open); error != kSuccess)
+    if (const Status error = begin("RegEnumValueW", key, kKeyQueryValue, open); error != kSuccess)
         return error;
     if (index >= open.node->values.size())
         return kErrorNoMoreItems;

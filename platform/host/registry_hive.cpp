@@ -6,8 +6,6 @@
 namespace platform::registry_hive {
 namespace {
 
-constexpr ErrorCode kErrorBadPathname = 161;
-constexpr ErrorCode kErrorKeyDeleted = 1018;
 constexpr std::uint32_t kViewFlags = kKeyWow64_64Key | kKeyWow64_32Key;
 
 constexpr std::pair<std::uint32_t, const char16_t*> kRoots[] = {{kHkeyClassesRoot, u"HKEY_CLASSES_ROOT"},
@@ -79,7 +77,7 @@ std::shared_ptr<Node> child(Node& parent, const std::u16string& name, bool make)
     return parent.children[key] = node;
 }
 
-ErrorCode find(void* key, std::uint32_t rights, OpenKey& found) {
+Status find(KeyRef key, std::uint32_t rights, OpenKey& found) {
     for (const auto& [number, name] : kRoots)
         if (key == predefinedKey(number)) {
             found = {child(hive().top, name, false), kKeyAllAccess};
@@ -94,15 +92,15 @@ ErrorCode find(void* key, std::uint32_t rights, OpenKey& found) {
     return (found.access & rights) == rights ? kSuccess : kErrorAccessDenied;
 }
 
-ErrorCode locate(void* parent, const std::u16string& path, std::uint32_t access, Place& place) {
+Status locate(KeyRef parent, const std::u16string& path, std::uint32_t access, Place& place) {
     OpenKey start;
-    if (const ErrorCode error = find(parent, 0, start); error != kSuccess)
+    if (const Status error = find(parent, 0, start); error != kSuccess)
         return error;
     if ((access & kViewFlags) == kViewFlags)
         return kErrorInvalidParameter;
     const std::u16string_view text = path.c_str();
     if (text.starts_with(u'\\'))
-        return kErrorBadPathname;
+        return kErrorBadPathName;
     Names names = start.node->place;
     std::ranges::copy(split(text), std::back_inserter(names));
     if ((access & kKeyWow64_32Key) != 0)
@@ -127,20 +125,20 @@ bool denied(const Names& place, std::uint32_t access) {
     });
 }
 
-ErrorCode grant(const Place& place, std::uint32_t access, RegistryHandle& key) {
+Status grant(const Place& place, std::uint32_t access, RegistryHandle& key) {
     // Never used twice, so that a handle from before a reset cannot close a later one.
     static std::uintptr_t lastHandle = 0x1000;
     if (denied(place.whole, access))
         return kErrorAccessDenied;
-    void* const handle = reinterpret_cast<void*>(lastHandle += 4);
+    const KeyRef handle = reinterpret_cast<KeyRef>(lastHandle += 4);
     hive().handles[handle] = {place.node, access & ~kViewFlags};
     key.reset(handle);
     return kSuccess;
 }
 
-ErrorCode removeKey(void* parent, const std::u16string& path, std::uint32_t viewFlag) {
+Status removeKey(KeyRef parent, const std::u16string& path, std::uint32_t viewFlag) {
     Place place;
-    if (const ErrorCode error = locate(parent, path, viewFlag, place); error != kSuccess)
+    if (const Status error = locate(parent, path, viewFlag, place); error != kSuccess)
         return error;
     if (!place.missing.empty())
         return kErrorFileNotFound;

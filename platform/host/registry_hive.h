@@ -43,7 +43,7 @@ struct Denial {
 struct Hive {
     Hive();
     Node top;  // its children are the roots
-    std::map<void*, OpenKey> handles;
+    std::map<KeyRef, OpenKey> handles;
     std::vector<Denial> denials;
     bool exportsDeleteKeyEx = true;
     std::uint32_t lastAccessMask = 0;
@@ -65,7 +65,7 @@ Names split(std::u16string_view path);
 std::shared_ptr<Node> child(Node& parent, const std::u16string& name, bool make);
 
 // The key behind a predefined root or an open handle that carries all of `rights`.
-ErrorCode find(void* key, std::uint32_t rights, OpenKey& found);
+Status find(KeyRef key, std::uint32_t rights, OpenKey& found);
 
 // Where a path from an open key leads, in the view that `access` names.
 struct Place {
@@ -73,16 +73,16 @@ struct Place {
     Names missing;               // the names below it that are not there
     Names whole;                 // all names in upper case
 };
-ErrorCode locate(void* parent, const std::u16string& path, std::uint32_t access, Place& place);
+Status locate(KeyRef parent, const std::u16string& path, std::uint32_t access, Place& place);
 
 // Whether a denial forbids any of the rights in `access` at that place.
 bool denied(const Names& place, std::uint32_t access);
 
 // Opens a handle to the key with the rights asked for.
-ErrorCode grant(const Place& place, std::uint32_t access, RegistryHandle& key);
+Status grant(const Place& place, std::uint32_t access, RegistryHandle& key);
 
 // Takes the key away unless it is a root, has subkeys or is denied.
-ErrorCode removeKey(void* parent, const std::u16string& path, std::uint32_t viewFlag);
+Status removeKey(KeyRef parent, const std::u16string& path, std::uint32_t viewFlag);
 
 std::vector<Value>::iterator findValue(Node& node, std::u16string_view name);
 void store(Node& node, std::u16string_view name, std::uint32_t type, std::string data);

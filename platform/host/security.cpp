@@ -21,8 +21,8 @@ std::u16string accountOf(uid_t user) {
 
 }  // namespace
 
-ErrorCode accessList(const std::u16string& path, AccessList& list) {
-    if (const ErrorCode injected = fault::next("GetNamedSecurityInfoW"); injected != kSuccess)
+Status accessList(const std::u16string& path, AccessList& list) {
+    if (const Status injected = fault::next("GetNamedSecurityInfoW"); injected != kSuccess)
         return injected;
     struct stat status {};
     if (stat(toHostName(path).c_str(), &status) != 0)

@@ -70,10 +70,10 @@ std::int64_t start(ShellStart record, ProcessHandle& process) {
 
 }  // namespace
 
-std::int64_t shellExecute(void* owner, const std::u16string& verb, const std::u16string& file,
+std::int64_t shellExecute(WindowRef owner, const std::u16string& verb, const std::u16string& file,
                           const std::u16string& parameters, const char16_t* folder, std::int32_t show) {
-    if (const ErrorCode error = fault::next("ShellExecuteW"); error != kSuccess)
-        return std::min<std::int64_t>(error, kLargestFailure);
+    if (const Status error = fault::next("ShellExecuteW"); !error.succeeded())
+        return std::min<std::int64_t>(error.code, kLargestFailure);
     try {
         ProcessHandle process;
         return start({false, verb, file, parameters, folder != nullptr, show, owner, 0}, process);
@@ -82,17 +82,19 @@ std::int64_t shellExecute(void* owner, const std::u16string& verb, const std::u1
     }
 }
 
-bool shellExecuteEx(const ShellExecuteRequest& request, ProcessHandle& process) {
+Status shellExecuteEx(const ShellExecuteRequest& request, ProcessHandle& process) {
     process.reset();
-    if (fault::next("ShellExecuteExW") != kSuccess)
-        return false;
+    if (const Status error = fault::next("ShellExecuteExW"); !error.succeeded())
+        return error;
     ProcessHandle started;
     const std::int64_t result = start(
         {true, request.verb, request.file, request.parameters, false, request.show, nullptr, request.mask},
         started);
     if (request.mask & kMaskNoCloseProcess)
         process = std::move(started);
-    return result > kLargestFailure;
+    if (result > kLargestFailure)
+        return kSuccess;
+    return result != 0 ? Status{static_cast<std::uint32_t>(result)} : kErrorNotEnoughMemory;
 }
 
 std::optional<std::u16string> folderPath(int csidl) {
@@ -102,15 +104,15 @@ std::optional<std::u16string> folderPath(int csidl) {
     return found != shell().folders.end() ? std::optional(found->second) : std::nullopt;
 }
 
-bool queryRecycleBin(const std::u16string& root, std::int64_t& bytes, std::int64_t& items) {
-    if (fault::next("SHQueryRecycleBinW") != kSuccess)
-        return false;
+Status queryRecycleBin(const std::u16string& root, std::int64_t& bytes, std::int64_t& items) {
+    if (const Status error = fault::next("SHQueryRecycleBinW"); !error.succeeded())
+        return error;
     const auto found = shell().bins.find(root);
     if (found == shell().bins.end())
-        return false;
+        return kErrorPathNotFound;
     bytes = found->second.bytes;
     items = found->second.items;
-    return true;
+    return kSuccess;
 }
 
 int driveNumber(const std::u16string& path) {

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/shell.h"
+
 namespace platform {
 
 // One call of shellExecute or shellExecuteEx.
@@ -16,7 +18,7 @@ struct ShellStart {
     std::u16string parameters;
     bool hasFolder = false;
     std::int32_t show = 0;
-    void* owner = nullptr;
+    WindowRef owner = nullptr;
     std::uint32_t mask = 0;
 };
 // The calls since the last resetShell(), in order; those that an injected fault stopped are not among them.

@@ -5,6 +5,11 @@
 #include "platform/win32/win32_api.h"
 
 namespace platform {
+
+static_assert(kErrorModuleNotFound.code == ERROR_MOD_NOT_FOUND);
+static_assert(kErrorBadExeFormat.code == ERROR_BAD_EXE_FORMAT);
+static_assert(kErrorModuleInitFailed.code == ERROR_DLL_INIT_FAILED);
+
 namespace {
 
 bool isFullPath(const std::u16string& path) {
@@ -14,7 +19,7 @@ bool isFullPath(const std::u16string& path) {
 
 }  // namespace
 
-ErrorCode loadError(const std::u16string& file) {
+Status loadError(const std::u16string& file) {
     if (!isFullPath(file))
         return kErrorBadPathName;
     const HMODULE module =
@@ -25,7 +30,7 @@ ErrorCode loadError(const std::u16string& file) {
     return kSuccess;
 }
 
-ErrorCode headerError(const std::u16string& file) {
+Status headerError(const std::u16string& file) {
     if (!isFullPath(file))
         return kErrorBadPathName;
     const HMODULE module = LoadLibraryExW(wide(file), nullptr, LOAD_LIBRARY_AS_DATAFILE);

@@ -4,11 +4,11 @@
 
 namespace platform {
 
-std::u16string moduleFileName(void* module) {
+std::u16string moduleFileName(ModuleRef module) {
     std::u16string path(MAX_PATH, u'\0');
     for (;;) {
         const DWORD size = static_cast<DWORD>(path.size());
-        const DWORD length = GetModuleFileNameW(static_cast<HMODULE>(module), wide(path.data()), size);
+        const DWORD length = GetModuleFileNameW(module, wide(path.data()), size);
         if (length == 0)
             return {};
         if (length < size) {

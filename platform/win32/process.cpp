@@ -4,6 +4,11 @@
 
 namespace platform {
 
+static_assert(kTokenQuery == TOKEN_QUERY);
+static_assert(kElevationTypeDefault == TokenElevationTypeDefault);
+static_assert(kElevationTypeFull == TokenElevationTypeFull);
+static_assert(kElevationTypeLimited == TokenElevationTypeLimited);
+
 void ProcessTraits::close(Type process) noexcept {
     CloseHandle(process);
 }
@@ -17,12 +22,13 @@ TokenHandle openProcessToken(std::uint32_t access) {
     return TokenHandle(OpenProcessToken(GetCurrentProcess(), access, &token) ? token : nullptr);
 }
 
-bool tokenElevationType(const TokenHandle& token, std::uint32_t& type, std::uint32_t& returnedLength) {
+Status tokenElevationType(const TokenHandle& token, std::uint32_t& type, std::uint32_t& returnedLength) {
     static_assert(sizeof(TOKEN_ELEVATION_TYPE) == sizeof(type));
     DWORD length = 0;
-    const BOOL done = GetTokenInformation(token.get(), TokenElevationType, &type, sizeof(type), &length);
+    const Status status =
+        outcome(GetTokenInformation(token.get(), TokenElevationType, &type, sizeof(type), &length));
     returnedLength = length;
-    return done != FALSE;
+    return status;
 }
 
 std::optional<std::u16string> environmentVariable(const char16_t* name) {

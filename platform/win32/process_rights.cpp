@@ -5,15 +5,22 @@
 
 namespace platform {
 
-bool lookupPrivilege(const char16_t* name, std::uint64_t& privilege) {
+static_assert(kTokenAdjustPrivileges == TOKEN_ADJUST_PRIVILEGES);
+static_assert(kPrivilegeEnabled == SE_PRIVILEGE_ENABLED);
+static_assert(kExitLogOff == EWX_LOGOFF);
+static_assert(kExitReboot == EWX_REBOOT);
+static_assert(kExitPowerOff == EWX_POWEROFF);
+static_assert(kExitForceIfHung == EWX_FORCEIFHUNG);
+
+Status lookupPrivilege(const char16_t* name, std::uint64_t& privilege) {
     LUID luid = {};
     if (!LookupPrivilegeValueW(nullptr, wide(name), &luid))
-        return false;
+        return lastError();
     privilege = static_cast<std::uint64_t>(static_cast<std::uint32_t>(luid.HighPart)) << 32 | luid.LowPart;
-    return true;
+    return kSuccess;
 }
 
-ErrorCode adjustTokenPrivilege(const TokenHandle& token, std::uint64_t privilege, std::uint32_t attributes) {
+Status adjustTokenPrivilege(const TokenHandle& token, std::uint64_t privilege, std::uint32_t attributes) {
     TOKEN_PRIVILEGES privileges = {};
     privileges.PrivilegeCount = 1;
     privileges.Privileges[0].Luid.LowPart = static_cast<DWORD>(privilege);
@@ -22,11 +29,11 @@ ErrorCode adjustTokenPrivilege(const TokenHandle& token, std::uint64_t privilege
     SetLastError(ERROR_SUCCESS);
     if (!AdjustTokenPrivileges(token.get(), FALSE, &privileges, 0, nullptr, nullptr))
         return lastError();
-    return GetLastError();  // it succeeds, with a code, where the token lacks the privilege
+    return Status{GetLastError()};  // it succeeds, with a code, where the token lacks the privilege
 }
 
-bool exitWindows(std::uint32_t flags, std::uint32_t reason) {
-    return ExitWindowsEx(flags, reason) != FALSE;
+Status exitWindows(std::uint32_t flags, std::uint32_t reason) {
+    return outcome(ExitWindowsEx(flags, reason));
 }
 
 }  // namespace platform

@@ -15,12 +15,8 @@ inline DWORD* dword(std::uint32_t* number) {
     return reinterpret_cast<DWORD*>(number);
 }
 
-inline HKEY handle(void* key) {
-    return static_cast<HKEY>(key);
-}
-
-inline ErrorCode code(LSTATUS status) {
-    return static_cast<ErrorCode>(status);
+inline Status status(LSTATUS code) {
+    return Status{static_cast<std::uint32_t>(code)};
 }
 
 }  // namespace platform

@@ -12,23 +12,23 @@ using DeleteKeyExFunction = LSTATUS(WINAPI*)(HKEY, LPCWSTR, REGSAM, DWORD);
 
 }  // namespace
 
-ErrorCode createKey(void* parent, const std::u16string& path, std::uint32_t options, std::uint32_t access,
-                    RegistryHandle& key) {
+Status createKey(KeyRef parent, const std::u16string& path, std::uint32_t options, std::uint32_t access,
+                 RegistryHandle& key) {
     if (!isOneName(path))
         return kErrorInvalidName;
     HKEY created = nullptr;
-    const ErrorCode error = code(::RegCreateKeyExW(handle(parent), wide(path), 0, nullptr, options, access,
-                                                   nullptr, &created, nullptr));
+    const Status error = status(
+        ::RegCreateKeyExW(parent, wide(path), 0, nullptr, options, access, nullptr, &created, nullptr));
     if (error == kSuccess)
         key.reset(created);
     return error;
 }
 
-ErrorCode deleteKey(void* parent, const std::u16string& path) {
-    return isOneName(path) ? code(::RegDeleteKeyW(handle(parent), wide(path))) : kErrorInvalidName;
+Status deleteKey(KeyRef parent, const std::u16string& path) {
+    return isOneName(path) ? status(::RegDeleteKeyW(parent, wide(path))) : kErrorInvalidName;
 }
 
-std::optional<ErrorCode> deleteKeyEx(void* parent, const std::u16string& path, std::uint32_t viewFlag) {
+std::optional<Status> deleteKeyEx(KeyRef parent, const std::u16string& path, std::uint32_t viewFlag) {
     const HMODULE module = ::GetModuleHandleW(L"kernel32");
     if (module == nullptr)
         return std::nullopt;
@@ -37,37 +37,37 @@ std::optional<ErrorCode> deleteKeyEx(void* parent, const std::u16string& path, s
         reinterpret_cast<void*>(::GetProcAddress(module, "RegDeleteKeyExW")));
     if (function == nullptr)
         return std::nullopt;
-    return isOneName(path) ? code(function(handle(parent), wide(path), viewFlag, 0)) : kErrorInvalidName;
+    return isOneName(path) ? status(function(parent, wide(path), viewFlag, 0)) : kErrorInvalidName;
 }
 
-ErrorCode setValue(void* key, const std::u16string& name, std::uint32_t type, const void* data,
-                   std::uint32_t size) {
+Status setValue(KeyRef key, const std::u16string& name, std::uint32_t type, const void* data,
+                std::uint32_t size) {
     if (!isOneName(name))
         return kErrorInvalidName;
-    return code(::RegSetValueExW(handle(key), wide(name), 0, type, static_cast<const BYTE*>(data), size));
+    return status(::RegSetValueExW(key, wide(name), 0, type, static_cast<const BYTE*>(data), size));
 }
 
-ErrorCode deleteValue(void* key, const std::u16string& name) {
-    return isOneName(name) ? code(::RegDeleteValueW(handle(key), wide(name))) : kErrorInvalidName;
+Status deleteValue(KeyRef key, const std::u16string& name) {
+    return isOneName(name) ? status(::RegDeleteValueW(key, wide(name))) : kErrorInvalidName;
 }
 
-ErrorCode flushKey(void* key) {
-    return code(::RegFlushKey(handle(key)));
+Status flushKey(KeyRef key) {
+    return status(::RegFlushKey(key));
 }
 
-ErrorCode queryInfoKey(void* key, std::uint32_t* subkeys, std::uint32_t* values) {
-    return code(::RegQueryInfoKeyW(handle(key), nullptr, nullptr, nullptr, dword(subkeys), nullptr, nullptr,
-                                   dword(values), nullptr, nullptr, nullptr, nullptr));
+Status queryInfoKey(KeyRef key, std::uint32_t* subkeys, std::uint32_t* values) {
+    return status(::RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, dword(subkeys), nullptr, nullptr,
+                                     dword(values), nullptr, nullptr, nullptr, nullptr));
 }
 
-ErrorCode enumKey(void* key, std::uint32_t index, char16_t* name, std::uint32_t& length) {
-    return code(
-        ::RegEnumKeyExW(handle(key), index, wide(name), dword(&length), nullptr, nullptr, nullptr, nullptr));
+Status enumKey(KeyRef key, std::uint32_t index, char16_t* name, std::uint32_t& length) {
+    return status(
+        ::RegEnumKeyExW(key, index, wide(name), dword(&length), nullptr, nullptr, nullptr, nullptr));
 }
 
-ErrorCode enumValue(void* key, std::uint32_t index, char16_t* name, std::uint32_t& length) {
-    return code(
-        ::RegEnumValueW(handle(key), index, wide(name), dword(&length), nullptr, nullptr, nullptr, nullptr));
+Status enumValue(KeyRef key, std::uint32_t index, char16_t* name, std::uint32_t& length) {
+    return status(
+        ::RegEnumValueW(key, index, wide(name), dword(&length), nullptr, nullptr, nullptr, nullptr));
 }
 
 std::uint32_t expandEnvironmentStrings(const std::u16string& source, char16_t* buffer, std::uint32_t size) {

@@ -10,6 +10,16 @@
 #include "platform/win32/win32_api.h"
 
 namespace platform {
+
+static_assert(kRightAddFile == FILE_ADD_FILE);
+static_assert(kRightAddFolder == FILE_ADD_SUBDIRECTORY);
+static_assert(kRightDeleteChild == FILE_DELETE_CHILD);
+static_assert(kRightDelete == DELETE);
+static_assert(kRightChangeAccess == WRITE_DAC);
+static_assert(kRightChangeOwner == WRITE_OWNER);
+static_assert(kRightGenericAll == GENERIC_ALL);
+static_assert(kRightGenericWrite == GENERIC_WRITE);
+
 namespace {
 
 struct LocalFreer {
@@ -36,7 +46,7 @@ void addEntry(const ACE_HEADER& header, AccessList& list) {
 
 }  // namespace
 
-ErrorCode accessList(const std::u16string& path, AccessList& list) {
+Status accessList(const std::u16string& path, AccessList& list) {
     PSID owner = nullptr;
     PACL acl = nullptr;
     PSECURITY_DESCRIPTOR descriptor = nullptr;
@@ -44,7 +54,7 @@ ErrorCode accessList(const std::u16string& path, AccessList& list) {
                                               OWNER_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION, &owner,
                                               nullptr, &acl, nullptr, &descriptor);
     if (error != ERROR_SUCCESS)
-        return error;
+        return Status{error};
     const LocalBlock owned(descriptor);
     list.owner = text(owner);
     list.allowed.clear();

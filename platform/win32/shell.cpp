@@ -7,16 +7,31 @@
 #include <shlwapi.h>
 
 #include <climits>
+#include <cstddef>
+#include <type_traits>
 
 namespace platform {
 
-std::int64_t shellExecute(void* owner, const std::u16string& verb, const std::u16string& file,
+static_assert(kShowNormal == SW_SHOWNORMAL);
+static_assert(kMaskNoCloseProcess == SEE_MASK_NOCLOSEPROCESS);
+static_assert(kMaskNoAsync == SEE_MASK_NOASYNC);
+static_assert(kMaskNoUi == SEE_MASK_FLAG_NO_UI);
+static_assert(kCsidlAppData == CSIDL_APPDATA);
+static_assert(kCsidlLocalAppData == CSIDL_LOCAL_APPDATA);
+static_assert(kCsidlCommonAppData == CSIDL_COMMON_APPDATA);
+static_assert(std::is_same_v<WindowRef, HWND>);
+// The header of the block that platform/drop_block.h reads.
+static_assert(sizeof(DROPFILES) == 20);
+static_assert(offsetof(DROPFILES, pFiles) == 0);
+static_assert(offsetof(DROPFILES, fWide) == 16);
+
+std::int64_t shellExecute(WindowRef owner, const std::u16string& verb, const std::u16string& file,
                           const std::u16string& parameters, const char16_t* folder, std::int32_t show) {
-    return reinterpret_cast<INT_PTR>(ShellExecuteW(static_cast<HWND>(owner), wide(verb), wide(file),
-                                                   wide(parameters), wide(folder), show));
+    return reinterpret_cast<INT_PTR>(
+        ShellExecuteW(owner, wide(verb), wide(file), wide(parameters), wide(folder), show));
 }
 
-bool shellExecuteEx(const ShellExecuteRequest& request, ProcessHandle& process) {
+Status shellExecuteEx(const ShellExecuteRequest& request, ProcessHandle& process) {
     SHELLEXECUTEINFOW info = {};
     info.cbSize = sizeof(info);
     info.fMask = request.mask;
@@ -24,9 +39,9 @@ bool shellExecuteEx(const ShellExecuteRequest& request, ProcessHandle& process) 
     info.lpFile = wide(request.file);
     info.lpParameters = request.parameters.empty() ? nullptr : wide(request.parameters);
     info.nShow = request.show;
-    const BOOL done = ShellExecuteExW(&info);
+    const Status status = outcome(ShellExecuteExW(&info));
     process.reset(info.hProcess);
-    return done != FALSE;
+    return status;
 }
 
 std::optional<std::u16string> folderPath(int csidl) {
@@ -36,15 +51,16 @@ std::optional<std::u16string> folderPath(int csidl) {
     return std::u16string(path);
 }
 
-bool queryRecycleBin(const std::u16string& root, std::int64_t& bytes, std::int64_t& items) {
+Status queryRecycleBin(const std::u16string& root, std::int64_t& bytes, std::int64_t& items) {
     SHQUERYRBINFO info = {};
     static_assert(sizeof(info) == 24);
     info.cbSize = sizeof(info);
-    if (FAILED(SHQueryRecycleBinW(root.empty() ? nullptr : wide(root), &info)))
-        return false;
+    const HRESULT result = SHQueryRecycleBinW(root.empty() ? nullptr : wide(root), &info);
+    if (FAILED(result))
+        return Status{static_cast<std::uint32_t>(result)};
     bytes = info.i64Size;
     items = info.i64NumItems;
-    return true;
+    return kSuccess;
 }
 
 int driveNumber(const std::u16string& path) {

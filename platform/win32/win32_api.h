@@ -25,10 +25,34 @@
 
 namespace platform {
 
+static_assert(kSuccess.code == ERROR_SUCCESS);
+static_assert(kErrorFileNotFound.code == ERROR_FILE_NOT_FOUND);
+static_assert(kErrorPathNotFound.code == ERROR_PATH_NOT_FOUND);
+static_assert(kErrorAccessDenied.code == ERROR_ACCESS_DENIED);
+static_assert(kErrorInvalidHandle.code == ERROR_INVALID_HANDLE);
+static_assert(kErrorNotEnoughMemory.code == ERROR_NOT_ENOUGH_MEMORY);
+static_assert(kErrorGeneralFailure.code == ERROR_GEN_FAILURE);
+static_assert(kErrorFileExists.code == ERROR_FILE_EXISTS);
+static_assert(kErrorInvalidParameter.code == ERROR_INVALID_PARAMETER);
+static_assert(kErrorBrokenPipe.code == ERROR_BROKEN_PIPE);
+static_assert(kErrorDiskFull.code == ERROR_DISK_FULL);
+static_assert(kErrorInvalidName.code == ERROR_INVALID_NAME);
+static_assert(kErrorBadPathName.code == ERROR_BAD_PATHNAME);
+static_assert(kErrorMoreData.code == ERROR_MORE_DATA);
+static_assert(kErrorNoMoreItems.code == ERROR_NO_MORE_ITEMS);
+static_assert(kErrorKeyDeleted.code == ERROR_KEY_DELETED);
+static_assert(kErrorNotAllAssigned.code == ERROR_NOT_ALL_ASSIGNED);
+static_assert(kErrorNoSuchPrivilege.code == ERROR_NO_SUCH_PRIVILEGE);
+static_assert(kErrorInvalidMenuHandle.code == ERROR_INVALID_MENU_HANDLE);
+
 // Why the last call failed. Some calls fail without a code; that is no success.
-inline ErrorCode lastError() {
-    const DWORD error = GetLastError();
-    return error != ERROR_SUCCESS ? error : ERROR_GEN_FAILURE;
+inline Status lastError() {
+    const Status error{GetLastError()};
+    return error.succeeded() ? kErrorGeneralFailure : error;
+}
+
+inline Status outcome(BOOL succeeded) {
+    return succeeded ? kSuccess : lastError();
 }
 
 // wchar_t and char16_t are both one UTF-16 code unit here; only the type's name differs.

@@ -111,7 +111,7 @@ class RightClickWalk : public LifeWalkTest {
         platform::setRecycleBin(u"D:\\", platform::RecycleBin{4096, 2});
         platform::setRecycleBin(u"", platform::RecycleBin{4096, 2});
         platform::resetModules();
-        platform::setModuleFileName(this, folder() + u"nmshell.dll");
+        platform::setModuleFileName(platform::moduleAt(this), folder() + u"nmshell.dll");
         platform::tokenRecord() = {.elevationType = platform::kElevationTypeLimited};
         owlkit::forgetElevation();
         owlkit::recordApplicationFolder(u"");
@@ -161,7 +161,7 @@ class RightClickWalk : public LifeWalkTest {
 
     // From loading the module to unloading it, as the shell does it: what was refused is not gone on with.
     void live(Module& module, Drop& drop, platform::MenuRef target, Outcome& outcome) {
-        outcome.loaded = dllMain([&] { module.attach(this); });
+        outcome.loaded = dllMain([&] { module.attach(platform::moduleAt(this)); });
         if (outcome.loaded)
             serve(module, drop, target, outcome);
         EXPECT_TRUE(dllMain([&] { module.detach(); }));

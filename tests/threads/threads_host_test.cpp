@@ -47,7 +47,7 @@ class ThreadsTest : public ExtensionTest {
 TEST_F(ThreadsTest, RightClickWithTheLanguageUnchanged) {
     makeFile("langs/long.lang.txt", "KEY: CXT_MENU_ABOUT\nLANG: Plattdeutsch\nTEXT: Ueber Nullmark\n");
     set(u"Language", u"Plattdeutsch");
-    module_.attach(this);
+    module_.attach(platform::moduleAt(this));
     factory(Files);  // the first request after loading takes the primary language away
     std::thread other([&] {
         for (int i = 0; i < kRightClicks; ++i)

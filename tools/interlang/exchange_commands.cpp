@@ -182,8 +182,7 @@ std::vector<Incoming> importFile(const Arguments& arguments) {
 // Every exchange file of a folder: each to the language file of its language.
 std::vector<Incoming> importFolder(const Arguments& arguments) {
     const std::string& folder = arguments.files.front();
-    std::vector<std::u16string> names;
-    platform::listFolder(wide(folder), names);
+    auto names = platform::listFolder(wide(folder)).value_or(std::vector<std::u16string>());
     std::ranges::sort(names);
     const std::u16string target =
         owlkit::withTrailingSeparator(wide(arguments.output.empty() ? arguments.folder : arguments.output));

@@ -74,7 +74,7 @@ bool writeBeside(const std::u16string& path, const std::string& bytes, bool exis
         done = !error;
     }
     if (!done)
-        platform::deleteFile(fresh);
+        static_cast<void>(platform::deleteFile(fresh));
     return done || (written && exists && overwrite(path, bytes));
 }
 
@@ -82,7 +82,7 @@ bool writeBeside(const std::u16string& path, const std::string& bytes, bool exis
 
 std::string readBytes(const std::u16string& path) {
     owlkit::FileStream file;
-    if (!file.open(path, owlkit::kOpenRead))
+    if (!file.open(path, owlkit::OpenMode::Read))
         throw Failure("cannot open " + utf8(path));
     std::string bytes(static_cast<std::size_t>(file.size()), '\0');
     if (!bytes.empty() && file.read(bytes.data(), bytes.size()) != bytes.size())

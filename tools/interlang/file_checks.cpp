@@ -131,8 +131,8 @@ bool isNeverRead(std::u16string_view path) {
 }
 
 std::vector<std::u16string> unreadFilesOf(const std::u16string& folder) {
-    std::vector<std::u16string> names, unread;
-    platform::listFolder(folder, names);
+    auto names = platform::listFolder(folder).value_or(std::vector<std::u16string>());
+    std::vector<std::u16string> unread;
     std::ranges::sort(names);
     for (const std::u16string& name : names) {
         const std::u16string lower = owlkit::toLowerAscii(name);

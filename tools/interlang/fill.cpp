@@ -63,7 +63,7 @@ std::size_t removeAllBut(const std::set<fs::path>& kept, const fs::path& folder)
     for (const std::u16string& path : languageFilesOf(owlkit::withTrailingSeparator(folder.u16string()))) {
         if (kept.contains(path))
             continue;
-        if (!platform::deleteFile(path))
+        if (!platform::deleteFile(path).succeeded())
             throw Failure("cannot delete " + utf8(path));
         ++count;
     }

@@ -62,7 +62,7 @@ Json strings(const auto& texts) {
 class RecordedFiles final : public nmshell::HandoverFiles {
   public:
     std::u16string take(const std::u16string& name) override {
-        if (owlkit::FileStream file; file.open(name, owlkit::kOpenRead)) {
+        if (owlkit::FileStream file; file.open(name, owlkit::OpenMode::Read)) {
             std::string bytes(static_cast<std::size_t>(file.size()), '\0');
             bytes.resize(file.read(bytes.data(), bytes.size()));
             owlkit::hexEscape(taken_, bytes.data(), bytes.size(), false);
@@ -116,7 +116,8 @@ void print(const nmshell::LaunchRequest& request, const std::vector<std::u16stri
 
 bool append(const std::u16string& name, const std::string& line) {
     owlkit::FileStream file;
-    return file.open(name, owlkit::kAppendWrite) && file.write(line.data(), line.size()) == line.size();
+    return file.open(name, owlkit::OpenMode::AppendWrite) &&
+           file.write(line.data(), line.size()) == line.size();
 }
 
 }  // namespace

@@ -127,8 +127,8 @@ std::vector<std::u16string> expandWildcards(const std::u16string& path) {
     const std::u16string pattern = owlkit::toLowerAscii(std::u16string_view(path).substr(start));
     if (pattern.find_first_of(u"*?") == pattern.npos)
         return {path};
-    std::vector<std::u16string> names, paths;
-    platform::listFolder(path.substr(0, start), names);
+    auto names = platform::listFolder(path.substr(0, start)).value_or(std::vector<std::u16string>());
+    std::vector<std::u16string> paths;
     std::ranges::sort(names);
     for (const std::u16string& name : names) {
         if (matches(owlkit::toLowerAscii(name), pattern))

@@ -67,8 +67,7 @@ class Search {
     }
 
     void lookAtFiles(const std::u16string& folder) {
-        std::vector<std::u16string> names;
-        platform::listFolder(folder, names);
+        const auto names = platform::listFolder(folder).value_or(std::vector<std::u16string>());
         for (const std::u16string& name : names)
             look(owlkit::withTrailingSeparator(folder) + name, kChange, false);
     }

@@ -37,7 +37,7 @@ class Terminal final : public Messages {
     }
 
     // Appends to `path` from now on.
-    bool logTo(const std::u16string& path) { return log_.open(path, owlkit::kAppendWrite); }
+    bool logTo(const std::u16string& path) { return log_.open(path, owlkit::OpenMode::AppendWrite); }
 
     bool wasLogged() const { return logged_; }
     // In the log or, where there is none, on standard output, which a program without a console has not.
@@ -58,8 +58,7 @@ class Terminal final : public Messages {
 // Where the module is expected: beside this program. Empty when that folder cannot be had.
 std::u16string ownFolder() {
     std::u16string folder;
-    owlkit::getFolder(owlkit::kFolderApplication, folder);
-    return folder;
+    return owlkit::getFolder(owlkit::FolderCode::Application, folder) ? folder : std::u16string();
 }
 
 class Program {

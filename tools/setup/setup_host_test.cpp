@@ -124,7 +124,7 @@ TEST_F(SetupTest, RegistersOnlyAModuleThatLoads) {
 TEST_F(SetupTest, RefusesAFolderBehindALink) {
     const fs::path link = folder_ / "link";
     fs::create_directory_symlink(folder_ / "langs", link);
-    platform::setFolderPath(kCsidlProgramFiles, tools::wide(folder_.native()));
+    platform::setFolderPath(kCsidlProgramFiles, tools::wide(folder_.path().native()));
     for (const fs::path& way : {link, link / ""}) {
         EXPECT_EQ(checkFolder(tools::wide(way.native()), recorder_), kUnsafeFolder) << way;
         EXPECT_NE(recorder_.complaints.find("leads to " + (folder_ / "langs").native()), std::string::npos);
@@ -177,7 +177,7 @@ TEST_F(SetupTest, FindsWhoCanChangeTheFolder) {
     platform::fault::arm("GetNamedSecurityInfoW", 1, platform::kErrorAccessDenied);
     EXPECT_EQ(intruders(folder()).front().account, u"") << "what cannot be read is not trusted";
     platform::fault::arm("GetTokenInformation", 1, platform::kErrorAccessDenied);
-    EXPECT_EQ(intruders(folder()).front().path, tools::wide(folder_.native()))
+    EXPECT_EQ(intruders(folder()).front().path, tools::wide(folder_.path().native()))
         << "nor is this process, unknown";
     EXPECT_EQ(checkFolder(u"/no/such/folder", recorder_), kUnsafeFolder);
 }
@@ -212,8 +212,9 @@ TEST_F(SetupTest, TellsWhyNoMenuAppears) {
         {"a handler is missing",
          [](SetupTest&) {
              owlkit::RegistryKey key;
-             key.deleteKey(owlkit::RegistryRoot::LocalMachine,
-                           u"Software\\Classes\\Drive\\ShellEx\\ContextMenuHandlers\\QuietOwl_NMark");
+             EXPECT_TRUE(
+                 key.deleteKey(owlkit::RegistryRoot::LocalMachine,
+                               u"Software\\Classes\\Drive\\ShellEx\\ContextMenuHandlers\\QuietOwl_NMark"));
          },
          "1 registry values are missing or different"},
         {"not registered", [](SetupTest& test) { unregisterModule(test.recorder_); }, "not registered"},

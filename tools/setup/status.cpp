@@ -106,20 +106,20 @@ std::u16string registeredModule() {
     return {};
 }
 
-std::string describeLoadError(platform::ErrorCode error) {
-    switch (error) {
-        case platform::kSuccess:
+std::string describeLoadError(platform::Status status) {
+    switch (status.code) {
+        case platform::kSuccess.code:
             return {};
-        case platform::kErrorBadExeFormat:
+        case platform::kErrorBadExeFormat.code:
             return "it is no 64-bit DLL for this processor (error 193)";
-        case platform::kErrorBadPathName:
+        case platform::kErrorBadPathName.code:
             return "its path is not a full one";
-        case platform::kErrorModuleNotFound:
+        case platform::kErrorModuleNotFound.code:
             return "a DLL that it needs is missing (error 126)";
-        case platform::kErrorModuleInitFailed:
+        case platform::kErrorModuleInitFailed.code:
             return "it refused to start (error 1114)";
         default:
-            return "error " + std::to_string(error);
+            return "error " + std::to_string(status.code);
     }
 }
 

@@ -31,7 +31,7 @@ std::u16string registeredModule();
 
 // What an error of platform::loadError or headerError says of a file that was to be loaded as a module; empty
 // for success.
-std::string describeLoadError(platform::ErrorCode error);
+std::string describeLoadError(platform::Status error);
 
 // A setting of the current user.
 struct Setting {

@@ -80,7 +80,7 @@ Result registerModule(const std::u16string& folder, Trial trial, Messages& messa
     }
     if (!mayChangeTheMachine())
         return refuseWithoutRights(messages);
-    const platform::ErrorCode error =
+    const platform::Status error =
         trial == Trial::Load ? platform::loadError(module) : platform::headerError(module);
     if (const std::string fault = describeLoadError(error); !fault.empty()) {
         messages.complain(utf8(module) + " cannot be loaded: " + fault + ". Nothing was changed.");

@@ -36,6 +36,11 @@ using HKEY = HKEY__*;
 using HINSTANCE = HINSTANCE__*;
 using PCIDLIST_ABSOLUTE = const ITEMIDLIST*;
 
+struct POINT {
+    LONG x;
+    LONG y;
+};
+
 inline constexpr BOOL TRUE = 1;
 inline constexpr BOOL FALSE = 0;
 
@@ -182,14 +187,22 @@ struct CMINVOKECOMMANDINFO {
 inline constexpr DWORD CMIC_MASK_UNICODE = 0x4000;
 
 // The form with wide members behind the others, used when cbSize says so.
-struct CMINVOKECOMMANDINFOEX : CMINVOKECOMMANDINFO {
+struct CMINVOKECOMMANDINFOEX {
+    DWORD cbSize;
+    DWORD fMask;
+    HWND hwnd;
+    LPCSTR lpVerb;
+    LPCSTR lpParameters;
+    LPCSTR lpDirectory;
+    int nShow;
+    DWORD dwHotKey;
+    void* hIcon;
     LPCSTR lpTitle;
     const char16_t* lpVerbW;
     const char16_t* lpParametersW;
     const char16_t* lpDirectoryW;
     const char16_t* lpTitleW;
-    LONG ptInvokeX;
-    LONG ptInvokeY;
+    POINT ptInvoke;
 };
 
 struct IContextMenu : IUnknown {

@@ -1,10 +1,3 @@
-// Everything platform/com.h promises comes from the SDK and the system's libraries; this file keeps the two
-// sides alike and checks what the host side assumes about the structures.
-#include "platform/com.h"
-
-namespace platform {
-
-static_assert(sizeof(MENUITEMINFOW) == 80);
-static_assert(sizeof(HRESULT) == 4 && sizeof(ULONG) == 4);
-
-}  // namespace platform
+// All that platform/com.h promises comes from the SDK and the system's libraries, but for the interface
+// numbers (interface_ids.cpp). What is left to do is to hold the SDK against what the host declares.
+#include "platform/com_layout.h"

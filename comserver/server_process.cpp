@@ -51,7 +51,8 @@ HRESULT canUnloadNow() {
     return std::atomic_ref(theModule.get().ModuleObjectCount) == 0 ? S_OK : S_FALSE;
 }
 
-BOOL enterModule(platform::ModuleRef instance, DWORD reason, void* reserved, std::u16string_view primary) noexcept {
+BOOL enterModule(platform::ModuleRef instance, DWORD reason, void* reserved,
+                 std::u16string_view primary) noexcept {
     if (reason == DLL_PROCESS_DETACH && reserved != nullptr) {
         theModule.processEnds = true;
         return TRUE;

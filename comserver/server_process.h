@@ -17,6 +17,7 @@ HRESULT canUnloadNow();
 // DllMain: loads the languages on process attach, `primary` being the one to fall back to, and frees what is
 // cached on detach, both only while the extension is enabled. FALSE when that fails with an exception. Does
 // nothing at the end of the process, which is a detach with something `reserved`.
-BOOL enterModule(platform::ModuleRef instance, DWORD reason, void* reserved, std::u16string_view primary) noexcept;
+BOOL enterModule(platform::ModuleRef instance, DWORD reason, void* reserved,
+                 std::u16string_view primary) noexcept;
 
 }  // namespace nmshell

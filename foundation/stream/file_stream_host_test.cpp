@@ -66,10 +66,10 @@ TEST(FileStreamHost, ReadsLinesWithFewPlatformCalls) {
         OpenMode mode;
         std::uint32_t least, most;  // calls
     } cases[] = {{OpenMode::Read, 1, 4},
-                  {OpenMode::RawDevice, bytes, 2 * bytes},
-                  {OpenMode::ShareReadWrite, bytes, 2 * bytes},
-                  {OpenMode::FlagNoBuffering, bytes, 2 * bytes},
-                  {OpenMode::FlagOverlapped, bytes, 2 * bytes}};
+                 {OpenMode::RawDevice, bytes, 2 * bytes},
+                 {OpenMode::ShareReadWrite, bytes, 2 * bytes},
+                 {OpenMode::FlagNoBuffering, bytes, 2 * bytes},
+                 {OpenMode::FlagOverlapped, bytes, 2 * bytes}};
     for (const auto& [mode, least, most] : cases) {
         SCOPED_TRACE(static_cast<std::uint32_t>(mode));
         FileStream stream;

@@ -14,7 +14,8 @@ void Module::attach(platform::ModuleRef instance, std::u16string_view primary) {
     ShellSettings settings;
     const bool enabled = settings.isEnabled();
     bitmaps.setModule(instance);
-    folder = owlkit::folderOf(platform::moduleFileName(instance));
+    file = platform::moduleFileName(instance);
+    folder = owlkit::folderOf(file);
     owlkit::recordApplicationFolder(folder);
     if (!enabled)
         return;

@@ -26,6 +26,7 @@ struct Module {
     HandoverFiles handover{u".nmark"};   // of every launcher
     SystemDrive systemDrive;
     BitmapCache bitmaps;
+    std::u16string file;    // of the module, with its folder
     std::u16string folder;  // of the module, with a trailing separator
 
     // Remembers the module and its folder. Unless the extension is switched off, loads every

@@ -3,6 +3,7 @@
 // of paths comes back code unit for code unit.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -29,13 +30,15 @@ std::u16string handoverFileName(std::uint32_t counter, std::u16string_view exten
 // cannot be opened, and then it is left alone.
 std::u16string readHandoverFile(const std::u16string& name);
 
-// The files of one process, numbered from 1.
+// The files of one process, numbered from 1: two threads draw two numbers.
 class HandoverFiles : public Handover {
   public:
     // `extension` is that of the names, with its point.
     explicit HandoverFiles(std::u16string extension = u".tmp") : extension_(std::move(extension)) {}
 
-    std::u16string makeHandoverFileName() override { return handoverFileName(++counter_, extension_); }
+    std::u16string makeHandoverFileName() override {
+        return handoverFileName(++std::atomic_ref(counter_), extension_);
+    }
     [[nodiscard]] bool put(const std::u16string& name, std::u16string_view data) override {
         return writeHandoverFile(name, data);
     }

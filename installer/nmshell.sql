@@ -8,9 +8,11 @@ UPDATE CustomAction SET Type = 3393 WHERE Action = 'RestoreRollback'
 
 -- Files with a version are compared by it, not by a hash.
 UPDATE File SET Version = 'FILEVERSION', Language = '1033' WHERE File = 'Module'
+UPDATE File SET Version = 'FILEVERSION', Language = '1033' WHERE File = 'Commands'
 UPDATE File SET Version = 'FILEVERSION', Language = '1033' WHERE File = 'Setup'
 UPDATE File SET Version = 'FILEVERSION', Language = '1033' WHERE File = 'SetupWithoutWindow'
 DELETE FROM MsiFileHash WHERE File_ = 'Module'
+DELETE FROM MsiFileHash WHERE File_ = 'Commands'
 DELETE FROM MsiFileHash WHERE File_ = 'Setup'
 DELETE FROM MsiFileHash WHERE File_ = 'SetupWithoutWindow'
 

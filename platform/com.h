@@ -6,4 +6,5 @@
 #include "platform/win32/com_api.h"
 #else
 #include "platform/host/com_api.h"
+#include "platform/host/command_api.h"
 #endif

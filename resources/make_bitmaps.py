@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Makes the menu bitmaps bitmaps/230.bmp .. 240.bmp, nullmark.ico of the programs and the package's logos/*.png from the text
-pictures icons/*.txt.
+"""Makes the menu bitmaps bitmaps/230.bmp .. 240.bmp, the commands' icons commands/*.ico, nullmark.ico of the programs and the
+package's logos/*.png from the text pictures icons/*.txt.
 
     make_bitmaps.py            write them
     make_bitmaps.py --check    change nothing; fail unless every file is what its picture gives
@@ -21,6 +21,10 @@ SIZE = 16
 FIRST_ID, LAST_ID = 230, 240
 PRODUCT_ID = 236  # the product's mark, which is the icon of programs too
 LOGO_SIZES = (44, 50, 150)
+PROGRAM_SIZES = (16, 32, 48)
+# The entries of files and of the product, which the first level of the menu shows, at the sizes of each scale.
+COMMAND_IDS = (230, 236, 237, 238, 239, 240)
+COMMAND_SIZES = (16, 20, 24, 32, 48)
 MAX_COLOURS = 16  # four bits a pixel
 BACKGROUND_KEY = "."
 # The loader puts the system's window colour in place of the colour that the first pixel has. White looks
@@ -107,22 +111,40 @@ def encode_bmp(palette, rows):
     return struct.pack("<2sIHHI", b"BM", offset + len(bits), 0, 0, offset) + info + table + bits
 
 
-def encode_ico(palette, rows, factors):
-    """The picture as an icon with a transparent ground, 32 bits a pixel, once for each factor of enlargement."""
+def overlaps(size, position):
+    """Gives (source, length) for each of the 16 source pixels that lie under one of `size` pixels, 16 lengths in all."""
+    first, last = position * SIZE, (position + 1) * SIZE
+    return [(source, min(last, (source + 1) * size) - max(first, source * size))
+            for source in range(first // size, (last - 1) // size + 1)]
+
+
+def scaled_pixel(palette, rows, size, x, y):
+    """Blue, green, red and opacity of one of `size` x `size` pixels: the mean of what lies under it."""
+    total, colour = 0, [0, 0, 0]
+    for row, height in overlaps(size, y):
+        for column, width in overlaps(size, x):
+            index = rows[row][column]
+            if index:
+                total += width * height
+                colour = [value + width * height * part for value, part in zip(colour, reversed(palette[index]))]
+    return bytes([*((part + total // 2) // total for part in colour), total * 255 // SIZE**2]) if total else bytes(4)
+
+
+def encode_ico(palette, rows, sizes):
+    """The picture as an icon with a transparent ground, 32 bits a pixel, once for each size."""
     entries, images = b"", b""
-    for factor in factors:
-        size = SIZE * factor
-        pixels = [[palette[index] if index else None for index in row for _ in range(factor)]
-                  for row in reversed(rows) for _ in range(factor)]
-        bits = b"".join(bytes((*reversed(pixel), 255)) if pixel else bytes(4) for row in pixels for pixel in row)
+    for size in sizes:
+        pixels = [[scaled_pixel(palette, rows, size, x, y) for x in range(size)] for y in reversed(range(size))]
+        bits = b"".join(pixel for row in pixels for pixel in row)
         # The mask that follows is for screens of old; its rows are filled up to 32 bits.
-        mask = b"".join(sum((pixel is None) << (size - 1 - x) for x, pixel in enumerate(row)).to_bytes(size // 8, "big")
-                        .ljust((size // 8 + 3) // 4 * 4, b"\0") for row in pixels)
+        filled = (size + 31) // 32 * 32
+        mask = b"".join(int("".join("01"[pixel[3] < 128] for pixel in row).ljust(filled, "0"), 2).to_bytes(filled // 8, "big")
+                        for row in pixels)
         image = struct.pack("<IiiHHIIiiII", 40, size, 2 * size, 1, 32, 0, len(bits + mask), 0, 0, 0, 0) + bits + mask
         entries += struct.pack("<BBBBHHII", size, size, 0, 0, 1, 32, len(image),
-                               6 + 16 * len(factors) + len(images))
+                               6 + 16 * len(sizes) + len(images))
         images += image
-    return struct.pack("<HHH", 0, 1, len(factors)) + entries + images
+    return struct.pack("<HHH", 0, 1, len(sizes)) + entries + images
 
 
 def encode_png(palette, rows, size):
@@ -168,13 +190,16 @@ def make_all(folder):
         seen[picture] = path.name
         files[f"bitmaps/{identifier}.bmp"] = encode_bmp(palette, rows)
         if identifier == PRODUCT_ID:
-            files["nullmark.ico"] = encode_ico(palette, rows, (1, 2, 3))
+            files["nullmark.ico"] = encode_ico(palette, rows, PROGRAM_SIZES)
             files.update({f"logos/{size}.png": encode_png(palette, rows, size) for size in LOGO_SIZES})
+        if identifier in COMMAND_IDS:
+            files[f"commands/{identifier}.ico"] = encode_ico(palette, rows, COMMAND_SIZES)
     return files
 
 
 def check(files, folder):
-    present = {str(path.relative_to(folder)) for path in [*folder.glob("bitmaps/*"), *folder.glob("*.ico"), *folder.glob("logos/*")]}
+    made = (path for pattern in ("bitmaps/*", "commands/*", "logos/*", "*.ico") for path in folder.glob(pattern))
+    present = {str(path.relative_to(folder)) for path in made}
     faults = [f"{name}: no picture gives this file" for name in sorted(present - set(files))]
     for name, data in files.items():
         if name not in present:

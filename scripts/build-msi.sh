@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the installer from a Windows build: build-msi.sh [-b BIN] [-v VERSION] [--sign COMMAND] [OUTPUT.msi]
 # BIN is build/win64/bin, VERSION the project's, OUTPUT build/nmshell-VERSION.msi unless given. All language files in BIN/langs are
-# taken. COMMAND is called with the name of a file behind it and signs that file in place: the DLL, the programs, the package.
+# taken. COMMAND is called with the name of a file behind it and signs that file in place: the DLLs, the programs, the package.
 # The same files give the same package, byte for byte; SOURCE_DATE_EPOCH is the time that it carries, that of the last commit unless
 # set. wixl and msitools come with scripts/install-packages.sh.
 set -euo pipefail
@@ -32,8 +32,8 @@ number='(0|[1-9][0-9]{0,4})'
 output=$(realpath -m "${output:-$root/build/nmshell-$version.msi}")
 export SOURCE_DATE_EPOCH="${SOURCE_DATE_EPOCH:-$(git -C "$root" log -1 --format=%ct 2>/dev/null || date +%s)}"
 
-# The DLL first, then the programs, in the order in which they are signed.
-files=(nmshell.dll nmshell-actions.dll nmshell-setup.exe nmshell-setupw.exe)
+# The DLLs first, then the programs, in the order in which they are signed.
+files=(nmshell.dll nmcommand.dll nmshell-actions.dll nmshell-setup.exe nmshell-setupw.exe)
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 mkdir -p "$scratch/files/langs"

@@ -27,7 +27,7 @@ done
 number='(0|[1-9][0-9]{0,4})'
 [[ $version =~ ^$number\.$number\.$number$ ]] && [ "${BASH_REMATCH[1]}" -le 65535 ] && [ "${BASH_REMATCH[2]}" -le 65535 ] &&
   [ "${BASH_REMATCH[3]}" -le 65535 ] || fail 2 "the version must be three numbers, at most 65535 each: $version"
-class=$(sed -n 's/.*kCommandClassId = u"{\([0-9A-F-]*\)}".*/\1/p' "$root/shellext/identifiers.h")
+class=$(sed -n 's/.*kCommandClassId = u"{\([0-9A-F-]*\)}".*/\1/p' "$root/comserver/identifiers.h")
 [ -n "$class" ] || fail 1 "the class identifier cannot be found"
 output=$(realpath -m "${output:-$root/build/nmcommand.msix}")
 mkdir -p "$(dirname "$output")"

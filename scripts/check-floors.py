@@ -9,7 +9,7 @@ import pathlib
 import re
 import sys
 
-ORDER = ["platform", "foundation", "lang", "contextmenu", "comserver", "shellext", "tools", "testing"]
+ORDER = ["platform", "foundation", "lang", "contextmenu", "comserver", "shellext", "explorercommand", "tools", "testing"]
 # What only tests, fuzz targets and benchmarks are.
 TESTS = ["tests", "fuzz", "bench"]
 # Inside foundation/: what each folder may include besides itself and foundation/errors.h.
@@ -28,6 +28,8 @@ def offence(source: pathlib.PurePosixPath, include: str) -> str | None:
         return None
     if ORDER.index(below) > ORDER.index(floor):
         return f"{floor}/ must not include from {below}/"
+    if {floor, below} == {"shellext", "explorercommand"}:
+        return "the two servers know nothing of each other"
     if floor == below == "foundation" and target.parts[1] not in ["errors.h", source.parts[1],
                                                                  *FOUNDATION[source.parts[1]]]:
         return f"foundation/{source.parts[1]} must not include from foundation/{target.parts[1]}"

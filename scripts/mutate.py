@@ -24,7 +24,7 @@ import subprocess
 import sys
 import tempfile
 
-FLOORS = ["contextmenu", "comserver", "shellext", "lang", "foundation"]
+FLOORS = ["contextmenu", "comserver", "shellext", "explorercommand", "lang", "foundation"]
 NO_SOURCE = re.compile(r"_test\.cpp$|single_byte_tables\.cpp$")  # every entry of those tables is compared with iconv
 TOOL_TESTS = r"^(interlang|nmark|rightclick)\."
 MEMORY = 4 << 30  # bytes that a test program may take

@@ -75,7 +75,7 @@ class PackageTest(unittest.TestCase):
         identity = self.manifest.find(FOUNDATION + "Identity")
         self.assertEqual(identity.get("Version"), source("CMakeLists.txt", r"project\(nmshell VERSION ([0-9.]+)") + ".0")
         self.assertEqual(identity.get("Publisher"), "CN=QuietOwl")
-        wanted = source("shellext/identifiers.h", r'kCommandClassId = u"\{([0-9A-F-]+)\}"')
+        wanted = source("comserver/identifiers.h", r'kCommandClassId = u"\{([0-9A-F-]+)\}"')
         served = self.manifest.find(f".//{COM}SurrogateServer/{COM}Class")
         self.assertEqual((served.get("Id"), served.get("Path")), (wanted, "nmcommand.dll"))
         verbs = {kind.get("Type"): kind.find(DESKTOP5 + "Verb").get("Clsid") for kind in self.manifest.iter(DESKTOP5 + "ItemType")}

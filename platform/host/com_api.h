@@ -70,6 +70,7 @@ inline constexpr HRESULT failure(std::uint32_t code) {
 }
 inline constexpr HRESULT S_OK = 0;
 inline constexpr HRESULT S_FALSE = 1;
+inline constexpr HRESULT E_PENDING = failure(0x8000000Au);
 inline constexpr HRESULT E_NOTIMPL = failure(0x80004001u);
 inline constexpr HRESULT E_NOINTERFACE = failure(0x80004002u);
 inline constexpr HRESULT E_POINTER = failure(0x80004003u);

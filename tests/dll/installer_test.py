@@ -118,7 +118,8 @@ class InstallerTest(WineTest):
         self.assertEqual(self.msiexec("/i", "old", "NMARK_ICONS=0", "NMARK_LANGUAGE=de"), 0, self.log[-900:])
         languages = {f"langs/{path.name}" for path in (BIN / "langs").iterdir()}
         self.assertEqual(self.files(folder),
-                         {"nmark.exe", "nmshell.dll", "nmshell-setup.exe", "nmshell-setupw.exe", "langs"} | languages)
+                         {"nmark.exe", "nmshell.dll", "nmcommand.dll", "nmshell-setup.exe", "nmshell-setupw.exe", "langs"}
+                         | languages)
         self.assertIn(r"Registered C:\Program Files\Nullmark\nmshell.dll", self.log)
         self.assertEqual(self.value(r"HKLM\Software\NMark Shell", "Version"), "4.0.3")
         entry = self.wine("reg", "query", MICROSOFT + r"\Uninstall", "/s").stdout
@@ -206,7 +207,7 @@ class PackageTest(unittest.TestCase):
     def test_says_of_its_files_what_they_say(self):
         package = PACKAGES / "old.msi"
         versions = {name: row[3] for name, row in table(package, "File").items()}
-        programs = {"Module", "Setup", "SetupWithoutWindow"}
+        programs = {"Module", "Commands", "Setup", "SetupWithoutWindow"}
         self.assertEqual({name for name, version in versions.items() if version}, programs)
         self.assertRegex(versions["Module"], r"^\d+\.\d+\.\d+\.0$")
         self.assertEqual(set(table(package, "MsiFileHash")), set(versions) - programs)
@@ -236,7 +237,7 @@ class PackageTest(unittest.TestCase):
         sign.chmod(0o755)
         package = build(self.work / "signed.msi", "-b", BIN, "--sign", str(sign))
         order = (self.work / "signed").read_text(encoding="utf-8").split()
-        self.assertEqual(order, ["nmshell.dll", "nmshell-actions.dll", "nmshell-setup.exe", "nmshell-setupw.exe",
+        self.assertEqual(order, ["nmshell.dll", "nmcommand.dll", "nmshell-actions.dll", "nmshell-setup.exe", "nmshell-setupw.exe",
                                  "nmshell.msi"])
         run("msiextract", "-C", "out", package)
         actions = run("msiinfo", "streams", package)

@@ -223,6 +223,30 @@ class MenuTest(WineTest):
         self.assertEqual(finished.returncode, 4, finished.stderr)
         self.assertIn(reason, finished.stderr)
 
+    def test_commands_of_the_first_level_are_the_context_menus(self):
+        """The same entries with the same texts, states and icons, and what they start, through the registered class."""
+        self.register_commands()
+        self.setting("Language", "REG_SZ", "de")
+        for selection in ([self.file], [self.folder], [self.file, self.folder]):
+            _, wipe, product, _ = self.entries(*selection)
+            root, = tree(self.rightclick("--modern", *selection)["entries"])
+            self.assertEqual(root, (*product[:4], [wipe, *product[4]]))
+            for offset in (0, 7, 9, 10, 11, 12, 13, 14):
+                with self.subTest(offset=offset):
+                    self.assertEqual(self.command_line(self.pick(offset, "--modern", *selection)),
+                                     self.command_line(self.pick(offset, *selection)))
+                    self.assertEqual(self.rightclick("--modern", "--help-text", offset, *selection)["helpText"],
+                                     self.rightclick("--help-text", offset, *selection)["helpText"])
+        self.setting("Enabled", "REG_DWORD", "0")
+        root, = self.rightclick("--modern", self.file)["entries"]
+        self.assertEqual((root["state"], root["entries"]), ("hidden", []))
+
+    @staticmethod
+    def command_line(request):
+        """The cursor may have moved."""
+        return request["commandLine"].replace(request["arguments"][request["arguments"].index("-cent") + 1], "CURSOR") \
+            if "-cent" in request["arguments"] else request["commandLine"]
+
     def test_flags_and_help_texts(self):
         for flags, count in ((0, 15), (4, 15), (1, 0), (2, 0), (8, 0)):
             self.assertEqual(self.rightclick("--flags", flags, self.file)["identifiers"], count, flags)

@@ -11,6 +11,7 @@ import unittest
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 BIN = pathlib.Path(os.environ.get("NMSHELL_BIN", ROOT / "build/win64/bin"))
 
+COMMAND_CLASS = "{B1F60D94-52C8-4A37-8E7D-4C90A3D1E6F5}"
 FILES_CLASS = "{3D5C9A72-6E1B-4F08-A4C3-91B7E2D05F64}"
 APPROVED = r"HKLM\SOFTWARE\Microsoft\Windows\CurrentVersion\Shell Extensions\Approved"
 SETTINGS = r"HKCU\Software\NMark Shell"
@@ -83,6 +84,13 @@ class WineTest(unittest.TestCase):
         if finished.returncode != 0:
             raise AssertionError(f"reg {arguments}: {finished.stdout}{finished.stderr}")
         return finished.stdout
+
+    @classmethod
+    def register_commands(cls, folder=BIN):
+        """Registers the class of nmcommand.dll, which on Windows its package does."""
+        key = rf"HKLM\Software\Classes\CLSID\{COMMAND_CLASS}\InProcServer32"
+        cls.reg("add", key, "/ve", "/d", windows_path(folder / "nmcommand.dll"), "/f")
+        cls.reg("add", key, "/v", "ThreadingModel", "/d", "Apartment", "/f")
 
     def registry(self):
         """The registry as a set of (key, value line); a key without values counts with an empty line."""

@@ -40,6 +40,9 @@ constexpr Answer kAnswers[] = {
     {"IDataObject::GetData", kNoSelection},
     {"GlobalLock", kNoSelection},
     {"GlobalSize", kNoSelection},
+    {"IShellItemArray::GetCount", kNotServed | kNoEntries | kNoText | kNotStarted},
+    {"IShellItemArray::GetItemAt", kNoText | kPathLeftOut | kWithoutData},
+    {"IShellItem::GetDisplayName", kNoText | kPathLeftOut | kWithoutData},
     // The menu. A system drive that is not known is no drive's.
     {"GetFileAttributesW", kNoText | kHandoverMoved},
     {"GetWindowsDirectoryW", kOffered},
@@ -50,6 +53,7 @@ constexpr Answer kAnswers[] = {
     {"InsertMenuItemW", kEntryLost},
     {"GetSystemMetrics", 0},
     {"LoadImageW", kIconLost},
+    {"CoTaskMemAlloc", kNoText | kIconLost | kNoHelp},
     // The start.
     {"GetCursorPos", kWithoutCursor},
     {"ShellExecuteW", kNotStarted | kHandoverLeft},

@@ -2,7 +2,7 @@
 // nothing that is written but what tsan.supp lists.
 #include <thread>
 
-#include "testing/extension.h"
+#include "testing/commands.h"
 
 #ifdef __SANITIZE_THREAD__
 extern "C" const char* __tsan_default_options();
@@ -56,6 +56,35 @@ TEST_F(ThreadsTest, RightClickWithTheLanguageUnchanged) {
     for (int i = 0; i < kRightClicks; ++i)
         rightClick(i % 10 == 9 ? RecycleBin : Files);
     other.join();
+    module_.detach();
+}
+
+using CommandThreadsTest = CommandTest;
+
+// Two threads with one root command, which nothing is suppressed for.
+TEST_F(CommandThreadsTest, AskAndChooseTheSameCommands) {
+    makeFile("langs/long.lang.txt", "KEY: CXT_MENU_WIPE_DATA\nLANG: Plattdeutsch\nTEXT: Wegputzen\n");
+    set(u"Language", u"Plattdeutsch");
+    module_.attach(platform::moduleAt(this), u"");
+    const Ref<IExplorerCommand> command = root(Files);
+    const auto use = [&](char16_t letter) {
+        const std::u16string path(600, letter);
+        for (int i = 0; i < kRightClicks / 4; ++i) {
+            ItemArray items({path, u"b"});
+            EXPECT_TRUE(!all(*root(Files)).empty());
+            const auto commands = children(*command);
+            EXPECT_EQ(title(*commands[0], &items), u"Wegputzen");
+            EXPCMDSTATE state = ECS_HIDDEN;
+            EXPECT_EQ(command->GetState(&items, FALSE, &state), S_OK);
+            EXPECT_EQ(state, ECS_ENABLED);
+            EXPECT_EQ(commands[0]->Invoke(&items, nullptr), S_OK);
+        }
+    };
+    std::thread other(use, u'q');
+    use(u'p');
+    other.join();
+    EXPECT_EQ(module_.handover.makeHandoverFileName(),
+              handoverFileName(2 * (kRightClicks / 4) + 1, u".nmark"));
     module_.detach();
 }
 

@@ -48,8 +48,9 @@ class Client {
     // The full paths of the selection.
     const std::vector<std::u16string>& paths() const;
 
-    // A new object of the extension's class, with one reference that becomes the caller's.
-    HRESULT createExtension(REFCLSID classId, IShellExtInit** extension);
+    // A new object of a class of the extension, with one reference that becomes the caller's. The first one
+    // decides which module is meant below.
+    HRESULT createObject(REFCLSID classId, REFIID iid, void** object);
     // Whether that goes by what is registered.
     bool usesRegistration() const;
     // The full path of the module that the object came from.
@@ -59,6 +60,9 @@ class Client {
     // "none".
     IDataObject* dataObject();
     const char* dataObjectSource() const;
+
+    // The selection as the commands of the first level get it.
+    IShellItemArray* itemArray();
 
     // The menu, which holds the shell's own entries if they were asked for and there are any; new entries go
     // to its end, which is `position`.

@@ -6,10 +6,14 @@
 #include <map>
 #include <optional>
 
+#include "comserver/class_id.h"
 #include "comserver/identifiers.h"
 #include "comserver/module.h"
+#include "comserver/server_process.h"
+#include "explorercommand/command_class.h"
 #include "foundation/path/path.h"
 #include "platform/host/com_control.h"
+#include "platform/host/item_array_host.h"
 #include "platform/host/menu_control.h"
 #include "platform/host/module_control.h"
 #include "platform/host/process_control.h"
@@ -120,6 +124,7 @@ struct Client::State {
     std::vector<std::u16string> paths;
     platform::UniqueHandle<DropListTraits> dropList;
     std::optional<platform::host::DataObject> data;
+    std::optional<platform::host::ItemArray> items;
     platform::MenuHandle menu;
     bool attached = false;
 
@@ -138,8 +143,6 @@ struct Client::State {
         const bool drives = kind == SelectionKind::Drives;
         platform::setRecycleBin(drives && !paths.empty() ? paths.front() : u"", kRecycleBins.at(recycleBin));
         platform::startShellProgramsForReal(true);
-        platform::setModuleFileName(instance(),
-                                    owlkit::folderOf(platform::moduleFileName(nullptr)) + u"nmshell.dll");
     }
 
     ~State() {
@@ -187,18 +190,19 @@ const std::vector<std::u16string>& Client::paths() const {
     return state_->paths;
 }
 
-HRESULT Client::createExtension(REFCLSID classId, IShellExtInit** extension) {
-    state_->attached = DllMain(state_->instance(), DLL_PROCESS_ATTACH, nullptr) != FALSE;
+HRESULT Client::createObject(REFCLSID classId, REFIID iid, void** object) {
+    const bool isCommand = classId == nmshell::classIdFrom(nmshell::kCommandClassId);
+    platform::setModuleFileName(state_->instance(), owlkit::folderOf(platform::moduleFileName(nullptr)) +
+                                                        (isCommand ? u"nmcommand.dll" : u"nmshell.dll"));
+    state_->attached = (isCommand ? nmshell::enterModule(state_->instance(), DLL_PROCESS_ATTACH, nullptr, u"")
+                                  : DllMain(state_->instance(), DLL_PROCESS_ATTACH, nullptr)) != FALSE;
     if (!state_->attached)
         return E_FAIL;
-    void* object = nullptr;
-    if (const HRESULT result = DllGetClassObject(classId, IID_IClassFactory, &object); FAILED(result))
-        return result;
-    const ComPointer<IClassFactory> factory(static_cast<IClassFactory*>(object));
-    object = nullptr;
-    const HRESULT result = factory.get()->CreateInstance(nullptr, IID_IShellExtInit, &object);
-    *extension = static_cast<IShellExtInit*>(object);
-    return result;
+    ComPointer<IClassFactory> factory;
+    const HRESULT result = isCommand ? nmshell::getCommandClassObject(nmshell::processModule(), classId,
+                                                                      IID_IClassFactory, receive(factory))
+                                     : DllGetClassObject(classId, IID_IClassFactory, receive(factory));
+    return FAILED(result) ? result : factory.get()->CreateInstance(nullptr, iid, object);
 }
 
 bool Client::usesRegistration() const {
@@ -207,6 +211,10 @@ bool Client::usesRegistration() const {
 
 std::u16string Client::modulePath() const {
     return platform::moduleFileName(state_->instance());
+}
+
+IShellItemArray* Client::itemArray() {
+    return &state_->items.emplace(std::vector<std::optional<std::u16string>>(paths().begin(), paths().end()));
 }
 
 IDataObject* Client::dataObject() {

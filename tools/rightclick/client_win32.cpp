@@ -90,6 +90,7 @@ struct Client::State {
     std::vector<std::u16string> paths;
     ShellSelection shell;
     ComPointer<IDataObject> data;
+    ComPointer<IShellItemArray> items;
     const char* dataSource = "none";
     Library library;    // loaded from the file that was named
     Library extension;  // where the object comes from
@@ -134,22 +135,20 @@ const std::vector<std::u16string>& Client::paths() const {
     return state_->paths;
 }
 
-HRESULT Client::createExtension(REFCLSID classId, IShellExtInit** extension) {
+HRESULT Client::createObject(REFCLSID classId, REFIID iid, void** object) {
     State& state = *state_;
-    ComPointer<IShellExtInit> object;
     HRESULT result = S_OK;
     if (state.request.dll.empty()) {
-        result = CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_IShellExtInit, receive(object));
+        result = CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, iid, object);
     } else {
         const GetClassObject getClassObject = state.loadLibrary();
         ComPointer<IClassFactory> factory;
         result = getClassObject(classId, IID_IClassFactory, receive(factory));
         if (SUCCEEDED(result))
-            result = factory.get()->CreateInstance(nullptr, IID_IShellExtInit, receive(object));
+            result = factory.get()->CreateInstance(nullptr, iid, object);
     }
     if (SUCCEEDED(result))
-        state.extension = moduleOf(object.get());
-    *extension = object.release();
+        state.extension = moduleOf(static_cast<IUnknown*>(*object));
     return result;
 }
 
@@ -159,6 +158,11 @@ bool Client::usesRegistration() const {
 
 std::u16string Client::modulePath() const {
     return platform::moduleFileName(state_->extension.get());
+}
+
+IShellItemArray* Client::itemArray() {
+    state_->items = makeItemArray(state_->paths);
+    return state_->items.get();
 }
 
 IDataObject* Client::dataObject() {

@@ -5,10 +5,12 @@
 #include <cstdio>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "tools/options/options.h"
 #include "tools/rightclick/client.h"
+#include "tools/rightclick/command_menu.h"
 #include "tools/rightclick/failure.h"
 #include "tools/rightclick/report.h"
 #include "tools/rightclick/right_click.h"
@@ -33,6 +35,7 @@ struct Arguments {
     std::uint32_t flags = CMF_NORMAL;
     bool all = false;
     bool json = false;
+    bool modern = false;
     std::optional<std::uint16_t> pick;
     std::optional<std::uint16_t> helpText;
     std::string picture;
@@ -61,6 +64,10 @@ void addOptions(CLI::App& app, Arguments& arguments) {
            "--open", arguments.open,
            "the submenu that --shot opens: nullmark (default), trash, none, or the offset of an entry in it")
         ->type_name("NAME");
+    CLI::Option* const modern = app.add_flag("--modern", arguments.modern,
+                                             "the commands of the first level of Windows 11's menu instead");
+    for (const char* const other : {"--drive", "--bin", "--flags", "--all", "--shot"})
+        modern->excludes(app.get_option(other));
     app.footer(kExitCodes);
 }
 
@@ -78,14 +85,17 @@ Request requestFrom(const Arguments& arguments) {
     return request;
 }
 
-void act(const Arguments& arguments, Client& client, RightClick& click, Report& report) {
+template <class Menu>
+void act(const Arguments& arguments, Client& client, Menu& click, Report& report) {
     if (arguments.helpText) {
         report.helpText.emplace().offset = *arguments.helpText;
         report.helpText->result = click.helpText(*arguments.helpText, report.helpText->text);
     }
-    if (!arguments.picture.empty()) {
-        report.picture = wide(arguments.picture);
-        client.takePicture(*report.picture, click.submenuPosition(arguments.open));
+    if constexpr (std::is_same_v<Menu, RightClick>) {
+        if (!arguments.picture.empty()) {
+            report.picture = wide(arguments.picture);
+            client.takePicture(*report.picture, click.submenuPosition(arguments.open));
+        }
     }
     if (arguments.pick) {
         report.pick.emplace().offset = *arguments.pick;
@@ -94,14 +104,16 @@ void act(const Arguments& arguments, Client& client, RightClick& click, Report& 
     }
 }
 
+template <class Menu>
 Report rightClick(const Arguments& arguments, Client& client) {
     Report report;
     const Request request = requestFrom(arguments);
-    RightClick click(client);
+    Menu click(client);
     click.open(request);
     report.kind = request.kind;
     report.paths = client.paths();
-    report.dataObject = client.dataObjectSource();
+    report.commands = arguments.modern;
+    report.dataObject = arguments.modern ? "array" : client.dataObjectSource();
     report.result = click.result();
     report.identifiers = click.identifiers();
     report.entries = click.entries(arguments.all);
@@ -125,7 +137,8 @@ int run() {
 
     if (const std::optional<int> code = options::parse(app))
         return *code;
-    const Report report = rightClick(arguments, client);
+    const Report report = arguments.modern ? rightClick<CommandMenu>(arguments, client)
+                                           : rightClick<RightClick>(arguments, client);
     const std::string text = arguments.json ? toJson(report) : toText(report);
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
         throw Failure(kPlatformFailure, "cannot write to standard output");

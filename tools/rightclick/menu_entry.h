@@ -23,6 +23,7 @@ struct MenuEntry {
     bool separator = false;
     bool submenu = false;
     bool grayed = false;
+    bool hidden = false;
     int bitmap = kNoBitmap;  // resource identifier, kNoBitmap or kOtherBitmap
     std::vector<MenuEntry> children;
 

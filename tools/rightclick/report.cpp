@@ -20,6 +20,10 @@ const char* kindName(nmshell::SelectionKind kind) {
     return kKindNames[static_cast<std::size_t>(kind)];
 }
 
+const char* stateName(const MenuEntry& entry) {
+    return entry.hidden ? "hidden" : entry.grayed ? "grayed" : "enabled";
+}
+
 Json bitmapToJson(int bitmap) {
     if (bitmap == kOtherBitmap)
         return "other";
@@ -33,7 +37,7 @@ Json entriesToJson(const std::vector<MenuEntry>& entries) {
         item["type"] = entry.separator ? "separator" : entry.submenu ? "submenu" : "command";
         if (!entry.separator) {
             item["text"] = utf8(entry.text);
-            item["state"] = entry.grayed ? "grayed" : "enabled";
+            item["state"] = stateName(entry);
             item["bitmap"] = bitmapToJson(entry.bitmap);
         }
         item["id"] = entry.id;
@@ -93,13 +97,13 @@ void append(std::string& text, const std::vector<MenuEntry>& entries, std::size_
         }
         text += utf8(entry.text);
         text.append(width - indent - columns(entry.text) + 3, ' ');
-        text += idColumn(entry) + (entry.grayed ? "grayed" : "enabled") + bitmapColumn(entry.bitmap) + '\n';
+        text += idColumn(entry) + stateName(entry) + bitmapColumn(entry.bitmap) + '\n';
         append(text, entry.children, indent + kIndent, width);
     }
 }
 
-std::string pickToText(const Pick& pick) {
-    std::string text = "InvokeCommand " + hexadecimal(pick.result) + '\n';
+std::string pickToText(const Pick& pick, bool commands) {
+    std::string text = (commands ? "Invoke " : "InvokeCommand ") + hexadecimal(pick.result) + '\n';
     for (const Start& start : pick.starts) {
         text += utf8(start.verb) + "  " + utf8(start.file);
         text += start.parameters.empty() ? "\n" : ' ' + utf8(start.parameters) + '\n';
@@ -117,7 +121,7 @@ std::string toJson(const Report& report) {
         json["paths"].push_back(utf8(path));
     json["dataObject"] = report.dataObject;
     json["result"] = hexadecimal(report.result);
-    json["identifiers"] = report.identifiers;
+    json[report.commands ? "commands" : "identifiers"] = report.identifiers;
     json["entries"] = entriesToJson(report.entries);
     if (report.pick)
         json["pick"] = pickToJson(*report.pick);
@@ -133,17 +137,19 @@ std::string toJson(const Report& report) {
 std::string toText(const Report& report) {
     std::string text;
     if (report.helpText)
-        text += FAILED(report.helpText->result)
-                    ? "GetCommandString " + hexadecimal(report.helpText->result) + '\n'
-                    : utf8(report.helpText->text) + '\n';
+        text += FAILED(report.helpText->result) ? (report.commands ? "GetToolTip " : "GetCommandString ") +
+                                                      hexadecimal(report.helpText->result) + '\n'
+                                                : utf8(report.helpText->text) + '\n';
     if (report.pick)
-        text += pickToText(*report.pick);
+        text += pickToText(*report.pick, report.commands);
     if (report.picture)
         text += "wrote " + utf8(*report.picture) + '\n';
     if (!text.empty())
         return text;
-    text = std::string(kindName(report.kind)) + ": QueryContextMenu " + hexadecimal(report.result) + ", " +
-           owlkit::formatNumber<char>(report.identifiers) + " identifiers\n";
+    text = std::string(kindName(report.kind)) +
+           (report.commands ? ": CreateInstance " : ": QueryContextMenu ") + hexadecimal(report.result) +
+           ", " + owlkit::formatNumber<char>(report.identifiers) +
+           (report.commands ? " commands\n" : " identifiers\n");
     append(text, report.entries, kIndent, widest(report.entries, kIndent));
     return text;
 }

@@ -29,6 +29,7 @@ struct Report {
     nmshell::SelectionKind kind = nmshell::SelectionKind::Files;
     std::vector<std::u16string> paths;
     std::string dataObject;
+    bool commands = false;  // of the first level of the menu
     HRESULT result = S_OK;
     std::uint32_t identifiers = 0;
     std::vector<MenuEntry> entries;

@@ -44,7 +44,7 @@ void RightClick::open(const Request& request) {
 
 void RightClick::initialize(const Request& request) {
     const CLSID classId = nmshell::classIdFrom(nmshell::kClassIds[static_cast<std::size_t>(request.kind)]);
-    const HRESULT created = client_.createExtension(classId, receive(extension_));
+    const HRESULT created = client_.createObject(classId, IID_IShellExtInit, receive(extension_));
     if (FAILED(created)) {
         const std::string reason = tools::whyUnavailable(request.kind, client_.usesRegistration());
         if (!reason.empty())

@@ -92,6 +92,24 @@ class RightClickTest(unittest.TestCase):
         refused = self.answer("--pick", 15, self.file, code=6)["pick"]
         self.assertEqual((refused["result"], refused["starts"]), ("0x80004005", []))
 
+    def test_commands_of_the_first_level_are_the_context_menus(self):
+        many = [self.work / f"{number:03}" for number in range(100)]
+        for path in many:
+            path.write_text("")
+        for selection in ([self.file], [self.work, "--language", "de"], [*many, "--icons", "off"]):
+            _, wipe, product, _ = self.answer(*selection)["entries"]
+            answer = self.answer("--modern", *selection)
+            self.assertEqual(answer["entries"], [{**product, "entries": [wipe, *product["entries"]]}])
+            self.assertEqual(answer["commands"], 8)
+            for offset in (0, 7, 9, 10, 11, 12, 13, 14):
+                with self.subTest(offset=offset):
+                    for what in ("--pick", "--help-text"):
+                        self.assertEqual(self.answer("--modern", what, offset, *selection), {
+                            **answer, **{key: value for key, value in self.answer(what, offset, *selection).items()
+                                         if key in ("pick", "helpText")}})
+        self.assertEqual(self.answer("--modern", "--pick", 1, self.file, code=6)["pick"]["starts"], [])
+        self.assertEqual(self.run_client("--modern", "--bin").returncode, 2)
+
     def test_help_texts(self):
         self.assertEqual(self.run_client("--help-text", 8, "--bin").stdout, "Wipe the swap file\n")
         refused = self.run_client("--help-text", 15, "--bin")

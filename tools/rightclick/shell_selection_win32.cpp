@@ -5,6 +5,7 @@
 #include "foundation/path/path.h"
 #include "foundation/path/path_list.h"
 #include "platform/shell.h"
+#include "tools/rightclick/failure.h"
 
 namespace rightclick {
 namespace {
@@ -84,6 +85,19 @@ ComPointer<IDataObject> ShellSelection::dataObject() const {
 
 ComPointer<IContextMenu> ShellSelection::contextMenu() const {
     return ComPointer<IContextMenu>(static_cast<IContextMenu*>(uiObject(IID_IContextMenu)));
+}
+
+ComPointer<IShellItemArray> makeItemArray(const std::vector<std::u16string>& paths) {
+    std::vector<ItemList> items;
+    if (!findItems(SelectionKind::Files, paths, items))
+        throw Failure(kPlatformFailure, "the shell does not know the selected objects");
+    std::vector<PCIDLIST_ABSOLUTE> lists;
+    for (const ItemList& item : items)
+        lists.push_back(item.get());
+    ComPointer<IShellItemArray> array;
+    require(SHCreateShellItemArrayFromIDLists(static_cast<UINT>(lists.size()), lists.data(), receive(array)),
+            "the shell makes no array of the selected objects");
+    return array;
 }
 
 bool dropsObjects(IDataObject& data, SelectionKind kind, std::size_t count) {

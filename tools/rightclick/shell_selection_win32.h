@@ -41,4 +41,8 @@ bool dropsObjects(IDataObject& data, nmshell::SelectionKind kind, std::size_t co
 // A data object that gives CF_HDROP with these paths, and nothing else.
 ComPointer<IDataObject> makeDropObject(const std::vector<std::u16string>& paths);
 
+// The shell's array of the objects with these paths. SHCreateShellItemArrayFromIDLists. A Failure when the
+// shell cannot name them.
+ComPointer<IShellItemArray> makeItemArray(const std::vector<std::u16string>& paths);
+
 }  // namespace rightclick

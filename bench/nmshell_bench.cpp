@@ -8,15 +8,15 @@
 #include "foundation/charset/convert.h"
 #include "foundation/stream/memory_stream.h"
 #include "lang/interlang.h"
-#include "platform/host/com_control.h"
-#include "platform/host/module_control.h"
-#include "platform/host/shell_control.h"
+#include "platform/host/com_host.h"
+#include "platform/host/module_host.h"
+#include "platform/host/shell_host.h"
 #include "testing/handover_in_memory.h"
 
 namespace {
 
-std::vector<platform::DropItem> paths(std::int64_t count) {
-    std::vector<platform::DropItem> items(static_cast<std::size_t>(count));
+std::vector<platform::host::DropItem> paths(std::int64_t count) {
+    std::vector<platform::host::DropItem> items(static_cast<std::size_t>(count));
     for (std::size_t i = 0; i < items.size(); ++i)
         items[i].path = u"C:\\Users\\somebody\\Documents\\a folder with a long name\\file " +
                         std::u16string(i % 40, u'x') + u".txt";
@@ -25,14 +25,14 @@ std::vector<platform::DropItem> paths(std::int64_t count) {
 
 // Linear in the number of paths, or a selection of 50,000 files is felt.
 void collectPaths(benchmark::State& state) {
-    void* list = platform::makeDropList(paths(state.range(0)));
+    void* list = platform::host::makeDropList(paths(state.range(0)));
     for (auto _ : state) {
         platform::host::DataObject data(list);
         owlkit::PathList collected;
         benchmark::DoNotOptimize(nmshell::CollectDroppedPaths(&data, collected));
     }
     state.SetComplexityN(state.range(0));
-    platform::freeDropList(list);
+    platform::host::freeDropList(list);
 }
 BENCHMARK(collectPaths)->RangeMultiplier(10)->Range(1, 100000)->Complexity();
 
@@ -65,8 +65,8 @@ void buildAndInsertMenu(benchmark::State& state) {
     facts.recycleBin = nmshell::RecycleBinState::HoldsItems;
     facts.elevation = owlkit::ElevationState::Limited;
     const owlkit::interlang texts;
-    platform::setModuleFileName(platform::moduleAt(&state), u"/nmshell.dll");
-    nmshell::BitmapCache bitmaps(platform::moduleAt(&state));
+    platform::host::setModuleFileName(platform::host::moduleAt(&state), u"/nmshell.dll");
+    nmshell::BitmapCache bitmaps(platform::host::moduleAt(&state));
     for (auto _ : state) {
         const platform::MenuHandle menu = platform::createMenu();
         nmshell::MenuInserter(1, true, bitmaps)

@@ -4,12 +4,12 @@
 
 #include "comserver/identifiers.h"
 #include "platform/host/fault.h"
-#include "platform/host/registry_control.h"
+#include "platform/host/registry_host.h"
 
 namespace nmshell {
 namespace {
 
-namespace control = platform::registry_control;
+namespace host = platform::host;
 namespace fault = platform::fault;
 using namespace std::string_literals;
 
@@ -18,18 +18,18 @@ constexpr const char16_t* kSettings = u"HKEY_CURRENT_USER\\Software\\NMark Shell
 class SettingsTest : public ::testing::Test {
   protected:
     SettingsTest() {
-        control::reset();
+        host::resetRegistry();
         approve(u"QuietOwl_NMark\0"s);
     }
     ~SettingsTest() override {
         fault::disarm();
-        EXPECT_EQ(control::openHandles(), 0U);
-        control::reset();
+        EXPECT_EQ(host::openKeyCount(), 0U);
+        host::resetRegistry();
     }
 
     static void approve(const std::u16string& text) {
         const std::u16string path = u"HKEY_LOCAL_MACHINE\\" + std::u16string(kApprovalPath);
-        control::putText(path, kFileSystemClassId, platform::kRegSz, text);
+        host::putText(path, kFileSystemClassId, platform::kRegSz, text);
     }
 };
 
@@ -50,12 +50,12 @@ TEST_F(SettingsTest, ApprovalIsTheExactName) {
         EXPECT_EQ(SetShowIcons(true), row.approved);
         EXPECT_TRUE(ShowIcons());
     }
-    control::reset();
+    host::resetRegistry();
     EXPECT_FALSE(IsApproved());
     EXPECT_FALSE(SetEnabled(true));
     EXPECT_FALSE(SetShowIcons(true));
     EXPECT_FALSE(SetLanguageSetting(u"de"));
-    EXPECT_EQ(control::dump().find("NMark Shell"), std::string::npos);
+    EXPECT_EQ(host::dumpRegistry().find("NMark Shell"), std::string::npos);
 }
 
 TEST_F(SettingsTest, OnlyTheRightTypeCounts) {
@@ -84,7 +84,7 @@ TEST_F(SettingsTest, OnlyTheRightTypeCounts) {
     for (const Case& row : cases) {
         SCOPED_TRACE(row.name);
         for (const char16_t* name : {u"Enabled", u"Icons", u"Language"})
-            control::putValue(kSettings, name, row.type, row.bytes);
+            host::putValue(kSettings, name, row.type, row.bytes);
         EXPECT_EQ(IsEnabled(), row.on);
         EXPECT_EQ(ShowIcons(), row.on);
         EXPECT_EQ(GetLanguageSetting(), row.language);
@@ -100,9 +100,9 @@ TEST_F(SettingsTest, WritersAreReadBack) {
     EXPECT_EQ(GetLanguageSetting(), u"Deutsch");
     EXPECT_TRUE(SetEnabled(true));
     EXPECT_TRUE(SetShowIcons(true));
-    EXPECT_NE(control::dump().find("\"Enabled\" 4 01000000\n\"Icons\" 4 01000000\n"), std::string::npos);
+    EXPECT_NE(host::dumpRegistry().find("\"Enabled\" 4 01000000\n\"Icons\" 4 01000000\n"), std::string::npos);
     EXPECT_FALSE(SetLanguageSetting(std::u16string(8191, u'x')));
-    control::denyAccess(kSettings, platform::kKeySetValue);
+    host::denyAccess(kSettings, platform::kKeySetValue);
     EXPECT_FALSE(SetEnabled(false));
     EXPECT_TRUE(IsEnabled());
 }
@@ -110,7 +110,7 @@ TEST_F(SettingsTest, WritersAreReadBack) {
 TEST_F(SettingsTest, OpensEachKeyOnce) {
     for (const bool keyExists : {false, true}) {
         if (keyExists)
-            control::putKey(kSettings);
+            host::putKey(kSettings);
         fault::resetCounts();
         ShellSettings settings;
         EXPECT_TRUE(settings.isEnabled());

@@ -45,15 +45,15 @@ TEST_F(DispatchTest, DoesWhatEachEntryStandsFor) {
     };
     const auto window = reinterpret_cast<platform::WindowRef>(this);
     for (std::uint32_t offset = 0; offset < kCommandCount; ++offset) {
-        platform::setShellExecuteResult(offset % 2 * 42);  // success is not reported
+        host::setShellExecuteResult(offset % 2 * 42);  // success is not reported
         EXPECT_TRUE(dispatch(offset, window, selection_, launcher_));
-        ASSERT_EQ(platform::shellStarts().size(), offset + 1);
+        ASSERT_EQ(host::shellStarts().size(), offset + 1);
         EXPECT_EQ(lastStart(), kStarts[offset]);
-        EXPECT_EQ(platform::shellStarts().back().owner, kStarts[offset].starts_with(site) ? nullptr : window);
+        EXPECT_EQ(host::shellStarts().back().owner, kStarts[offset].starts_with(site) ? nullptr : window);
     }
     for (const std::uint32_t offset : {15u, 0xFFFFu, 0xFFFFFFFFu}) {
         EXPECT_FALSE(dispatch(offset, window, selection_, launcher_));
-        EXPECT_EQ(platform::shellStarts().size(), 15u);
+        EXPECT_EQ(host::shellStarts().size(), 15u);
     }
     fault::arm("GetCursorPos", 1, platform::kErrorAccessDenied);
     EXPECT_TRUE(dispatch(kAdminTrashAll, nullptr, selection_, launcher_));
@@ -61,7 +61,7 @@ TEST_F(DispatchTest, DoesWhatEachEntryStandsFor) {
     launcher_.setModuleFolder(u"");
     for (const std::int64_t result : {33, 32}) {
         owlkit::recordApplicationFolder(result == 33 ? folder() : u"/");  // asked for once
-        platform::setShellExecuteResult(result);
+        host::setShellExecuteResult(result);
         EXPECT_EQ(launcher_.launch(nullptr, u"a.exe", 0, false, {}), result > 32);
         EXPECT_EQ(lastStart(), u"open|" + folder() + u"a.exe|");
     }
@@ -74,7 +74,7 @@ TEST_F(DispatchTest, StartsNothingWithoutAKnownFolder) {
     selection_ = {SelectionKind::Files, 1, {std::u16string(600, u'p')}};
     for (const std::uint32_t offset : {kWipeFiles, kAdminTrashDrive})
         EXPECT_TRUE(dispatch(offset, nullptr, selection_, launcher_));  // what fails to start is not reported
-    EXPECT_TRUE(platform::shellStarts().empty());
+    EXPECT_TRUE(host::shellStarts().empty());
     EXPECT_EQ(files_.made, 0u);
 }
 
@@ -95,10 +95,9 @@ TEST_F(DispatchTest, ElevatesForAVolumeThatIsClosed) {
         selection_.paths = paths;
         fault::arm(operation, 1, platform::kErrorAccessDenied);
         EXPECT_TRUE(dispatch(kWipeDrive, nullptr, selection_, launcher_));
-        EXPECT_EQ(platform::shellStarts().back().verb, verb)
-            << testing::PrintToString(paths.text()) << operation;
+        EXPECT_EQ(host::shellStarts().back().verb, verb) << testing::PrintToString(paths.text()) << operation;
     }
-    const platform::CreateFileArguments& asked = platform::lastCreateFile();
+    const host::CreateFileArguments& asked = host::lastCreateFile();
     EXPECT_TRUE(asked.path == u"\\\\.\\D:");
     EXPECT_TRUE(asked.access == platform::kGenericRead);
     EXPECT_TRUE(asked.share == 3);

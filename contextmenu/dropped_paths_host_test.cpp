@@ -13,7 +13,7 @@ TEST_F(DroppedPathsTest, AreAllThatCanBeReadInOrder) {
     const std::u16string kLong(300, u'l');
     const struct Case {
         const char* name;
-        std::vector<platform::DropItem> items;
+        std::vector<host::DropItem> items;
         owlkit::PathList paths;
     } cases[] = {
         {"none", {}, {}},

@@ -33,11 +33,11 @@ TEST_F(HandoverFileTest, HasNoFolderWhereThereIsNone) {
 // A file with a part of the paths would be a smaller selection, and one that nobody is told of keeps names.
 TEST_F(HandoverFileTest, IsWholeOrNotThere) {
     for (const std::uint32_t bytes : {0u, 1u, 599u, 600u}) {
-        platform::limitWrites(bytes);
+        host::limitWrites(bytes);
         EXPECT_EQ(writeHandoverFile(name_, data_), bytes == 600) << bytes;
         EXPECT_EQ(filesHere(), bytes == 600 ? 1 : 0) << bytes;
     }
-    platform::limitWrites({});
+    host::limitWrites({});
     for (const char* const operation : {"CreateFileW", "GetFileSizeEx", "WriteFile"}) {
         fault::arm(operation, 1, platform::kErrorDiskFull);
         EXPECT_FALSE(writeHandoverFile(name_, data_)) << operation;

@@ -23,7 +23,7 @@ TEST_F(MenuFactsTest, KnowTheSystemDriveAndAskForItOnce) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        platform::setWindowsDirectory(c.windows);
+        host::setWindowsDirectory(c.windows);
         fault::resetCounts();
         SystemDrive drive;
         EXPECT_EQ(drive.holds(u"\\\\?\\Z:\\x"), c.onZ);

@@ -34,9 +34,9 @@ class MenuTest : public HostTest {
         MenuInserter(1000, icons, bitmaps_).insert(menu.get(), position, entries);
     }
 
-    MenuTest() { platform::setModuleFileName(platform::moduleAt(this), folder() + u"nmshell.dll"); }
+    MenuTest() { host::setModuleFileName(host::moduleAt(this), folder() + u"nmshell.dll"); }
 
-    BitmapCache bitmaps_{platform::moduleAt(this)};
+    BitmapCache bitmaps_{host::moduleAt(this)};
 };
 
 // The keys in order, shortened; "!" marks what is grayed, brackets hold a submenu.
@@ -87,12 +87,12 @@ TEST_F(MenuTest, OffersWhatTheSelectionAllows) {
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.name);
-        platform::resetShell();
-        platform::tokenRecord() = {.elevationType = c.elevationType};
+        host::resetShell();
+        host::tokenRecord() = {.elevationType = c.elevationType};
         owlkit::forgetElevation();
         if (c.bin >= 0)
-            platform::setRecycleBin(c.kind == RecycleBin || c.paths.empty() ? u"" : u"D:\\",
-                                    platform::RecycleBin{0, c.bin});
+            host::setRecycleBin(c.kind == RecycleBin || c.paths.empty() ? u"" : u"D:\\",
+                                host::RecycleBin{0, c.bin});
         SystemDrive systemDrive;
         const Selection selection{c.kind, c.count, c.paths};
         const std::string menu = sketch(buildMenu(selection, gatherFacts(selection, systemDrive), {}));

@@ -99,7 +99,7 @@ TEST_F(ExplorerCommandTest, AnswersItsStateAtOnceOrAsksForTime) {
     ItemArray files({u"a"}), drives({u"D:\\"});
     const Ref<IExplorerCommand> file = root(Files), drive = root(Drives);
     const auto fileCommands = children(*file), driveCommands = children(*drive);
-    platform::setRecycleBin(u"D:\\", platform::RecycleBin{0, 0});
+    host::setRecycleBin(u"D:\\", host::RecycleBin{0, 0});
     fault::resetCounts();
     EXPECT_EQ(stateOf(*file, &files, FALSE, ECS_ENABLED), S_OK);
     for (const Ref<IExplorerCommand>& command : fileCommands)
@@ -121,7 +121,7 @@ TEST_F(ExplorerCommandTest, StartsWhatTheContextMenuStarts) {
     for (const Case& c : {Case{"file", Files, {u"C:\\\u00C4 %20.txt"}},
                           Case{"no file among them", Files, {u"a", std::nullopt, u"b"}},
                           Case{"long", Files, {longName, u"b\xD800"}}, Case{"drive", Drives, {u"D:\\"}}}) {
-        std::vector<platform::DropItem> drop;
+        std::vector<host::DropItem> drop;
         for (const auto& path : c.paths)
             drop.push_back({path.value_or(u""), path.has_value()});
         ItemArray items(c.paths);
@@ -144,12 +144,12 @@ TEST_F(ExplorerCommandTest, StartsWhatTheContextMenuStarts) {
         }
         EXPECT_EQ(items.references(), 0u);
     }
-    const std::size_t starts = platform::shellStarts().size();
+    const std::size_t starts = host::shellStarts().size();
     const Ref<IExplorerCommand> wipe = std::move(children(*root(Files))[0]);
     EXPECT_EQ(wipe->Invoke(nullptr, nullptr), E_FAIL);
     setFlag(u"Enabled", false);
     EXPECT_EQ(root(Files)->Invoke(nullptr, nullptr), E_FAIL);
-    EXPECT_EQ(platform::shellStarts().size(), starts);
+    EXPECT_EQ(host::shellStarts().size(), starts);
 }
 
 TEST_F(ExplorerCommandTest, NamesIconsTipsAndItself) {

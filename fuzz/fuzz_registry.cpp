@@ -9,13 +9,13 @@
 #include "foundation/registry/registry_key.h"
 #include "fuzz/fuzz.h"
 #include "platform/host/fault.h"
-#include "platform/host/registry_control.h"
+#include "platform/host/registry_host.h"
 
 using fuzz::require;
 using owlkit::RegistryKey;
 using owlkit::RegistryRoot;
 using owlkit::RegistryValueType;
-using platform::registry_control::putValue;
+using platform::host::putValue;
 
 namespace {
 
@@ -129,7 +129,7 @@ void settings(const Stored& stored) {
     const bool zero = stored.type == 4 && stored.bytes == std::string(4, '\0');
     require(nmshell::ShowIcons() == !zero);
     require(nmshell::GetLanguageSetting() == (stored.type == 1 ? text : u""));
-    platform::registry_control::putText(approvals, nmshell::kFileSystemClassId, 1, nmshell::kHandlerName);
+    platform::host::putText(approvals, nmshell::kFileSystemClassId, 1, nmshell::kHandlerName);
     require(nmshell::IsEnabled() == !zero);
 }
 
@@ -138,7 +138,7 @@ void writeSettings(const Stored& stored) {
     const bool flag = stored.type % 2 != 0;
     const std::u16string approvals = u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath);
     require(!nmshell::SetEnabled(flag) && !nmshell::SetShowIcons(flag) && !nmshell::SetLanguageSetting(text));
-    platform::registry_control::putText(approvals, nmshell::kFileSystemClassId, 1, nmshell::kHandlerName);
+    platform::host::putText(approvals, nmshell::kFileSystemClassId, 1, nmshell::kHandlerName);
     require(nmshell::SetEnabled(flag) && nmshell::IsEnabled() == flag);
     require(nmshell::SetShowIcons(!flag) && nmshell::ShowIcons() == !flag);
     const bool fits = text.size() <= kLongestText;
@@ -217,8 +217,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         writeSettings(stored);
     else
         writeAndRead(stored);
-    require(platform::registry_control::openHandles() == 0);
-    platform::registry_control::reset();
+    require(platform::host::openKeyCount() == 0);
+    platform::host::resetRegistry();
     platform::fault::resetCounts();
     return 0;
 }

@@ -12,8 +12,8 @@
 #include "lang/read_observer.h"
 #include "platform/file.h"
 #include "platform/host/fault.h"
-#include "platform/host/file_record.h"
-#include "platform/host/locale_control.h"
+#include "platform/host/file_host.h"
+#include "platform/host/locale_host.h"
 #include "platform/locale.h"
 #include "testing/temporary.h"
 
@@ -90,8 +90,8 @@ TEST_F(LanguageLoader, OthersMayWriteWhileAFileIsReadInLargePieces) {
     fault::resetCounts();
     EXPECT_EQ(LoadLanguageFile(path(u"a.lang.txt"), table_), u"");
     EXPECT_LE(fault::calls("ReadFile"), 6u);
-    EXPECT_EQ(platform::lastCreateFile().share, platform::kFileShareRead | platform::kFileShareWrite);
-    EXPECT_EQ(platform::lastCreateFile().access, platform::kGenericRead);
+    EXPECT_EQ(platform::host::lastCreateFile().share, platform::kFileShareRead | platform::kFileShareWrite);
+    EXPECT_EQ(platform::host::lastCreateFile().access, platform::kGenericRead);
 }
 
 // A file that can be read no further, or written no further, or that is too large to be read at all.

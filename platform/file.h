@@ -60,7 +60,7 @@ struct FileTraits {
 using FileHandle = UniqueHandle<FileTraits>;
 
 // CreateFileW without security attributes or template. On failure `file` keeps what it held. On the host
-// sharing and all attributes but read-only are recorded (host/file_record.h) and otherwise ignored.
+// sharing and all attributes but read-only are recorded (host/file_host.h) and otherwise ignored.
 Status createFile(const std::u16string& path, std::uint32_t access, std::uint32_t share,
                   std::uint32_t creation, std::uint32_t attributes, FileHandle& file);
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #ifndef _WIN32
-#include "platform/host/locale_control.h"
+#include "platform/host/locale_host.h"
 #endif
 
 namespace platform {

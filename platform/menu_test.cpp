@@ -7,7 +7,7 @@
 #ifdef _WIN32
 #include "platform/win32/win32_api.h"
 #else
-#include "platform/host/menu_control.h"
+#include "platform/host/menu_host.h"
 #endif
 
 namespace platform {

@@ -1,6 +1,6 @@
 #include "shellext/class_factory.h"
 
-#include "platform/host/locale_control.h"
+#include "platform/host/locale_host.h"
 #include "platform/locale.h"
 #include "shellext/exports.h"
 #include "testing/extension.h"
@@ -91,7 +91,7 @@ TEST_F(LanguageTest, FollowsTheSettingWithTheNextClassObject) {
     const owlkit::interlang& texts = module_.texts;
     for (const auto& c : kCases) {
         set(u"Language", c[0]);
-        module_.attach(platform::moduleAt(this));
+        module_.attach(host::moduleAt(this));
         EXPECT_EQ(texts.GetText(u"A"), c[1]);
         EXPECT_EQ(texts.GetText(u"B"), u"Two");  // from the primary language where needed
         set(u"Language", c[2]);
@@ -109,10 +109,10 @@ TEST_F(LanguageTest, FollowsTheSettingWithTheNextClassObject) {
 }
 
 TEST_F(LanguageTest, TakesNoFilesOfTheCurrentFolder) {
-    module_.attach(platform::moduleAt(this));
+    module_.attach(host::moduleAt(this));
     EXPECT_TRUE(module_.languageLoaded);
     fault::arm("GetModuleFileNameW", 1, platform::kErrorAccessDenied);
-    module_.attach(platform::moduleAt(this));
+    module_.attach(host::moduleAt(this));
     EXPECT_FALSE(module_.languageLoaded);
 }
 

@@ -12,13 +12,13 @@
 #include "foundation/registry/registry_key.h"
 #include "foundation/text/text.h"
 #include "platform/host/fault.h"
-#include "platform/host/registry_control.h"
+#include "platform/host/registry_host.h"
 #include "platform/host/utf8.h"
 
 namespace nmshell {
 namespace {
 
-namespace control = platform::registry_control;
+namespace host = platform::host;
 namespace fault = platform::fault;
 using namespace std::string_literals;
 
@@ -27,24 +27,24 @@ const std::u16string kMachine = u"HKEY_LOCAL_MACHINE\\";
 class RegistrationTest : public ::testing::Test {
   protected:
     RegistrationTest() {
-        control::reset();
+        host::resetRegistry();
         const std::string folder = std::filesystem::temp_directory_path().string();
         owlkit::recordApplicationFolder(platform::fromHostName(folder));
         module_ = (std::filesystem::path(folder) / "nmshell.dll").string();
         // A machine with other extensions.
-        control::putText(kMachine + std::u16string(kApprovalPath), u"{other}", platform::kRegSz, u"Other");
+        host::putText(kMachine + std::u16string(kApprovalPath), u"{other}", platform::kRegSz, u"Other");
         for (const char16_t* parent :
              {u"AllFileSystemObjects\\ShellEx\\ContextMenuHandlers\\Other",
               u"Drive\\ShellEx\\ContextMenuHandlers",
               u"CLSID\\{645FF040-5081-101B-9F08-00AA002F954E}\\ShellEx\\ContextMenuHandlers"})
-            control::putKey(kMachine + u"SOFTWARE\\Classes\\" + parent);
-        control::putKey(u"HKEY_CURRENT_USER\\Software");
-        before_ = control::dump();
+            host::putKey(kMachine + u"SOFTWARE\\Classes\\" + parent);
+        host::putKey(u"HKEY_CURRENT_USER\\Software");
+        before_ = host::dumpRegistry();
     }
     ~RegistrationTest() override {
         fault::disarm();
-        EXPECT_EQ(control::openHandles(), 0U);
-        control::reset();
+        EXPECT_EQ(host::openKeyCount(), 0U);
+        host::resetRegistry();
         owlkit::recordApplicationFolder(u"");
     }
 
@@ -90,11 +90,11 @@ TEST_F(RegistrationTest, WritesEveryKeyAndTakesThemAway) {
     for (const auto& [from, to] : shortened)
         expected = owlkit::replaceAll(expected, from, to);
     const std::regex keyWithoutValues(R"(\[[^\n]*\n(?=\[|$))");
-    EXPECT_EQ(std::regex_replace(control::dump(), keyWithoutValues, ""), expected);
+    EXPECT_EQ(std::regex_replace(host::dumpRegistry(), keyWithoutValues, ""), expected);
     EXPECT_TRUE(SetEnabled(true));
     for (int time = 1; time <= 2; ++time) {
         UnregisterExtension();
-        EXPECT_EQ(control::dump(), before_);
+        EXPECT_EQ(host::dumpRegistry(), before_);
     }
 }
 
@@ -114,15 +114,15 @@ TEST_F(RegistrationTest, AFailingRepeatTakesBackOnlyWhatItWrote) {
         {"the first approval", [] {}, "RegSetValueExW", 1, false, RegistrationResult::NothingChanged},
         {"the third approval", [] {}, "RegSetValueExW", 3, true, RegistrationResult::NothingChanged},
         {"after another text",
-         [&] { control::putText(approvals, kFileSystemClassId, platform::kRegSz, u"Other\0"s); },
+         [&] { host::putText(approvals, kFileSystemClassId, platform::kRegSz, u"Other\0"s); },
          "RegSetValueExW", 3, false, RegistrationResult::NothingChanged},
         {"after a missing one", [&] { dropApproval(kDriveClassId); }, "RegSetValueExW", 3, false,
          RegistrationResult::NothingChanged},
         {"another text for good",
-         [&] { control::putText(approvals, kFileSystemClassId, platform::kRegSz, u"Other\0"s); },
+         [&] { host::putText(approvals, kFileSystemClassId, platform::kRegSz, u"Other\0"s); },
          "RegSetValueExW", 2, true, RegistrationResult::Incomplete},
         {"after a number",
-         [&] { control::putText(approvals, kFileSystemClassId, platform::kRegDword, u"\1"s + u'\0'); },
+         [&] { host::putText(approvals, kFileSystemClassId, platform::kRegDword, u"\1"s + u'\0'); },
          "RegSetValueExW", 2, false, RegistrationResult::Incomplete},
         {"a handler", [] {}, "RegCreateKeyExW", 2, false, RegistrationResult::Removed},
         {"the last value", [] {}, "RegSetValueExW", 12, false, RegistrationResult::Removed},
@@ -131,16 +131,16 @@ TEST_F(RegistrationTest, AFailingRepeatTakesBackOnlyWhatItWrote) {
         SCOPED_TRACE(c.name);
         ASSERT_TRUE(RegisterExtension());
         c.before();
-        const std::string old = control::dump();
+        const std::string old = host::dumpRegistry();
         fault::arm(c.operation, c.nth, platform::kErrorAccessDenied, c.forGood);
         EXPECT_EQ(tryRegisterExtension(), c.result);
         EXPECT_TRUE(fault::fired());
         fault::disarm();
         if (c.result != RegistrationResult::Incomplete) {
-            EXPECT_EQ(control::dump(), c.result == RegistrationResult::Removed ? before_ : old);
+            EXPECT_EQ(host::dumpRegistry(), c.result == RegistrationResult::Removed ? before_ : old);
         }
         UnregisterExtension();
-        EXPECT_EQ(control::dump(), before_);
+        EXPECT_EQ(host::dumpRegistry(), before_);
     }
 }
 
@@ -150,9 +150,9 @@ TEST_F(RegistrationTest, WritesNothingWithoutFolderOrApprovals) {
     EXPECT_FALSE(RegisterExtension());
     EXPECT_EQ(fault::calls("Reg*"), 0U);
     owlkit::recordApplicationFolder(u"/");
-    control::denyAccess(kMachine + std::u16string(kApprovalPath), platform::kKeySetValue);
+    host::denyAccess(kMachine + std::u16string(kApprovalPath), platform::kKeySetValue);
     EXPECT_FALSE(RegisterExtension());
-    EXPECT_EQ(control::dump(), before_);
+    EXPECT_EQ(host::dumpRegistry(), before_);
 }
 
 }  // namespace

@@ -106,14 +106,14 @@ TEST_F(ShellMenuTest, InvokesByOffsetOnly) {
     wide.lpVerbW = u"properties";
     auto* const info = reinterpret_cast<CMINVOKECOMMANDINFO*>(&wide);
     EXPECT_EQ(menu->InvokeCommand(info), E_FAIL);
-    EXPECT_TRUE(platform::shellStarts().empty());
+    EXPECT_TRUE(host::shellStarts().empty());
     wide.lpVerb = reinterpret_cast<LPCSTR>(UINT_PTR{kStandalone});
     wide.lpVerbW = nullptr;
     EXPECT_EQ(menu->InvokeCommand(info), S_OK);
     wide.fMask = 0;
     wide.lpVerbW = u"not looked at";
     EXPECT_EQ(menu->InvokeCommand(info), S_OK);
-    platform::setShellExecuteResult(5);
+    host::setShellExecuteResult(5);
     EXPECT_EQ(invoke(menu, 0), S_OK);
     EXPECT_TRUE(lastStart().starts_with(u"open|C:\\App\\nmark.exe|-cmd 101 -cent "));
     LaunchRequest request;

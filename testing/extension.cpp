@@ -4,25 +4,23 @@
 
 namespace test {
 
-namespace control = platform::registry_control;
-
 ExtensionTest::ExtensionTest() {
     approve(u"QuietOwl_NMark");
-    platform::setModuleFileName(platform::moduleAt(this), folder() + u"nmshell.dll");
+    host::setModuleFileName(host::moduleAt(this), folder() + u"nmshell.dll");
     std::filesystem::create_directory("langs");
     makeFile("langs/all.lang.txt", "KEY: A\nLANG: de\nTEXT: Eins\nLANG: en\nTEXT: One\nKEY: B\nTEXT: Two");
     module_.languageLoaded = true;
     module_.folder = u"C:\\App\\";
-    module_.bitmaps.setModule(platform::moduleAt(this));
+    module_.bitmaps.setModule(host::moduleAt(this));
 }
 
 void ExtensionTest::approve(std::u16string_view text) {
-    control::putText(u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath),
-                     nmshell::kFileSystemClassId, platform::kRegSz, text);
+    host::putText(u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath),
+                  nmshell::kFileSystemClassId, platform::kRegSz, text);
 }
 
 void ExtensionTest::set(const char16_t* name, std::u16string_view text, std::uint32_t type) {
-    control::putText(u"HKEY_CURRENT_USER\\Software\\NMark Shell", name, type, text);
+    host::putText(u"HKEY_CURRENT_USER\\Software\\NMark Shell", name, type, text);
 }
 
 void ExtensionTest::setFlag(const char16_t* name, bool on) {
@@ -40,14 +38,13 @@ Ref<IContextMenu> ExtensionTest::create(const Ref<IClassFactory>& factory) {
         [&](void** object) { return factory->CreateInstance(nullptr, IID_IContextMenu, object); });
 }
 
-Ref<IContextMenu> ExtensionTest::extension(nmshell::SelectionKind kind,
-                                           std::vector<platform::DropItem> items) {
+Ref<IContextMenu> ExtensionTest::extension(nmshell::SelectionKind kind, std::vector<host::DropItem> items) {
     Ref<IContextMenu> menu = create(factory(kind));
     EXPECT_EQ(initialize(menu, std::move(items)), module_.languageLoaded ? S_OK : E_FAIL);
     return menu;
 }
 
-HRESULT ExtensionTest::initialize(const Ref<IContextMenu>& menu, std::vector<platform::DropItem> items) {
+HRESULT ExtensionTest::initialize(const Ref<IContextMenu>& menu, std::vector<host::DropItem> items) {
     Drop drop(std::move(items));
     return query<IShellExtInit>(menu, IID_IShellExtInit)->Initialize(nullptr, &drop.data, nullptr);
 }

@@ -45,8 +45,8 @@ class ExtensionTest : public HostTest {
     Ref<IClassFactory> factory(nmshell::SelectionKind kind);
     static Ref<IContextMenu> create(const Ref<IClassFactory>& factory);
     // An object for `kind` that was given the dropped paths.
-    Ref<IContextMenu> extension(nmshell::SelectionKind kind, std::vector<platform::DropItem> items = {});
-    static HRESULT initialize(const Ref<IContextMenu>& menu, std::vector<platform::DropItem> items = {});
+    Ref<IContextMenu> extension(nmshell::SelectionKind kind, std::vector<host::DropItem> items = {});
+    static HRESULT initialize(const Ref<IContextMenu>& menu, std::vector<host::DropItem> items = {});
     // The number of identifiers used in an empty menu, which then has `shown_` items.
     HRESULT show(const Ref<IContextMenu>& menu, UINT flags = 0, UINT first = 7, UINT last = 8);
     static HRESULT invoke(const Ref<IContextMenu>& menu, UINT_PTR verb);

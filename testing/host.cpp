@@ -10,15 +10,7 @@ namespace test {
 HostTest::HostTest() {
     std::filesystem::current_path(folder_.path());
     setenv("TMPDIR", folder_.path().c_str(), 1);
-    fault::disarm();
-    fault::resetCounts();
-    platform::limitWrites({});
-    platform::registry_control::reset();
-    platform::resetShell();
-    platform::resetModules();
-    host::userInterface() = {};
-    host::releasedMedia() = 0;
-    platform::tokenRecord() = {};
+    host::resetAll();
     owlkit::forgetElevation();
     owlkit::recordApplicationFolder(u"");
 }
@@ -27,15 +19,15 @@ HostTest::~HostTest() {
     fault::disarm();
     EXPECT_EQ(host::userInterface().liveMenus, 0);
     EXPECT_EQ(host::userInterface().liveBitmaps, 0);
-    EXPECT_EQ(platform::openHandleCount(), 0u);
-    EXPECT_EQ(platform::registry_control::openHandles(), 0u);
-    EXPECT_EQ(platform::openFileCount(), 0);
+    EXPECT_EQ(host::openHandleCount(), 0u);
+    EXPECT_EQ(host::openKeyCount(), 0u);
+    EXPECT_EQ(host::openFileCount(), 0);
     unsetenv("TMPDIR");
     std::filesystem::current_path("/");
 }
 
 std::u16string HostTest::lastStart() {
-    const platform::ShellStart& start = platform::shellStarts().back();
+    const host::ShellStart& start = host::shellStarts().back();
     EXPECT_EQ(start.show, 1);
     EXPECT_FALSE(start.hasFolder);
     return start.verb + u'|' + start.file + u'|' + start.parameters;

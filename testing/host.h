@@ -8,14 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/host/com_control.h"
-#include "platform/host/fault.h"
-#include "platform/host/file_record.h"
-#include "platform/host/menu_control.h"
-#include "platform/host/module_control.h"
-#include "platform/host/process_control.h"
-#include "platform/host/registry_control.h"
-#include "platform/host/shell_control.h"
+#include "platform/host/all_host.h"
 #include "platform/host/utf8.h"
 #include "testing/temporary.h"
 
@@ -41,8 +34,8 @@ class HostTest : public testing::Test {
 
 // A drop list and the data object that hands it out.
 struct Drop {
-    explicit Drop(std::vector<platform::DropItem> items) : global(platform::makeDropList(std::move(items))) {}
-    ~Drop() { platform::freeDropList(global); }
+    explicit Drop(std::vector<host::DropItem> items) : global(host::makeDropList(std::move(items))) {}
+    ~Drop() { host::freeDropList(global); }
 
     void* global;
     host::DataObject data{global};

@@ -5,7 +5,7 @@
 #include "foundation/charset/convert.h"
 #include "foundation/charset/locale_info.h"
 #include "platform/host/fault.h"
-#include "platform/host/locale_control.h"
+#include "platform/host/locale_host.h"
 #include "platform/locale.h"
 
 namespace owlkit {

@@ -2,7 +2,7 @@
 
 #include "foundation/process/captured_run.h"
 #include "platform/host/fault.h"
-#include "platform/host/process_control.h"
+#include "platform/host/process_host.h"
 #include "testing/echo_child.h"
 #include "testing/temporary.h"
 
@@ -10,6 +10,7 @@ namespace owlkit {
 namespace {
 
 using namespace test;
+namespace host = platform::host;
 
 std::ptrdiff_t openDescriptors() {
     using Iterator = std::filesystem::directory_iterator;
@@ -28,7 +29,7 @@ TEST(RunCapturedOnHost, BuildsTheCommandLine) {
     for (const auto& [program, arguments, commandLine] : kCases) {
         std::string output;
         ASSERT_EQ(runCaptured(program, arguments, output), 0u);
-        const platform::ProcessStart& start = platform::processStarts().back();
+        const host::ProcessStart& start = host::processStarts().back();
         EXPECT_EQ(start.program, program);
         EXPECT_EQ(start.commandLine, commandLine);
         EXPECT_TRUE(start.inheritHandles);
@@ -47,7 +48,7 @@ TEST(RunCapturedOnHost, SurvivesEveryFailingCall) {
         EXPECT_EQ(runCaptured(echoChild(), u"print x", output), 1u);
         EXPECT_TRUE(platform::fault::fired());
         EXPECT_EQ(output, "before");
-        EXPECT_EQ(platform::openHandleCount(), 0u);
+        EXPECT_EQ(host::openHandleCount(), 0u);
         EXPECT_EQ(openDescriptors(), descriptors);
     }
     bool fired = true;
@@ -59,7 +60,7 @@ TEST(RunCapturedOnHost, SurvivesEveryFailingCall) {
         const std::uint32_t result = runCaptured(echoChild(), u"bytes 5000", output);
         fired = platform::fault::fired();
         EXPECT_EQ(output, result == 1 ? "before" : echoChildLetters(fired ? output.size() : 5000));
-        EXPECT_EQ(platform::openHandleCount(), 0u);
+        EXPECT_EQ(host::openHandleCount(), 0u);
         EXPECT_EQ(openDescriptors(), descriptors);
     }
     platform::fault::disarm();

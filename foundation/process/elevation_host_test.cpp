@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/host/fault.h"
-#include "platform/host/process_control.h"
+#include "platform/host/process_host.h"
 
 namespace owlkit {
 namespace {
@@ -26,22 +26,22 @@ TEST(Elevation, IsReadFromTheToken) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        platform::tokenRecord() = {.elevationType = c.type, .returnedLength = c.length};
+        platform::host::tokenRecord() = {.elevationType = c.type, .returnedLength = c.length};
         platform::fault::arm(c.fault, 1, platform::kErrorAccessDenied);
         EXPECT_EQ(queryElevation(), c.state);
         platform::fault::disarm();
-        EXPECT_EQ(platform::openHandleCount(), 0u);
+        EXPECT_EQ(platform::host::openHandleCount(), 0u);
         const bool reached = std::string_view(c.fault) != "OpenProcessToken";
-        EXPECT_EQ(platform::tokenRecord().opened,
+        EXPECT_EQ(platform::host::tokenRecord().opened,
                   std::vector<std::uint32_t>(reached ? 1 : 0, platform::kTokenQuery));
     }
 }
 
 TEST(Elevation, IsCachedUntilForgotten) {
     forgetElevation();
-    platform::tokenRecord() = {.elevationType = platform::kElevationTypeDefault};
+    platform::host::tokenRecord() = {.elevationType = platform::kElevationTypeDefault};
     EXPECT_EQ(cachedElevation(), ElevationState::Unknown);
-    platform::tokenRecord().elevationType = platform::kElevationTypeFull;
+    platform::host::tokenRecord().elevationType = platform::kElevationTypeFull;
     EXPECT_EQ(cachedElevation(), ElevationState::Unknown);
     forgetElevation();
     EXPECT_EQ(cachedElevation(), ElevationState::Full);

@@ -4,7 +4,7 @@
 
 #include "foundation/process/folders.h"
 #include "platform/host/fault.h"
-#include "platform/host/shell_control.h"
+#include "platform/host/shell_host.h"
 #include "testing/echo_child.h"
 #include "testing/temporary.h"
 
@@ -12,6 +12,7 @@ namespace owlkit {
 namespace {
 
 using namespace test;
+namespace host = platform::host;
 
 TEST(FoldersOnHost, EveryCodeAsksItsSource) {
     const TemporaryFolder test;
@@ -19,9 +20,9 @@ TEST(FoldersOnHost, EveryCodeAsksItsSource) {
         std::filesystem::create_directory(test / name);
     recordApplicationFolder((test / "application").u16string());
     setenv("USERPROFILE", (test / "profile").c_str(), 1);
-    platform::setFolderPath(26, (test / "roaming").u16string());
-    platform::setFolderPath(28, (test / "local").u16string());
-    platform::setFolderPath(35, (test / "common").u16string());
+    host::setFolderPath(26, (test / "roaming").u16string());
+    host::setFolderPath(28, (test / "local").u16string());
+    host::setFolderPath(35, (test / "common").u16string());
     const struct Case {
         std::uint32_t code;
         const char* folder;
@@ -53,7 +54,7 @@ TEST(FoldersOnHost, EveryCodeAsksItsSource) {
         }
     }
     platform::fault::disarm();
-    platform::resetShell();
+    host::resetShell();
     recordApplicationFolder(u"");
 }
 

@@ -2,8 +2,8 @@
 
 #include "foundation/process/shell_run.h"
 #include "platform/host/fault.h"
-#include "platform/host/process_control.h"
-#include "platform/host/shell_control.h"
+#include "platform/host/process_host.h"
+#include "platform/host/shell_host.h"
 #include "testing/echo_child.h"
 #include "testing/temporary.h"
 
@@ -11,12 +11,13 @@ namespace owlkit {
 namespace {
 
 using namespace test;
+namespace host = platform::host;
 
 class ShellRunOnHost : public testing::Test {
   protected:
     ~ShellRunOnHost() override {
-        EXPECT_EQ(platform::openHandleCount(), 0u);
-        platform::resetShell();
+        EXPECT_EQ(host::openHandleCount(), 0u);
+        host::resetShell();
         platform::fault::disarm();
     }
 };
@@ -43,14 +44,14 @@ TEST_F(ShellRunOnHost, StartsAndWaits) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        platform::shellStarts().clear();
-        platform::setShellExecuteResult(c.executeResult);
-        platform::setShellProcess(c.exitCode);
+        host::shellStarts().clear();
+        host::setShellExecuteResult(c.executeResult);
+        host::setShellProcess(c.exitCode);
         platform::fault::arm(c.fault, 1, platform::kErrorAccessDenied);
         EXPECT_EQ(runShell(c.file, u"-x \"y z\"", c.wait), c.result);
         const bool reached = *c.file != u'\0' && std::string_view(c.fault) != "ShellExecuteExW";
-        EXPECT_EQ(platform::shellStarts().size(), reached ? 1u : 0u);
-        for (const platform::ShellStart& start : platform::shellStarts()) {
+        EXPECT_EQ(host::shellStarts().size(), reached ? 1u : 0u);
+        for (const host::ShellStart& start : host::shellStarts()) {
             EXPECT_TRUE(start.extended);
             EXPECT_EQ(start.verb, u"open");
             EXPECT_EQ(start.file, c.file);
@@ -58,11 +59,11 @@ TEST_F(ShellRunOnHost, StartsAndWaits) {
             EXPECT_EQ(start.show, 1);
             EXPECT_EQ(start.mask, c.wait ? 1344u : 1280u);
         }
-        EXPECT_EQ(platform::openHandleCount(), 0u);
+        EXPECT_EQ(host::openHandleCount(), 0u);
     }
-    platform::setShellExecuteResult(42);
+    host::setShellExecuteResult(42);
     platform::fault::disarm();
-    platform::startShellProgramsForReal(true);
+    host::startShellProgramsForReal(true);
     EXPECT_EQ(runShell(echoChild(), u"exit  7", true), 7);
     EXPECT_EQ(runShell(echoChild() + u".missing", u"", true), -1);
 }
@@ -94,20 +95,20 @@ TEST_F(ShellRunOnHost, OpensWhatItsKindAllows) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        platform::shellStarts().clear();
+        host::shellStarts().clear();
         EXPECT_EQ(openWithShell(OpenKind{c.kind}, c.target), !c.started.empty());
-        ASSERT_EQ(platform::shellStarts().size(), c.started.empty() ? 0u : 1u);
+        ASSERT_EQ(host::shellStarts().size(), c.started.empty() ? 0u : 1u);
         if (c.started.empty())
             continue;
-        const platform::ShellStart& start = platform::shellStarts()[0];
+        const host::ShellStart& start = host::shellStarts()[0];
         EXPECT_EQ(start.verb, u"open");
         EXPECT_EQ(start.file, c.started);
         EXPECT_EQ(start.parameters, u"");
         EXPECT_EQ(start.show, 1);
         EXPECT_EQ(start.mask, 1280u);
-        platform::setShellExecuteResult(5);
+        host::setShellExecuteResult(5);
         EXPECT_FALSE(openWithShell(OpenKind{c.kind}, c.target));
-        platform::setShellExecuteResult(42);
+        host::setShellExecuteResult(42);
     }
 }
 

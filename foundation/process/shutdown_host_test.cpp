@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/host/fault.h"
-#include "platform/host/process_control.h"
+#include "platform/host/process_host.h"
 
 namespace owlkit {
 namespace {
@@ -16,7 +16,7 @@ TEST(Shutdown, AsksForTheModeUnderItsPrivilege) {
     } cases[] = {{1, false, 0}, {2, false, 8}, {3, false, 2}, {1, true, 16}, {2, true, 24}, {3, true, 18}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.flags);
-        platform::TokenRecord& record = platform::tokenRecord() = {};
+        platform::host::TokenRecord& record = platform::host::tokenRecord() = {};
         EXPECT_TRUE(shutdownSystem(ShutdownMode{c.mode}, c.force));
         EXPECT_EQ(record.opened, std::vector<std::uint32_t>{40});
         ASSERT_TRUE(record.adjusted.size() == 1);
@@ -37,12 +37,12 @@ TEST(Shutdown, TouchesNothingForAnotherMode) {
 TEST(Shutdown, StopsAtEveryFailingCall) {
     std::uint32_t failures = 0;
     for (;; ++failures) {
-        platform::tokenRecord() = {};
+        platform::host::tokenRecord() = {};
         platform::fault::arm("*", failures + 1, platform::kErrorNotAllAssigned);
         const bool done = shutdownSystem(ShutdownMode::PowerOff, true);
-        EXPECT_EQ(platform::openHandleCount(), 0u);
+        EXPECT_EQ(platform::host::openHandleCount(), 0u);
         EXPECT_EQ(done, !platform::fault::fired());
-        EXPECT_EQ(platform::tokenRecord().exits.size(), done ? 1u : 0u);
+        EXPECT_EQ(platform::host::tokenRecord().exits.size(), done ? 1u : 0u);
         if (done)
             break;
     }

@@ -2,24 +2,24 @@
 
 #include "foundation/registry/registry_key.h"
 #include "platform/host/fault.h"
-#include "platform/host/registry_control.h"
+#include "platform/host/registry_host.h"
 #include "testing/registry.h"
 
 namespace owlkit {
 namespace {
 
 using namespace test;
+namespace host = platform::host;
 
-namespace control = platform::registry_control;
 namespace fault = platform::fault;
 
 class RegistryHiveTest : public ::testing::Test {
   protected:
-    RegistryHiveTest() { control::reset(); }
+    RegistryHiveTest() { host::resetRegistry(); }
     ~RegistryHiveTest() override {
         fault::disarm();
-        EXPECT_EQ(control::openHandles(), 0U);
-        control::reset();
+        EXPECT_EQ(host::openKeyCount(), 0U);
+        host::resetRegistry();
     }
 };
 
@@ -30,11 +30,11 @@ TEST_F(RegistryHiveTest, AsksForTheRightsOfEachOperation) {
         RegistryKey key;
         key.setView(static_cast<RegistryView>(view));
         const std::pair<bool, std::uint32_t> asked[] = {
-            {key.create(kUser, u"k"), control::lastAccessMask()},
-            {key.open(kUser, u"k", RegistryMode::ReadOnly), control::lastAccessMask()},
-            {key.open(kUser, u"k", RegistryMode::ReadWrite), control::lastAccessMask()},
-            {key.exists(kUser, u"k"), control::lastAccessMask()},
-            {key.isWritable(kUser, u"k"), control::lastAccessMask()}};
+            {key.create(kUser, u"k"), host::lastRegistryAccess()},
+            {key.open(kUser, u"k", RegistryMode::ReadOnly), host::lastRegistryAccess()},
+            {key.open(kUser, u"k", RegistryMode::ReadWrite), host::lastRegistryAccess()},
+            {key.exists(kUser, u"k"), host::lastRegistryAccess()},
+            {key.isWritable(kUser, u"k"), host::lastRegistryAccess()}};
         const std::uint32_t masks[] = {0xF003F, 0x20019, 0x2001F, 0x20019, 0x20006};
         for (std::size_t i = 0; i < std::size(masks); ++i)
             EXPECT_EQ(asked[i], std::pair(true, masks[i] | viewFlags[view]));
@@ -43,9 +43,9 @@ TEST_F(RegistryHiveTest, AsksForTheRightsOfEachOperation) {
 
 TEST_F(RegistryHiveTest, DeletesInTheViewWhereTheSystemCan) {
     for (const bool exported : {true, false}) {
-        control::putKey(u"HKEY_LOCAL_MACHINE\\Software\\Key");
-        control::putKey(u"HKEY_LOCAL_MACHINE\\Software\\Wow6432Node\\Key");
-        control::exportDeleteKeyEx(exported);
+        host::putKey(u"HKEY_LOCAL_MACHINE\\Software\\Key");
+        host::putKey(u"HKEY_LOCAL_MACHINE\\Software\\Wow6432Node\\Key");
+        host::exportDeleteKeyEx(exported);
         RegistryKey key;
         key.setView(RegistryView::Bits32);
         EXPECT_TRUE(key.deleteKey(RegistryRoot::LocalMachine, u"Software\\Key"));
@@ -60,7 +60,7 @@ TEST_F(RegistryHiveTest, TextThatChangesWhileItIsRead) {
     ASSERT_TRUE(key.create(kUser, u"k"));
     const auto readWhile = [&](const std::u16string& before, const std::u16string& after) {
         key.writeString(u"v", before);
-        control::afterSizeQuery([&key, after] { key.writeString(u"v", after); });
+        host::afterSizeQuery([&key, after] { key.writeString(u"v", after); });
         return key.readString(u"v");
     };
     EXPECT_EQ(readWhile(u"a longer text", u"short"), u"short");
@@ -69,7 +69,7 @@ TEST_F(RegistryHiveTest, TextThatChangesWhileItIsRead) {
 
 TEST_F(RegistryHiveTest, ReportsFailingCalls) {
     RegistryKey key;
-    control::putKey(u"HKEY_CURRENT_USER\\k\\below");
+    host::putKey(u"HKEY_CURRENT_USER\\k\\below");
     ASSERT_TRUE(key.create(kUser, u"k"));
     key.writeExpandableString(u"t", u"%PATH%");
     key.writeDword(u"n", 1);
@@ -93,13 +93,13 @@ TEST_F(RegistryHiveTest, ReportsFailingCalls) {
         {"ExpandEnvironmentStringsW", 1, "%PATH%",
          [&] { return outcome([&] { return key.readExpandedString(u"t"); }); }},
     };
-    const std::string before = control::dump();
+    const std::string before = host::dumpRegistry();
     for (const Case& row : cases) {
         SCOPED_TRACE(row.function);
         fault::arm(row.function, row.nth, platform::kErrorNotEnoughMemory);
         EXPECT_EQ(row.action(), row.result);
         EXPECT_TRUE(fault::fired());
-        EXPECT_EQ(control::dump(), before);
+        EXPECT_EQ(host::dumpRegistry(), before);
     }
     ASSERT_TRUE(key.create(kUser, u"k\\below"));
     fault::arm("RegCreateKeyExW", 1, platform::kErrorAccessDenied);

@@ -4,13 +4,14 @@
 
 #include "foundation/stream/file_stream.h"
 #include "platform/host/fault.h"
-#include "platform/host/file_record.h"
+#include "platform/host/file_host.h"
 #include "testing/streams.h"
 
 namespace owlkit {
 namespace {
 
 using namespace test;
+namespace host = platform::host;
 
 namespace fault = platform::fault;
 
@@ -44,14 +45,14 @@ TEST(FileStreamHost, AsksThePlatformForWhatTheFlagsSay) {
         FileStream stream;
         fault::resetCounts();
         EXPECT_TRUE(stream.open(file.name(), OpenMode{c.flags}));
-        const platform::CreateFileArguments& given = platform::lastCreateFile();
+        const host::CreateFileArguments& given = host::lastCreateFile();
         std::ostringstream asked;
         asked << std::hex << given.access << ' ' << given.share << ' ' << given.creation << ' '
               << given.attributes;
         EXPECT_EQ(asked.str(), c.asked) << std::hex << c.flags;
         EXPECT_EQ(fault::calls("DeviceIoControl"), c.flags == 0x7FF00300 ? 1u : 0u);
     }
-    EXPECT_EQ(platform::openFileCount(), 0);
+    EXPECT_EQ(host::openFileCount(), 0);
 }
 
 // A text of ordinary size, line by line, costs a handful of calls; position and size are right after every
@@ -130,7 +131,7 @@ void runWithFault() {
         if (stream.isOpen())
             static_cast<void>(stream.flush());
     }
-    EXPECT_EQ(platform::openFileCount(), stream.isOpen() ? 1 : 0);
+    EXPECT_EQ(host::openFileCount(), stream.isOpen() ? 1 : 0);
     EXPECT_EQ(file.content(), model);
 }
 
@@ -140,7 +141,7 @@ TEST(FileStreamHost, SurvivesAFailureOfEveryCall) {
         SCOPED_TRACE(++nth);
         fault::arm("*", nth, platform::kErrorDiskFull);
         runWithFault();
-        EXPECT_EQ(platform::openFileCount(), 0);
+        EXPECT_EQ(host::openFileCount(), 0);
     } while (fault::fired());
     EXPECT_GT(nth, 1u);
     fault::disarm();

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-#include "platform/host/com_control.h"
+#include "platform/host/com_host.h"
 #include "platform/host/fault.h"
 
 const IID IID_IUnknown = {0x00000000, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
@@ -23,6 +23,10 @@ namespace platform::host {
 std::uint32_t& releasedMedia() {
     static std::uint32_t count = 0;
     return count;
+}
+
+void resetCom() {
+    releasedMedia() = 0;
 }
 
 DataObject::DataObject(HGLOBAL dropList, HRESULT result, DWORD tymed)

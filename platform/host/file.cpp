@@ -14,7 +14,7 @@
 #include <mutex>
 
 #include "platform/host/fault.h"
-#include "platform/host/file_record.h"
+#include "platform/host/file_host.h"
 #include "platform/host/utf8.h"
 #include "platform/one_name.h"
 
@@ -25,12 +25,12 @@ struct HostFile {
     int descriptor;
 };
 
-CreateFileArguments& lastArguments() {
-    static CreateFileArguments arguments;
+host::CreateFileArguments& lastArguments() {
+    static host::CreateFileArguments arguments;
     return arguments;
 }
 
-void record(CreateFileArguments arguments) {
+void record(host::CreateFileArguments arguments) {
     static std::mutex guard;
     const std::lock_guard lock(guard);
     lastArguments() = std::move(arguments);
@@ -132,6 +132,8 @@ std::optional<std::u16string> fitted(std::u16string text, std::size_t bufferSize
 
 }  // namespace
 
+namespace host {
+
 const CreateFileArguments& lastCreateFile() {
     return lastArguments();
 }
@@ -143,6 +145,13 @@ void limitWrites(std::optional<std::uint32_t> bytes) {
 int openFileCount() {
     return openFiles();
 }
+
+void resetFiles() {
+    writeLimit().reset();
+    lastArguments() = {};
+}
+
+}  // namespace host
 
 void FileTraits::close(Type file) noexcept {
     const std::unique_ptr<HostFile> owned(static_cast<HostFile*>(file));

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "platform/host/fault.h"
-#include "platform/host/locale_control.h"
+#include "platform/host/locale_host.h"
 #include "platform/host/utf8.h"
 
 namespace platform {

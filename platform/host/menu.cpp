@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "platform/host/fault.h"
-#include "platform/host/menu_control.h"
-#include "platform/host/module_control.h"
+#include "platform/host/menu_host.h"
+#include "platform/host/module_host.h"
 
 namespace platform {
 namespace {
@@ -37,6 +37,10 @@ Menu& menu(MenuRef reference) {
 UserInterface& userInterface() {
     static UserInterface instance;
     return instance;
+}
+
+void resetMenus() {
+    userInterface() = {};
 }
 
 std::uint32_t bitmapId(BitmapRef bitmap) {
@@ -91,7 +95,7 @@ BitmapHandle loadBitmap(ModuleRef module, std::uint32_t id, int width, int heigh
         const std::lock_guard lock(guard());
         ui.loads.push_back({id, width, height, flags});
     }
-    if (!hasModule(module))
+    if (!host::hasModule(module))
         return {};
     if (ui.duringLoad)
         std::exchange(ui.duringLoad, nullptr)();

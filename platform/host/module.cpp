@@ -5,7 +5,7 @@
 #include <system_error>
 
 #include "platform/host/fault.h"
-#include "platform/host/module_control.h"
+#include "platform/host/module_host.h"
 #include "platform/host/utf8.h"
 
 namespace platform {
@@ -33,6 +33,8 @@ std::u16string moduleFileName(ModuleRef module) {
                              : std::u16string();
 }
 
+namespace host {
+
 void setModuleFileName(ModuleRef module, const std::u16string& path) {
     modules().files[module] = path;
 }
@@ -44,5 +46,7 @@ bool hasModule(ModuleRef module) {
 void resetModules() {
     modules() = Modules();
 }
+
+}  // namespace host
 
 }  // namespace platform

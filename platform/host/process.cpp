@@ -15,7 +15,7 @@
 #include <string_view>
 
 #include "platform/host/fault.h"
-#include "platform/host/process_control.h"
+#include "platform/host/process_host.h"
 #include "platform/host/utf8.h"
 
 namespace platform {
@@ -138,7 +138,7 @@ TokenHandle openProcessToken(std::uint32_t access) {
     {
         static std::mutex guard;
         const std::lock_guard lock(guard);
-        tokenRecord().opened.push_back(access);
+        host::tokenRecord().opened.push_back(access);
     }
     return TokenHandle(open(Token{access}));
 }
@@ -148,8 +148,8 @@ Status tokenElevationType(const TokenHandle& token, std::uint32_t& type, std::ui
         return error;
     if (!(object<Token>(token)->access & kTokenQuery))
         return kErrorAccessDenied;
-    type = tokenRecord().elevationType;
-    returnedLength = tokenRecord().returnedLength;
+    type = host::tokenRecord().elevationType;
+    returnedLength = host::tokenRecord().returnedLength;
     return kSuccess;
 }
 
@@ -167,14 +167,14 @@ Status adjustTokenPrivilege(const TokenHandle& token, std::uint64_t privilege, s
         return error;
     if (!(object<Token>(token)->access & kTokenAdjustPrivileges))
         return kErrorAccessDenied;
-    tokenRecord().adjusted.push_back({privilege, attributes});
+    host::tokenRecord().adjusted.push_back({privilege, attributes});
     return kSuccess;
 }
 
 Status exitWindows(std::uint32_t flags, std::uint32_t reason) {
     if (const Status error = fault::next("ExitWindowsEx"); !error.succeeded())
         return error;
-    tokenRecord().exits.push_back({flags, reason});
+    host::tokenRecord().exits.push_back({flags, reason});
     return kSuccess;
 }
 
@@ -261,7 +261,7 @@ Status createProcess(const std::u16string& program, const std::u16string& comman
     posix_spawn_file_actions_destroy(&actions);
     if (!started)
         return kErrorFileNotFound;
-    processStarts().push_back({program, commandLine, inheritHandles, creationFlags});
+    host::processStarts().push_back({program, commandLine, inheritHandles, creationFlags});
     process = std::move(started);
     thread.reset(open(Thread{}));
     return kSuccess;
@@ -295,6 +295,8 @@ std::optional<std::u16string> environmentVariable(const char16_t* name) {
     return value != nullptr ? std::optional(fromHostName(value)) : std::nullopt;
 }
 
+namespace host {
+
 TokenRecord& tokenRecord() {
     static TokenRecord instance;
     return instance;
@@ -309,6 +311,11 @@ std::size_t openHandleCount() {
     return handleCount;
 }
 
+void resetProcesses() {
+    tokenRecord() = {};
+    processStarts().clear();
+}
+
 ProcessHandle finishedProcess(std::uint32_t exitCode) {
     return ProcessHandle(open(Process{0, true, exitCode}));
 }
@@ -319,5 +326,7 @@ ProcessHandle startProgram(const std::u16string& program, const std::vector<std:
         items.push_back(toHostName(argument));
     return spawn(program, std::move(items), nullptr);
 }
+
+}  // namespace host
 
 }  // namespace platform

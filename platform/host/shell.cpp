@@ -7,8 +7,8 @@
 #include <new>
 
 #include "platform/host/fault.h"
-#include "platform/host/process_control.h"
-#include "platform/host/shell_control.h"
+#include "platform/host/process_host.h"
+#include "platform/host/shell_host.h"
 #include "platform/host/utf8.h"
 
 namespace platform {
@@ -19,13 +19,13 @@ constexpr std::int64_t kFileNotFound = 2;
 constexpr std::int64_t kNotEnoughMemory = 8;
 
 struct Shell {
-    std::vector<ShellStart> starts;
+    std::vector<host::ShellStart> starts;
     std::int64_t executeResult = 42;
     std::optional<std::uint32_t> exitCode = 0;
     bool forReal = false;
     int associationChanges = 0;
     std::map<int, std::u16string> folders;
-    std::map<std::u16string, RecycleBin> bins;
+    std::map<std::u16string, host::RecycleBin> bins;
     std::optional<std::u16string> windowsFolder = u"C:\\Windows";
 };
 
@@ -52,11 +52,11 @@ std::vector<std::u16string> splitAtBlanks(const std::u16string& parameters) {
 }
 
 // Records the start and, when asked to, carries it out; the value is that of ShellExecuteW.
-std::int64_t start(ShellStart record, ProcessHandle& process) {
+std::int64_t start(host::ShellStart record, ProcessHandle& process) {
     const bool succeeds = shell().executeResult > kLargestFailure;
     // Whatever needs memory comes before the record: what is recorded has happened.
     if (succeeds && !shell().forReal && shell().exitCode)
-        process = finishedProcess(*shell().exitCode);
+        process = host::finishedProcess(*shell().exitCode);
     {
         static std::mutex guard;
         const std::lock_guard lock(guard);
@@ -64,7 +64,7 @@ std::int64_t start(ShellStart record, ProcessHandle& process) {
     }
     if (!succeeds || !shell().forReal)
         return shell().executeResult;
-    process = startProgram(record.file, splitAtBlanks(record.parameters));
+    process = host::startProgram(record.file, splitAtBlanks(record.parameters));
     return process ? shell().executeResult : kFileNotFound;
 }
 
@@ -152,7 +152,7 @@ std::u16string fromAnsi(std::string_view path) {
     return fromHostName(path);
 }
 
-std::string bytesOf(const DropItem& item, bool isWide) {
+std::string bytesOf(const host::DropItem& item, bool isWide) {
     if (!isWide)
         return (item.readable ? toHostName(item.path) : std::string(1, kUnreadable)) + '\0';
     return {reinterpret_cast<const char*>(item.path.c_str()), (item.path.size() + 1) * sizeof(char16_t)};
@@ -167,6 +167,12 @@ DropList readDropList(void* global) {
     const auto& memory = *static_cast<const DropMemory*>(global);
     return readDropBlock(memory.block.get(), memory.size, fromAnsi);
 }
+
+void notifyAssociationsChanged() {
+    ++shell().associationChanges;
+}
+
+namespace host {
 
 std::vector<ShellStart>& shellStarts() {
     return shell().starts;
@@ -190,10 +196,6 @@ void setFolderPath(int csidl, std::optional<std::u16string> folder) {
 
 void setRecycleBin(const std::u16string& root, std::optional<RecycleBin> bin) {
     setOrErase(shell().bins, root, bin);
-}
-
-void notifyAssociationsChanged() {
-    ++shell().associationChanges;
 }
 
 int associationChanges() {
@@ -223,5 +225,7 @@ void* makeDropList(const std::vector<DropItem>& items) {
 void freeDropList(void* global) {
     delete static_cast<DropMemory*>(global);
 }
+
+}  // namespace host
 
 }  // namespace platform

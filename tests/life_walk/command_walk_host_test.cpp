@@ -27,7 +27,7 @@ struct Answers {
     std::u16string icon;
     std::u16string tip;
     EXPCMDSTATE state = ECS_HIDDEN;
-    std::optional<platform::ShellStart> start;
+    std::optional<host::ShellStart> start;
 };
 
 class CommandWalk : public LifeWalkTest {
@@ -47,12 +47,12 @@ class CommandWalk : public LifeWalkTest {
 
   private:
     void run() {
-        platform::registry_control::reset();
-        platform::registry_control::putText(u"HKEY_LOCAL_MACHINE\\" + std::u16string(kApprovalPath),
-                                            kFileSystemClassId, platform::kRegSz, kHandlerName);
-        platform::resetShell();
-        platform::resetModules();
-        platform::setModuleFileName(platform::moduleAt(this), folder() + u"nmcommand.dll");
+        host::resetRegistry();
+        host::putText(u"HKEY_LOCAL_MACHINE\\" + std::u16string(kApprovalPath), kFileSystemClassId,
+                      platform::kRegSz, kHandlerName);
+        host::resetShell();
+        host::resetModules();
+        host::setModuleFileName(host::moduleAt(this), folder() + u"nmcommand.dll");
         owlkit::recordApplicationFolder(u"");
         different_ = 0;
         answers_.clear();
@@ -60,7 +60,7 @@ class CommandWalk : public LifeWalkTest {
         {
             Module module;
             begin();
-            const bool loaded = dllMain([&] { module.attach(platform::moduleAt(this), u""); });
+            const bool loaded = dllMain([&] { module.attach(host::moduleAt(this), u""); });
             if (!loaded)
                 different_ |= kNotLoaded;
             else
@@ -70,8 +70,8 @@ class CommandWalk : public LifeWalkTest {
             EXPECT_EQ(module.ModuleObjectCount, 0);
         }
         EXPECT_EQ(items.references(), 0u);
-        EXPECT_EQ(platform::registry_control::openHandles(), 0u);
-        EXPECT_EQ(platform::openFileCount(), 0);
+        EXPECT_EQ(host::openKeyCount(), 0u);
+        EXPECT_EQ(host::openFileCount(), 0);
         compare();
         for (const auto& entry : std::filesystem::directory_iterator("."))
             if (entry.path().filename().string().starts_with("tfn_"))
@@ -139,12 +139,12 @@ class CommandWalk : public LifeWalkTest {
         answers.tip = text("GetToolTip", [&](LPWSTR* to) { return command.GetToolTip(&items, to); });
         if (call("GetState", [&] { return command.GetState(&items, FALSE, &answers.state); }) != S_OK)
             different_ |= kNoEntries;
-        const std::size_t before = platform::shellStarts().size();
+        const std::size_t before = host::shellStarts().size();
         const HRESULT result = call("Invoke", [&] { return command.Invoke(&items, nullptr); });
-        ASSERT_LE(platform::shellStarts().size(), before + (id == kRoot ? 0 : 1));
-        EXPECT_TRUE(result == S_OK || platform::shellStarts().size() == before);
-        if (platform::shellStarts().size() != before)
-            answers.start = platform::shellStarts().back();
+        ASSERT_LE(host::shellStarts().size(), before + (id == kRoot ? 0 : 1));
+        EXPECT_TRUE(result == S_OK || host::shellStarts().size() == before);
+        if (host::shellStarts().size() != before)
+            answers.start = host::shellStarts().back();
     }
 
     void compare() {

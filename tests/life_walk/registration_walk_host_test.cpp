@@ -13,7 +13,6 @@ namespace {
 
 using namespace test;
 using Kind = Failure::Kind;
-namespace control = platform::registry_control;
 
 // What the machine's registry may be afterwards, in bits.
 enum State : std::uint32_t {
@@ -27,7 +26,7 @@ using Lines = std::set<std::string>;
 
 // The keys and values below a root, each value as a line of its own with its key in front.
 Lines below(std::string_view root) {
-    std::istringstream dump(control::dump());
+    std::istringstream dump(host::dumpRegistry());
     Lines lines;
     std::string key;
     for (std::string line; std::getline(dump, line);) {
@@ -50,7 +49,7 @@ Lines user() {
 class RegistrationWalk : public LifeWalkTest {
   protected:
     RegistrationWalk() { std::filesystem::create_directory("old"); }
-    ~RegistrationWalk() override { platform::registry_control::reset(); }
+    ~RegistrationWalk() override { host::resetRegistry(); }
 
     void runRegister(bool overOlder) {
         prepare(overOlder);
@@ -66,7 +65,7 @@ class RegistrationWalk : public LifeWalkTest {
         if (done || settings != usersOther_) {
             EXPECT_EQ(settings, usersWhole_);
         }
-        EXPECT_EQ(control::openHandles(), 0u);
+        EXPECT_EQ(host::openKeyCount(), 0u);
     }
 
     void runUnregister() {
@@ -91,7 +90,7 @@ class RegistrationWalk : public LifeWalkTest {
         UnregisterExtension();
         EXPECT_EQ(machine(), removed_);
         EXPECT_EQ(user(), usersOther_);
-        EXPECT_EQ(control::openHandles(), 0u);
+        EXPECT_EQ(host::openKeyCount(), 0u);
     }
 
   private:
@@ -99,14 +98,14 @@ class RegistrationWalk : public LifeWalkTest {
     // folder, is registered.
     void prepare(bool older) {
         const std::u16string machineRoot = u"HKEY_LOCAL_MACHINE\\";
-        control::reset();
-        control::putText(machineRoot + std::u16string(kApprovalPath), u"{other}", platform::kRegSz, u"Other");
+        host::resetRegistry();
+        host::putText(machineRoot + std::u16string(kApprovalPath), u"{other}", platform::kRegSz, u"Other");
         for (const char16_t* const parent :
              {u"AllFileSystemObjects\\ShellEx\\ContextMenuHandlers\\Other",
               u"Drive\\ShellEx\\ContextMenuHandlers",
               u"CLSID\\{645FF040-5081-101B-9F08-00AA002F954E}\\ShellEx\\ContextMenuHandlers"})
-            control::putKey(machineRoot + u"SOFTWARE\\Classes\\" + parent);
-        control::putKey(u"HKEY_CURRENT_USER\\Software");
+            host::putKey(machineRoot + u"SOFTWARE\\Classes\\" + parent);
+        host::putKey(u"HKEY_CURRENT_USER\\Software");
         const bool isFirst = failure().kind == Kind::Nothing;  // every run begins with the same
         if (isFirst) {
             removed_ = machine();
@@ -117,8 +116,8 @@ class RegistrationWalk : public LifeWalkTest {
             EXPECT_TRUE(RegisterExtension());
         }
         owlkit::recordApplicationFolder(folder());
-        control::putText(u"HKEY_CURRENT_USER\\" + std::u16string(kSettingsPath), u"Language",
-                         platform::kRegSz, u"de");
+        host::putText(u"HKEY_CURRENT_USER\\" + std::u16string(kSettingsPath), u"Language", platform::kRegSz,
+                      u"de");
         if (isFirst) {
             old_ = machine();
             usersWhole_ = user();

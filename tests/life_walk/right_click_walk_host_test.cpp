@@ -7,7 +7,7 @@
 #include "foundation/path/path.h"
 #include "foundation/process/elevation.h"
 #include "foundation/process/folders.h"
-#include "platform/host/locale_control.h"
+#include "platform/host/locale_host.h"
 #include "platform/locale.h"
 #include "platform/module.h"
 #include "testing/extension.h"
@@ -40,7 +40,7 @@ struct Entry {
 
 struct Invocation {
     HRESULT result = E_FAIL;
-    std::vector<platform::ShellStart> starts;
+    std::vector<host::ShellStart> starts;
     bool volumeFailed = false;
 };
 
@@ -100,19 +100,19 @@ class RightClickWalk : public LifeWalkTest {
 
   private:
     void prepare() {
-        platform::registry_control::reset();
-        platform::registry_control::putText(u"HKEY_LOCAL_MACHINE\\" + std::u16string(kApprovalPath),
-                                            kFileSystemClassId, platform::kRegSz, u"QuietOwl_NMark");
+        host::resetRegistry();
+        host::putText(u"HKEY_LOCAL_MACHINE\\" + std::u16string(kApprovalPath), kFileSystemClassId,
+                      platform::kRegSz, u"QuietOwl_NMark");
         // Drives have the language of the system.
         if (scenario_.kind != SelectionKind::Drives)
-            platform::registry_control::putText(u"HKEY_CURRENT_USER\\" + std::u16string(kSettingsPath),
-                                                u"Language", platform::kRegSz, u"de");
-        platform::resetShell();
-        platform::setRecycleBin(u"D:\\", platform::RecycleBin{4096, 2});
-        platform::setRecycleBin(u"", platform::RecycleBin{4096, 2});
-        platform::resetModules();
-        platform::setModuleFileName(platform::moduleAt(this), folder() + u"nmshell.dll");
-        platform::tokenRecord() = {.elevationType = platform::kElevationTypeLimited};
+            host::putText(u"HKEY_CURRENT_USER\\" + std::u16string(kSettingsPath), u"Language",
+                          platform::kRegSz, u"de");
+        host::resetShell();
+        host::setRecycleBin(u"D:\\", host::RecycleBin{4096, 2});
+        host::setRecycleBin(u"", host::RecycleBin{4096, 2});
+        host::resetModules();
+        host::setModuleFileName(host::moduleAt(this), folder() + u"nmshell.dll");
+        host::tokenRecord() = {.elevationType = platform::kElevationTypeLimited};
         owlkit::forgetElevation();
         owlkit::recordApplicationFolder(u"");
     }
@@ -120,7 +120,7 @@ class RightClickWalk : public LifeWalkTest {
     void run() {
         prepare();
         const std::set<std::string> filesBefore = files();
-        std::vector<platform::DropItem> items;
+        std::vector<host::DropItem> items;
         for (const std::u16string& path : scenario_.paths)
             items.push_back({path});
         Outcome outcome;
@@ -154,14 +154,14 @@ class RightClickWalk : public LifeWalkTest {
     static void expectNothingOpen() {
         EXPECT_EQ(host::userInterface().liveMenus, 0);
         EXPECT_EQ(host::userInterface().liveBitmaps, 0);
-        EXPECT_EQ(platform::openHandleCount(), 0u);
-        EXPECT_EQ(platform::registry_control::openHandles(), 0u);
-        EXPECT_EQ(platform::openFileCount(), 0);
+        EXPECT_EQ(host::openHandleCount(), 0u);
+        EXPECT_EQ(host::openKeyCount(), 0u);
+        EXPECT_EQ(host::openFileCount(), 0);
     }
 
     // From loading the module to unloading it, as the shell does it: what was refused is not gone on with.
     void live(Module& module, Drop& drop, platform::MenuRef target, Outcome& outcome) {
-        outcome.loaded = dllMain([&] { module.attach(platform::moduleAt(this)); });
+        outcome.loaded = dllMain([&] { module.attach(host::moduleAt(this)); });
         if (outcome.loaded)
             serve(module, drop, target, outcome);
         EXPECT_TRUE(dllMain([&] { module.detach(); }));
@@ -217,12 +217,12 @@ class RightClickWalk : public LifeWalkTest {
 
     void invoke(IContextMenu& menu, std::uint32_t offset, Invocation& invocation) {
         const bool failedBefore = fails();
-        const std::size_t startsBefore = platform::shellStarts().size();
+        const std::size_t startsBefore = host::shellStarts().size();
         CMINVOKECOMMANDINFO info = {};
         info.lpVerb = reinterpret_cast<LPCSTR>(UINT_PTR{offset});
         invocation.result = call("InvokeCommand", [&] { return menu.InvokeCommand(&info); });
-        invocation.starts.assign(platform::shellStarts().begin() + static_cast<std::ptrdiff_t>(startsBefore),
-                                 platform::shellStarts().end());
+        invocation.starts.assign(host::shellStarts().begin() + static_cast<std::ptrdiff_t>(startsBefore),
+                                 host::shellStarts().end());
         const bool failsStill = failure().kind == Kind::EveryCall || failure().kind == Kind::Operation;
         const bool here = fails() && (failsStill || !failedBefore);
         const std::string operation = fault::firedOperation();

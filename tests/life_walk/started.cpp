@@ -107,8 +107,8 @@ std::uint32_t checkData(const std::u16string& data, const Selected& selected) {
 }
 
 // `data` receives what the application reads.
-std::uint32_t checkParameters(const Due& due, const platform::ShellStart& start, const Selected& selected,
-                              std::u16string& data) {
+std::uint32_t checkParameters(const Due& due, const platform::host::ShellStart& start,
+                              const Selected& selected, std::u16string& data) {
     const std::vector<std::u16string> list = items(start.parameters);
     const auto keyword = std::find(list.begin(), list.end(), u"-tfn");
     const std::u16string handover = keyword != list.end() && keyword + 1 != list.end() ? keyword[1] : u"";
@@ -150,8 +150,8 @@ std::u16string pathList(const std::vector<std::u16string>& paths) {
     return list;
 }
 
-std::uint32_t checkStart(std::uint32_t offset, const platform::ShellStart& start, const Selected& selected,
-                         bool volumeOpens) {
+std::uint32_t checkStart(std::uint32_t offset, const platform::host::ShellStart& start,
+                         const Selected& selected, bool volumeOpens) {
     const Due& due = kDue[offset];
     EXPECT_EQ(start.show, 1);
     EXPECT_FALSE(start.hasFolder);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/shell_control.h"
+#include "platform/host/shell_host.h"
 
 namespace nmshell {
 
@@ -25,8 +25,8 @@ std::u16string pathList(const std::vector<std::u16string>& paths);
 // command or page and no other, names selected paths and no others, each whole and in order, and has the
 // rights that are due; `volumeOpens` says whether drive D, the only one there is, can be opened. Reads and so
 // deletes the hand-over file. What is missing, in bits of Difference.
-std::uint32_t checkStart(std::uint32_t offset, const platform::ShellStart& start, const Selected& selected,
-                         bool volumeOpens);
+std::uint32_t checkStart(std::uint32_t offset, const platform::host::ShellStart& start,
+                         const Selected& selected, bool volumeOpens);
 
 // The content of a file, byte for byte.
 std::string fileBytes(const std::string& name);

@@ -47,7 +47,7 @@ class ThreadsTest : public ExtensionTest {
 TEST_F(ThreadsTest, RightClickWithTheLanguageUnchanged) {
     makeFile("langs/long.lang.txt", "KEY: CXT_MENU_ABOUT\nLANG: Plattdeutsch\nTEXT: Ueber Nullmark\n");
     set(u"Language", u"Plattdeutsch");
-    module_.attach(platform::moduleAt(this));
+    module_.attach(host::moduleAt(this));
     factory(Files);  // the first request after loading takes the primary language away
     std::thread other([&] {
         for (int i = 0; i < kRightClicks; ++i)
@@ -65,7 +65,7 @@ using CommandThreadsTest = CommandTest;
 TEST_F(CommandThreadsTest, AskAndChooseTheSameCommands) {
     makeFile("langs/long.lang.txt", "KEY: CXT_MENU_WIPE_DATA\nLANG: Plattdeutsch\nTEXT: Wegputzen\n");
     set(u"Language", u"Plattdeutsch");
-    module_.attach(platform::moduleAt(this), u"");
+    module_.attach(host::moduleAt(this), u"");
     const Ref<IExplorerCommand> command = root(Files);
     const auto use = [&](char16_t letter) {
         const std::u16string path(600, letter);

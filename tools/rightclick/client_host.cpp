@@ -12,13 +12,13 @@
 #include "comserver/server_process.h"
 #include "explorercommand/command_class.h"
 #include "foundation/path/path.h"
-#include "platform/host/com_control.h"
+#include "platform/host/com_host.h"
 #include "platform/host/item_array_host.h"
-#include "platform/host/menu_control.h"
-#include "platform/host/module_control.h"
-#include "platform/host/process_control.h"
-#include "platform/host/registry_control.h"
-#include "platform/host/shell_control.h"
+#include "platform/host/menu_host.h"
+#include "platform/host/module_host.h"
+#include "platform/host/process_host.h"
+#include "platform/host/registry_host.h"
+#include "platform/host/shell_host.h"
 #include "platform/host/utf8.h"
 #include "platform/module.h"
 #include "platform/registry.h"
@@ -37,20 +37,21 @@ using nmshell::SelectionKind;
 const std::map<std::string, std::uint32_t> kElevationTypes = {{"0", platform::kElevationTypeDefault},
                                                               {"1", platform::kElevationTypeLimited},
                                                               {"2", platform::kElevationTypeFull}};
-const std::map<std::string, std::optional<platform::RecycleBin>> kRecycleBins = {
-    {"none", std::nullopt}, {"empty", platform::RecycleBin{0, 0}}, {"full", platform::RecycleBin{4096, 3}}};
+const std::map<std::string, std::optional<platform::host::RecycleBin>> kRecycleBins = {
+    {"none", std::nullopt},
+    {"empty", platform::host::RecycleBin{0, 0}},
+    {"full", platform::host::RecycleBin{4096, 3}}};
 
 void approve() {
     std::u16string path = u"HKEY_LOCAL_MACHINE\\";
     path += nmshell::kApprovalPath;
-    platform::registry_control::putText(path, nmshell::kFileSystemClassId, platform::kRegSz,
-                                        nmshell::kHandlerName);
+    platform::host::putText(path, nmshell::kFileSystemClassId, platform::kRegSz, nmshell::kHandlerName);
 }
 
 void set(const char16_t* name, std::uint32_t type, std::string_view bytes) {
     std::u16string path = u"HKEY_CURRENT_USER\\";
     path += nmshell::kSettingsPath;
-    platform::registry_control::putValue(path, name, type, bytes);
+    platform::host::putValue(path, name, type, bytes);
 }
 
 std::u16string fullPath(const std::u16string& name) {
@@ -90,7 +91,7 @@ std::vector<MenuEntry> entriesFrom(const platform::host::Menu& menu, std::size_t
 struct DropListTraits {
     using Type = void*;
     static constexpr Type none() { return nullptr; }
-    static void close(Type global) noexcept { platform::freeDropList(global); }
+    static void close(Type global) noexcept { platform::host::freeDropList(global); }
 };
 
 // Sends what is written to standard output to standard error for as long as it lives.
@@ -139,10 +140,11 @@ struct Client::State {
         if (!name.empty())
             set(u"Language", platform::kRegSz,
                 {reinterpret_cast<const char*>(name.c_str()), (name.size() + 1) * sizeof(char16_t)});
-        platform::tokenRecord().elevationType = kElevationTypes.at(elevation);
+        platform::host::tokenRecord().elevationType = kElevationTypes.at(elevation);
         const bool drives = kind == SelectionKind::Drives;
-        platform::setRecycleBin(drives && !paths.empty() ? paths.front() : u"", kRecycleBins.at(recycleBin));
-        platform::startShellProgramsForReal(true);
+        platform::host::setRecycleBin(drives && !paths.empty() ? paths.front() : u"",
+                                      kRecycleBins.at(recycleBin));
+        platform::host::startShellProgramsForReal(true);
     }
 
     ~State() {
@@ -179,10 +181,10 @@ void Client::select(const Request& request) {
     state_->setFacts(request.kind);
     if (request.kind == SelectionKind::RecycleBin)
         return;
-    std::vector<platform::DropItem> items;
+    std::vector<platform::host::DropItem> items;
     for (const std::u16string& path : state_->paths)
         items.push_back({path});
-    state_->dropList.reset(platform::makeDropList(std::move(items)));
+    state_->dropList.reset(platform::host::makeDropList(std::move(items)));
     state_->data.emplace(state_->dropList.get());
 }
 
@@ -192,8 +194,9 @@ const std::vector<std::u16string>& Client::paths() const {
 
 HRESULT Client::createObject(REFCLSID classId, REFIID iid, void** object) {
     const bool isCommand = classId == nmshell::classIdFrom(nmshell::kCommandClassId);
-    platform::setModuleFileName(state_->instance(), owlkit::folderOf(platform::moduleFileName(nullptr)) +
-                                                        (isCommand ? u"nmcommand.dll" : u"nmshell.dll"));
+    platform::host::setModuleFileName(state_->instance(),
+                                      owlkit::folderOf(platform::moduleFileName(nullptr)) +
+                                          (isCommand ? u"nmcommand.dll" : u"nmshell.dll"));
     state_->attached = (isCommand ? nmshell::enterModule(state_->instance(), DLL_PROCESS_ATTACH, nullptr, u"")
                                   : DllMain(state_->instance(), DLL_PROCESS_ATTACH, nullptr)) != FALSE;
     if (!state_->attached)
@@ -245,7 +248,7 @@ std::vector<Start> Client::run(const std::function<void()>& command, bool silent
         }
     }
     std::vector<Start> starts;
-    for (const platform::ShellStart& start : platform::shellStarts())
+    for (const platform::host::ShellStart& start : platform::host::shellStarts())
         starts.push_back({start.verb, start.file, start.parameters});
     return starts;
 }

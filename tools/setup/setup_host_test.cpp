@@ -7,8 +7,8 @@
 #include "foundation/process/folders.h"
 #include "foundation/registry/registry_key.h"
 #include "platform/host/fault.h"
-#include "platform/host/registry_control.h"
-#include "platform/host/shell_control.h"
+#include "platform/host/registry_host.h"
+#include "platform/host/shell_host.h"
 #include "platform/host/utf8.h"
 #include "platform/image.h"
 #include "platform/registry.h"
@@ -21,7 +21,7 @@
 namespace setup {
 namespace {
 
-namespace control = platform::registry_control;
+namespace host = platform::host;
 namespace fs = std::filesystem;
 
 constexpr int kCsidlProgramFiles = 38;
@@ -45,16 +45,16 @@ class Recorder final : public Messages {
 class SetupTest : public testing::Test {
   public:
     SetupTest() {
-        control::reset();
-        control::putKey(u"HKEY_LOCAL_MACHINE\\SOFTWARE");
-        control::putKey(u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath));
-        platform::resetShell();
+        host::resetRegistry();
+        host::putKey(u"HKEY_LOCAL_MACHINE\\SOFTWARE");
+        host::putKey(u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath));
+        platform::host::resetShell();
         fillFolder();
     }
     ~SetupTest() override {
         platform::fault::disarm();
-        EXPECT_EQ(control::openHandles(), 0U);
-        control::reset();
+        EXPECT_EQ(host::openKeyCount(), 0U);
+        host::resetRegistry();
         owlkit::recordApplicationFolder(u"");
     }
 
@@ -75,7 +75,7 @@ class SetupTest : public testing::Test {
         for (const std::u16string_view id : nmshell::kClassIds) {
             std::u16string server = u"HKEY_CLASSES_ROOT\\CLSID\\";
             server.append(id).append(u"\\InProcServer32");
-            control::putText(server, u"", platform::kRegSz, module());
+            host::putText(server, u"", platform::kRegSz, module());
         }
     }
 
@@ -103,8 +103,8 @@ TEST_F(SetupTest, RegistersOnlyAModuleThatLoads) {
         if (row.content)
             write("nmshell.dll", row.content);
         if (!row.elevated)
-            control::denyAccess(u"HKEY_LOCAL_MACHINE\\SOFTWARE", platform::kKeySetValue);
-        const std::string before = control::dump();
+            host::denyAccess(u"HKEY_LOCAL_MACHINE\\SOFTWARE", platform::kKeySetValue);
+        const std::string before = host::dumpRegistry();
         for (const Trial trial : {Trial::Load, Trial::Headers}) {
             platform::fault::disarm();
             if (trial == Trial::Headers)  // never asks for this
@@ -112,7 +112,7 @@ TEST_F(SetupTest, RegistersOnlyAModuleThatLoads) {
             recorder_ = {};
             EXPECT_EQ(registerModule(folder(), trial, recorder_), row.result);
             EXPECT_NE((recorder_.told + recorder_.complaints).find(row.says), std::string::npos);
-            EXPECT_EQ(control::dump() == before, row.result != kDone);
+            EXPECT_EQ(host::dumpRegistry() == before, row.result != kDone);
             if (row.elevated) {
                 EXPECT_EQ(unregisterModule(recorder_), kDone) << recorder_.complaints;
             }
@@ -124,7 +124,7 @@ TEST_F(SetupTest, RegistersOnlyAModuleThatLoads) {
 TEST_F(SetupTest, RefusesAFolderBehindALink) {
     const fs::path link = folder_ / "link";
     fs::create_directory_symlink(folder_ / "langs", link);
-    platform::setFolderPath(kCsidlProgramFiles, tools::wide(folder_.path().native()));
+    platform::host::setFolderPath(kCsidlProgramFiles, tools::wide(folder_.path().native()));
     for (const fs::path& way : {link, link / ""}) {
         EXPECT_EQ(checkFolder(tools::wide(way.native()), recorder_), kUnsafeFolder) << way;
         EXPECT_NE(recorder_.complaints.find("leads to " + (folder_ / "langs").native()), std::string::npos);
@@ -155,9 +155,9 @@ TEST_F(SetupTest, FindsWhoCanChangeTheFolder) {
         fs::create_directories(inner / "langs");
         std::ofstream(inner / "nmshell.dll") << "MZ";
         std::ofstream(inner / "langs/a.lang.txt") << "";
-        platform::setFolderPath(kCsidlProgramFiles, row.program
-                                                        ? std::optional(tools::wide(folder_.path().native()))
-                                                        : std::nullopt);
+        platform::host::setFolderPath(
+            kCsidlProgramFiles,
+            row.program ? std::optional(tools::wide(folder_.path().native())) : std::nullopt);
         const std::u16string asked = tools::wide((inner / "").native());
         const std::size_t around = intruders(asked).size();  // of the temporary folder, which is everybody's
         if (row.opened)
@@ -191,16 +191,16 @@ TEST_F(SetupTest, TellsWhyNoMenuAppears) {
     const Case cases[] = {
         {"in order", [](SetupTest&) {}, "The menu appears, in English (en)."},
         {"switched off",
-         [](SetupTest&) { control::putValue(kSettings, u"Enabled", platform::kRegDword, number(0)); },
+         [](SetupTest&) { host::putValue(kSettings, u"Enabled", platform::kRegDword, number(0)); },
          "value \"Enabled\" is 0"},
         {"another type does not switch off",
-         [](SetupTest&) { control::putText(kSettings, u"Enabled", platform::kRegSz, u"0"); },
+         [](SetupTest&) { host::putText(kSettings, u"Enabled", platform::kRegSz, u"0"); },
          "The menu appears"},
         {"another language",
-         [](SetupTest&) { control::putText(kSettings, u"Language", platform::kRegSz, u" xx "); },
+         [](SetupTest&) { host::putText(kSettings, u"Language", platform::kRegSz, u" xx "); },
          "The menu appears, in Own name (xx)."},
         {"an unknown language",
-         [](SetupTest&) { control::putText(kSettings, u"Language", platform::kRegSz, u"nb"); },
+         [](SetupTest&) { host::putText(kSettings, u"Language", platform::kRegSz, u"nb"); },
          "The menu appears, in English (en)."},
         {"a syntax error", [](SetupTest& test) { test.write("langs/c.lang.txt", "LANG: de\n\nTXT: x\n"); },
          "at line 3 in the following file. "},
@@ -222,8 +222,8 @@ TEST_F(SetupTest, TellsWhyNoMenuAppears) {
     for (const Case& row : cases) {
         SCOPED_TRACE(row.name);
         fs::remove_all(folder_.path());
-        control::reset();
-        control::putKey(u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath));
+        host::resetRegistry();
+        host::putKey(u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath));
         fillFolder();
         install();
         row.spoil(*this);
@@ -234,19 +234,19 @@ TEST_F(SetupTest, TellsWhyNoMenuAppears) {
 }
 
 TEST_F(SetupTest, GivesDefaultsOnlyWhereThereIsNoSetting) {
-    control::putValue(kDefaults + u"Enabled", u"Enabled", platform::kRegDword, number(0));
-    control::putValue(kDefaults + u"Icons", u"Icons", platform::kRegDword, number(0));
-    control::putText(kDefaults + u"Language", u"Language", platform::kRegDword, u"de");  // of another type
-    control::putValue(kSettings, u"Icons", platform::kRegDword, number(1));
+    host::putValue(kDefaults + u"Enabled", u"Enabled", platform::kRegDword, number(0));
+    host::putValue(kDefaults + u"Icons", u"Icons", platform::kRegDword, number(0));
+    host::putText(kDefaults + u"Language", u"Language", platform::kRegDword, u"de");  // of another type
+    host::putValue(kSettings, u"Icons", platform::kRegDword, number(1));
     EXPECT_EQ(applyDefaults(recorder_), kDone);
-    const std::string dump = control::dump();
+    const std::string dump = host::dumpRegistry();
     const std::string settings = dump.substr(0, dump.find("[HKEY_LOCAL_MACHINE]"));
     EXPECT_NE(settings.find("\"Enabled\" 4 00000000"), std::string::npos) << settings;
     EXPECT_NE(settings.find("\"Icons\" 4 01000000"), std::string::npos) << settings;
     EXPECT_EQ(settings.find("Language"), std::string::npos) << settings;
 
-    control::putText(kDefaults + u"Language", u"Language", platform::kRegSz, u"de");
-    control::denyAccess(u"HKEY_CURRENT_USER\\Software", platform::kKeySetValue);
+    host::putText(kDefaults + u"Language", u"Language", platform::kRegSz, u"de");
+    host::denyAccess(u"HKEY_CURRENT_USER\\Software", platform::kKeySetValue);
     EXPECT_EQ(applyDefaults(recorder_), kFailed);
     EXPECT_NE(recorder_.complaints.find("the default of Language"), std::string::npos);
 }

@@ -5,7 +5,7 @@
 
 #include "platform/module.h"
 
-namespace platform {
+namespace platform::host {
 
 // A module that stands for `object`, by its address.
 inline ModuleRef moduleAt(void* object) {
@@ -22,4 +22,4 @@ bool hasModule(ModuleRef module);
 // Forgets what was set.
 void resetModules();
 
-}  // namespace platform
+}  // namespace platform::host

@@ -8,9 +8,10 @@
 
 #include "platform/process.h"
 
-namespace platform {
+namespace platform::host {
 
-// The answers and the record of the token and shutdown calls; assign a fresh one to start over.
+// The answers and the record of the token and shutdown calls; assign a fresh one to start over with these
+// alone.
 struct TokenRecord {
     std::uint32_t elevationType = kElevationTypeDefault;  // what tokenElevationType answers
     std::uint32_t returnedLength = 4;
@@ -41,6 +42,9 @@ std::vector<ProcessStart>& processStarts();
 // The number of process, thread, token and pipe handles that are open, all together.
 std::size_t openHandleCount();
 
+// Back to the first answers; forgets what was asked for. Open handles stay open.
+void resetProcesses();
+
 // A process that has ended with `exitCode`.
 ProcessHandle finishedProcess(std::uint32_t exitCode);
 
@@ -48,4 +52,4 @@ ProcessHandle finishedProcess(std::uint32_t exitCode);
 // handle on failure.
 ProcessHandle startProgram(const std::u16string& program, const std::vector<std::u16string>& arguments);
 
-}  // namespace platform
+}  // namespace platform::host

@@ -1,11 +1,11 @@
-#include "platform/host/registry_control.h"
+#include "platform/host/registry_host.h"
 
 #include <cstring>
 
 #include "platform/host/registry_hive.h"
 #include "platform/host/utf8.h"
 
-namespace platform::registry_control {
+namespace platform::host {
 namespace {
 
 using namespace registry_hive;
@@ -44,7 +44,7 @@ void dumpNode(const Node& node, const std::string& above, std::string& out) {
 
 }  // namespace
 
-void reset() {
+void resetRegistry() {
     hive() = Hive();
 }
 
@@ -64,7 +64,7 @@ void putText(std::u16string_view path, std::u16string_view name, std::uint32_t t
     putValue(path, name, type, bytes);
 }
 
-std::string dump() {
+std::string dumpRegistry() {
     std::string out;
     for (const auto& [key, root] : hive().top.children)
         dumpNode(*root, {}, out);
@@ -83,12 +83,12 @@ void afterSizeQuery(std::function<void()> change) {
     hive().afterSizeQuery = std::move(change);
 }
 
-std::uint32_t lastAccessMask() {
+std::uint32_t lastRegistryAccess() {
     return hive().lastAccessMask;
 }
 
-std::size_t openHandles() {
+std::size_t openKeyCount() {
     return hive().handles.size();
 }
 
-}  // namespace platform::registry_control
+}  // namespace platform::host

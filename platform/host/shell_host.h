@@ -8,7 +8,7 @@
 
 #include "platform/shell.h"
 
-namespace platform {
+namespace platform::host {
 
 // One call of shellExecute or shellExecuteEx.
 struct ShellStart {
@@ -60,4 +60,4 @@ struct DropItem {
 void* makeDropList(const std::vector<DropItem>& items);
 void freeDropList(void* global);
 
-}  // namespace platform
+}  // namespace platform::host

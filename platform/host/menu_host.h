@@ -1,4 +1,4 @@
-// What the host's menu stand-in recorded, and the facts it reports.
+// What the menu stand-in was asked for, and the facts that it answers.
 #pragma once
 
 #include <cstdint>
@@ -28,7 +28,7 @@ struct Menu {
 Menu& menu(MenuRef reference);
 
 // One call of loadBitmap that no injected fault stopped. Bitmaps are in every module that the module stand-in
-// was told of (host/module_control.h) and in no other.
+// was told of (host/module_host.h) and in no other.
 struct BitmapLoad {
     std::uint32_t id;
     int width;
@@ -51,6 +51,9 @@ struct UserInterface {
 };
 
 UserInterface& userInterface();
+
+// Back to the facts of the start; forgets the recorded loads and what is still live.
+void resetMenus();
 
 // The resource identifier that a live bitmap was loaded from; 0 for none.
 std::uint32_t bitmapId(BitmapRef bitmap);

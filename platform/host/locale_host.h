@@ -1,4 +1,4 @@
-// What tests set about the host's locale.
+// What the locale stand-in answers.
 #pragma once
 
 #include <cstdint>

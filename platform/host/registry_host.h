@@ -1,9 +1,10 @@
-// What tests say to the host's registry: an in-memory hive whose five roots always exist and are empty at
-// first. It compares names without regard to the case of ASCII and Latin-1 letters, keeps the case in which a
-// key or value was first written, lists subkeys in the order of their names and values in the order in which
-// they were first written, and grants a handle exactly the rights that were asked for. The 32-bit view finds
-// HKEY_LOCAL_MACHINE\Software below Software\Wow6432Node (classes: CLSID below Software\Classes\Wow6432Node);
-// everything else is shared. Roots do not mirror each other: HKEY_CLASSES_ROOT is a tree of its own.
+// What the registry stand-in was asked for and what it answers: an in-memory hive whose five roots always
+// exist and are empty at first. It compares names without regard to the case of ASCII and Latin-1 letters,
+// keeps the case in which a key or value was first written, lists subkeys in the order of their names and
+// values in the order in which they were first written, and grants a handle exactly the rights that were
+// asked for. The 32-bit view finds HKEY_LOCAL_MACHINE\Software below Software\Wow6432Node (classes: CLSID
+// below Software\Classes\Wow6432Node); everything else is shared. Roots do not mirror each other:
+// HKEY_CLASSES_ROOT is a tree of its own.
 #pragma once
 
 #include <cstdint>
@@ -11,11 +12,12 @@
 #include <string>
 #include <string_view>
 
+namespace platform::host {
+
 // Paths begin with a root's name: u"HKEY_CURRENT_USER\\Software\\...".
-namespace platform::registry_control {
 
 // Back to the empty hive, without denials, with RegDeleteKeyExW exported. Open handles become invalid.
-void reset();
+void resetRegistry();
 
 // Makes a key and its missing parents, past all checks of access.
 void putKey(std::u16string_view path);
@@ -29,7 +31,7 @@ void putText(std::u16string_view path, std::u16string_view name, std::uint32_t t
 
 // All keys and values, as UTF-8: a key is a line `[full path]`, below it a line `"name" type data` for each
 // of its values, the data in quotation marks with NUL as \0 for an even-sized text type, else in hex.
-std::string dump();
+std::string dumpRegistry();
 
 // From now on the key at `path` and all below it refuse what asks for any right in `mask`: opening with it,
 // deleting for kKeyDelete, making a subkey for kKeyCreateSubKey.
@@ -44,9 +46,9 @@ void afterSizeQuery(std::function<void()> change);
 
 // The access mask of the last call that opened or made a key and that no injected fault stopped, whether it
 // succeeded or not.
-std::uint32_t lastAccessMask();
+std::uint32_t lastRegistryAccess();
 
-// How many handles are open.
-std::size_t openHandles();
+// How many keys are open.
+std::size_t openKeyCount();
 
-}  // namespace platform::registry_control
+}  // namespace platform::host

@@ -7,8 +7,11 @@
 
 namespace platform::host {
 
-// How many media ReleaseStgMedium has released so far; tests may set it back.
+// How many media ReleaseStgMedium has released since the last resetCom(); tests may set it back.
 std::uint32_t& releasedMedia();
+
+// Forgets the released media.
+void resetCom();
 
 // A data object with one drop list (made by the host's shell stand-in and owned by the caller, who keeps it
 // alive), or with none (nullptr). GetData hands out CF_HDROP and calls it a medium of the kind `tymed`, or

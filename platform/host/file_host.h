@@ -1,11 +1,11 @@
-// What the host's files were asked for, and what they are to do, for tests.
+// What the file stand-in was asked for and what it answers.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
 
-namespace platform {
+namespace platform::host {
 
 struct CreateFileArguments {
     std::u16string path;
@@ -24,4 +24,7 @@ void limitWrites(std::optional<std::uint32_t> bytes);
 // How many files are open now: shows handles that were left open.
 int openFileCount();
 
-}  // namespace platform
+// Takes the limit of writes away and forgets the recorded call. Open files stay open.
+void resetFiles();
+
+}  // namespace platform::host

@@ -97,13 +97,18 @@ TEST_F(SystemCharset, ThePlatformConvertsToNarrow) {
 }
 
 TEST_F(SystemCharset, AFailingPlatformIsReported) {
-    platform::fault::arm("MultiByteToWideChar", 1, platform::kErrorInvalidParameter, true);
     bool failed = false;
-    EXPECT_EQ(ToWide("ab", kCharsetPlatform, Replace, u'?', &failed), u"");
-    EXPECT_TRUE(failed);
-    platform::fault::arm("WideCharToMultiByte", 1, platform::kErrorInvalidParameter, true);
-    EXPECT_EQ(ToNarrow(u"ab", kCharsetPlatform, Replace, '?', &failed), "??");
-    EXPECT_TRUE(failed);
+    for (const std::uint32_t call : {1u, 2u}) {  // for the length and for the text
+        SCOPED_TRACE(call);
+        platform::fault::arm("MultiByteToWideChar", call, platform::kErrorInvalidParameter, true);
+        EXPECT_EQ(ToWide("ab", kCharsetPlatform, Replace, u'?', &failed), u"");
+        EXPECT_TRUE(failed);
+        platform::fault::arm("WideCharToMultiByte", call, platform::kErrorInvalidParameter, true);
+        EXPECT_EQ(ToNarrow(u"ab", kCharsetPlatform, Replace, '?', &failed), "??");
+        EXPECT_TRUE(failed);
+        platform::fault::arm("GetLocaleInfoW", call, platform::kErrorInvalidParameter, true);
+        EXPECT_EQ(platform::localeInfo(platform::kLocaleShortDate), u"");
+    }
     platform::fault::arm("GetCPInfoExW", 1, platform::kErrorInvalidParameter);
     EXPECT_EQ(systemCharset(), kCharsetAscii);
 }

@@ -1,11 +1,11 @@
 // Injected failures for the host stand-ins. Every stand-in for a call that can fail on Windows asks, before
 // it does or records anything, whether this call is to fail; it then answers as the call does when it fails,
 // with the given error where there is one, and changes nothing. Closing a handle, telling the shell of a
-// change and reading a color cannot be seen to fail and do not ask; neither do the tests' own controls. Where
-// a stand-in stands for several calls in a row, it asks for each when its turn comes.
-//
+// change, reading a color or the command line, the number of a drive and the code page of the console cannot
+// be seen to fail and do not ask; neither do the tests' own controls. Where a stand-in stands for several
+// calls in a row, it asks for each when its turn comes; growing a buffer until a text fits counts as one.
 // readFile and writeFile ask twice, the second time for "ReadFile, short" and "WriteFile, short": a transfer
-// that this makes fail succeeds with half of its bytes.
+// that this makes fail succeeds with half of its bytes. headerError asks for "LoadLibraryExW, as data".
 #pragma once
 
 #include <cstdint>

@@ -33,7 +33,9 @@ Status headerError(const std::u16string& file) {
     return injected != kSuccess ? injected : startError(file);
 }
 
+// No file of the host has a version, so there is nothing behind the first call.
 std::u16string fileVersion(const std::u16string&) {
+    static_cast<void>(fault::next("GetFileVersionInfoSizeW"));
     return {};
 }
 

@@ -88,11 +88,14 @@ std::optional<std::uint32_t> ansiCodePage() {
     return state().codePage;
 }
 
+// From here on Windows takes two calls: one for the length of a text, one for the text.
 std::u16string localeInfo(std::uint32_t lcType) {
     if (fault::next("GetLocaleInfoW") != kSuccess)
         return {};
     const auto found = state().texts.find(lcType);
-    return found != state().texts.end() ? found->second : std::u16string{};
+    if (found == state().texts.end() || fault::next("GetLocaleInfoW") != kSuccess)
+        return {};
+    return found->second;
 }
 
 std::optional<std::u16string> multiByteToWide(std::string_view text, std::uint32_t flags) {
@@ -111,6 +114,8 @@ std::optional<std::u16string> multiByteToWide(std::string_view text, std::uint32
     }
     if (!defined && (flags & kMultiByteErrorInvalidCharacters) != 0)
         return std::nullopt;
+    if (fault::next("MultiByteToWideChar") != kSuccess)
+        return std::nullopt;
     return result;
 }
 
@@ -124,6 +129,8 @@ std::optional<std::string> wideToMultiByte(std::u16string_view text, std::uint32
     if (!isUtf8()) {
         std::string result;
         const bool defined = substituteToNarrow(text, result);
+        if (fault::next("WideCharToMultiByte") != kSuccess)
+            return std::nullopt;
         if (usedDefault != nullptr)
             *usedDefault = !defined;
         return result;
@@ -133,6 +140,8 @@ std::optional<std::string> wideToMultiByte(std::u16string_view text, std::uint32
         return std::nullopt;
     std::u16string characters(text);
     if (replaceLoneSurrogates(characters) && flags != 0)
+        return std::nullopt;
+    if (fault::next("WideCharToMultiByte") != kSuccess)
         return std::nullopt;
     return toHostName(characters);
 }

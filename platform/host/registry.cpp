@@ -93,7 +93,8 @@ Status deleteKey(KeyRef parent, const std::u16string& path) {
 
 std::optional<Status> deleteKeyEx(KeyRef parent, const std::u16string& path, std::uint32_t viewFlag) {
     const HiveLock lock(hiveGuard());
-    if (fault::next("GetProcAddress") != kSuccess || !hive().exportsDeleteKeyEx)
+    if (fault::next("GetModuleHandleW") != kSuccess || fault::next("GetProcAddress") != kSuccess ||
+        !hive().exportsDeleteKeyEx)
         return std::nullopt;
     const Status error = begin("RegDeleteKeyExW", path);
     return error != kSuccess ? error : removeKey(parent, path, viewFlag);

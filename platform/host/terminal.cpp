@@ -7,7 +7,8 @@
 namespace platform {
 
 bool prepareTerminal() {
-    return fault::next("GetConsoleMode") == kSuccess && isatty(STDOUT_FILENO) != 0;
+    return fault::next("GetConsoleMode") == kSuccess && isatty(STDOUT_FILENO) != 0 &&
+           fault::next("SetConsoleMode") == kSuccess;
 }
 
 Utf8Output::Utf8Output() = default;

@@ -174,11 +174,19 @@ TEST_F(SetupTest, FindsWhoCanChangeTheFolder) {
         fs::permissions(folder_.path(), fs::perms::others_write, fs::perm_options::remove);
         fs::remove_all(inner);
     }
-    platform::fault::arm("GetNamedSecurityInfoW", 1, platform::kErrorAccessDenied);
-    EXPECT_EQ(intruders(folder()).front().account, u"") << "what cannot be read is not trusted";
-    platform::fault::arm("GetTokenInformation", 1, platform::kErrorAccessDenied);
-    EXPECT_EQ(intruders(folder()).front().path, tools::wide(folder_.path().native()))
-        << "nor is this process, unknown";
+    for (const char* unread :
+         {"CreateFileW", "GetFinalPathNameByHandleW", "GetNamedSecurityInfoW", "GetAce"}) {
+        platform::fault::arm(unread, 1, platform::kErrorAccessDenied);
+        EXPECT_EQ(intruders(folder()).front().account, u"")
+            << unread << ": what cannot be read is not trusted";
+    }
+    for (const char* unknown : {"OpenProcessToken", "GetTokenInformation", "ConvertSidToStringSidW"}) {
+        platform::fault::arm(unknown, 1, platform::kErrorAccessDenied);
+        EXPECT_EQ(intruders(folder()).front().path, tools::wide(folder_.path().native()))
+            << unknown << ": nor is this process, unknown";
+    }
+    platform::fault::arm("LookupAccountSidW", 1, platform::kErrorAccessDenied);
+    EXPECT_EQ(describe({u"/", u"S-1-1-0"}), "S-1-1-0 can change /") << "an account without a name";
     EXPECT_EQ(checkFolder(u"/no/such/folder", recorder_), kUnsafeFolder);
 }
 

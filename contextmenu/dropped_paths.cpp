@@ -40,8 +40,8 @@ std::uint32_t CollectDroppedPaths(IDataObject* data, owlkit::PathList& paths) {
         return 0;
     platform::DropList list = platform::readDropList(medium.global());
     paths = owlkit::PathList::fromText(std::move(list.paths));
-    // Deliberate: an item that cannot be read is left out of the list but stays counted; what is offered for
-    // the selection goes by the count.
+    // An item that cannot be read is left out of the list but stays counted: what is offered for the
+    // selection goes by the count.
     return list.count;
 }
 

@@ -38,8 +38,7 @@ int SystemDrive::number() {
 }
 
 bool SystemDrive::holds(const std::u16string& path) {
-    // Deliberate: without a drive it counts as the system drive, so that it is never offered for wiping a
-    // whole drive.
+    // Without a drive it counts as the system drive, so that it is never offered for wiping a whole drive.
     const int drive = platform::driveNumber(path);
     return drive < 0 || drive == number();
 }

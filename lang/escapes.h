@@ -4,7 +4,11 @@
 //   \xHH                       the code unit of exactly two hexadecimal digits, upper or lower case
 //   \uHHHH                     the code unit of exactly four
 //
-// Example: the text line  TEXT: Wipe\n\x20now  holds "Wipe", a line break, a space and "now".
+//   text of a file    what it holds
+//   Wipe\n\x20now     "Wipe", a line break, a space, "now"
+//   \u20AC\q          "\u20AC" as one code unit, then "\q"
+//   C:\\new           "C:\\new", with both backslashes
+//   \x4               "\x4"
 #pragma once
 
 #include <cstddef>
@@ -27,8 +31,8 @@ enum class EscapeMode {
     Ascii,  // code units 32 to 127 stay, those from 256 up become \uHHHH, the others \xHH (upper-case digits)
 };
 
-// A backslash is never escaped, deliberately: a literal backslash before an escape letter reads back as that
-// escape.
+// A backslash is never escaped, since a doubled one would be read back doubled. So one before an escape
+// letter reads back as that escape.
 std::u16string encodeEscapes(std::u16string_view text, EscapeMode mode = EscapeMode::File);
 
 }  // namespace owlkit

@@ -25,6 +25,10 @@ TEST(Escapes, Decode) {
         {"runs and what stands behind them", uR"(\\n\n \\\x41 \\\\t\\)", u"\\\\n\n \\\\\\x41 \\\\\\\\t\\\\"},
         {"what was decoded starts nothing", uR"(\x5cn\x5c\n)", u"\\n\\\n"},
         {"a backslash at the end", uR"(\n\)", u"\n\\"},
+        {"a line break and a space", uR"(Wipe\n\x20now)", u"Wipe\n now"},
+        {"an escape and none", uR"(\u20AC\q)", u"\u20AC\\q"},
+        {"a doubled backslash", uR"(C:\\new)", u"C:\\\\new"},
+        {"one digit", uR"(\x4)", u"\\x4"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);

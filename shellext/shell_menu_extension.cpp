@@ -61,8 +61,8 @@ HRESULT ShellMenuExtension::Initialize(PCIDLIST_ABSOLUTE, IDataObject* data, HKE
     if (!module().languageLoaded)
         return E_FAIL;
     const HRESULT result = guard(E_FAIL, [&] {
-        selection_.count =
-            0;  // a failure must not leave the count of one selection with the paths of another
+        // A failure must not leave the count of one selection with the paths of another.
+        selection_.count = 0;
         selection_.count = CollectDroppedPaths(data, selection_.paths);
         return S_OK;
     });
@@ -71,7 +71,8 @@ HRESULT ShellMenuExtension::Initialize(PCIDLIST_ABSOLUTE, IDataObject* data, HKE
 }
 
 HRESULT ShellMenuExtension::QueryContextMenu(HMENU menu, UINT index, UINT idFirst, UINT idLast, UINT flags) {
-    // Deliberate: whether all identifiers fit between the two bounds is not checked.
+    // Whether all identifiers fit between the two bounds is not checked: a caller with a narrower range gets
+    // the menu too.
     if (refused_ || !module().languageLoaded || module().recycleBinMenuLive ||
         (flags & kFlagsWithoutEntries) != 0 || idLast <= idFirst)
         return identifiersUsed(0);

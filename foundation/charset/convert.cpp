@@ -164,7 +164,7 @@ bool replaceCharacter(Output<char>& out, char32_t c, bool byPlatform, ErrorPolic
             out.add(0x1A);
             break;
         case ErrorPolicy::Hex:
-            // Deliberate: the platform's conversion marks every character that fails alike.
+            // The platform's conversion marks every character that fails alike.
             out.addHex(byPlatform ? 0xFFFD : c, !byPlatform && c >= 0x10000 ? 6 : 4);
             break;
         case ErrorPolicy::KeepByte:

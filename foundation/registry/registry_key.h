@@ -20,8 +20,8 @@ namespace owlkit {
 class RegistryKey {
   public:
     RegistryKey() = default;  // closed, default view
-    // Takes the other's open key and leaves it closed. The view is deliberately not taken along, so a swap
-    // exchanges the keys and leaves the views where they are.
+    // Takes the other's open key and leaves it closed. The view is not taken along, so a swap exchanges the
+    // keys and leaves the views where they are.
     RegistryKey(RegistryKey&& other) noexcept;
     RegistryKey& operator=(RegistryKey&& other) noexcept;
     virtual ~RegistryKey();
@@ -35,8 +35,8 @@ class RegistryKey {
     // RegOpenKeyExW; an empty path opens the root itself. On failure an open key stays open. A mode other
     // than ReadWrite opens read-only.
     [[nodiscard]] bool open(RegistryRoot root, const std::u16string& path, RegistryMode mode);
-    // RegCreateKeyExW: makes the key and missing parents, or opens it, with full access. An empty path is
-    // deliberately an "invalid argument" here. On failure an open key stays open.
+    // RegCreateKeyExW: makes the key and missing parents, or opens it, with full access. An empty path is an
+    // "invalid argument", unlike for open(). On failure an open key stays open.
     [[nodiscard]] bool create(RegistryRoot root, const std::u16string& path);
     void close() noexcept;            // keeps the view
     void setView(RegistryView view);  // one that differs from the current one closes the key

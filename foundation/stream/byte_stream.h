@@ -32,7 +32,7 @@ class ByteStream : public Archive {
     virtual std::int64_t skip(std::int64_t count);
     // Looks for a byte-order mark at the position. A UTF-8 mark sets the encoding and native order, a UTF-16
     // or UTF-32 one the encoding and the mark's order; the position is then behind the mark. Otherwise false,
-    // and the position is back. FF FE is always UTF-16, also where 00 00 follows; this is deliberate.
+    // and the position is back. FF FE is always UTF-16, also where 00 00 follows: a NUL of it.
     virtual bool detectByteOrderMark();
     // Finds out how the text at the position is encoded: by its byte-order mark (the position is then behind
     // it), else from at most `sampleSize` bytes: UTF-8 if they are valid UTF-8, a character cut by the end of

@@ -90,7 +90,7 @@ class FileStream final : public ByteStream {
     // opened with WriteThrough, without asking the platform. Compatible: callers tell the two apart by it.
     [[nodiscard]] bool flush();
 
-    // The path last opened, in the system charset and as it was given.
+    // The path of the last open that succeeded, in the system charset and as given; a failed one keeps it.
     const std::string& narrowPath() const { return narrowPath_; }
     const std::u16string& path() const { return path_; }
     OpenMode openFlags() const { return openFlags_; }

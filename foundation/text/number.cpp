@@ -10,7 +10,7 @@
 namespace owlkit {
 namespace {
 
-// The limit is deliberate: a width above it fills nothing.
+// The header promises that a width above it fills nothing.
 constexpr std::int32_t kMaximumWidth = 25;
 
 constexpr std::uint32_t kNoDigit = 0xFFFFFFFF;
@@ -20,7 +20,8 @@ std::uint32_t codeOf(Char c) {
     return static_cast<std::make_unsigned_t<Char>>(c);
 }
 
-// The first range that matches decides. The codes 58 to 64 come out as digits 10 to 16, which is deliberate.
+// The first range that matches decides. So the codes 58 to 64 and U+FF1A to U+FF20 come out as the digits 10
+// to 16, as the header promises.
 std::uint32_t digitOf(std::uint32_t code) {
     if (code > 65344)
         return code - 65335;
@@ -108,7 +109,7 @@ class NumberParser {
         if (radix_ == 0)
             radix_ = 10;
         const std::uint64_t next = value_ * radix_ + digit;
-        // Deliberately no more than this: an overflow that wraps to a larger value passes.
+        // No more than this: the header promises that an overflow that wraps to a larger value passes.
         if (next < value_)
             return false;
         value_ = next;

@@ -37,13 +37,13 @@ std::basic_string<Char> formatNumber(std::int64_t value, NumberFormat format = N
 
 // Reads white space (see isSpace, not extended), then a sign or the prefix "0x" or "0X" (allowed in radix 0
 // and 16 only, and not after a sign), then digits, among which single occurrences of `separator` may stand
-// (an empty one never matches). Digits are 0-9, a-z, A-Z and their full-width forms; the codes 58 to 64 are
-// the digits 10 to 16. `radix` is 2 to 36, or 0 for 16 after a prefix and otherwise 10; it comes back as the
-// radix that was found. Other values throw "invalid radix" and change no argument. Returns how many
-// characters were taken, 0 when the text does not begin with a number, or kParseOverflow; in the latter two
-// cases `value` is 0, `negative` is false and `radix` is as it was. A sign, a prefix or white space alone is
-// taken, with the value 0. Only an overflow that wraps below the value before it is noticed. `value` is the
-// magnitude.
+// (an empty one never matches). Digits are 0-9, a-z, A-Z and their full-width forms; the codes 58 to 64 and
+// U+FF1A to U+FF20 are the digits 10 to 16. `radix` is 2 to 36, or 0 for 16 after a prefix and otherwise 10;
+// it comes back as the radix that was found. Other values throw "invalid radix" and change no argument.
+// Returns how many characters were taken, 0 when the text does not begin with a number, or kParseOverflow; in
+// the latter two cases `value` is 0, `negative` is false and `radix` is as it was. A sign, a prefix or white
+// space alone is taken, with the value 0. Only an overflow that wraps below the value before it is noticed.
+// `value` is the magnitude.
 std::uint32_t parseNumber(std::string_view text, std::string_view separator, std::uint64_t& value,
                           std::uint32_t& radix, bool& negative);
 std::uint32_t parseNumber(std::u16string_view text, std::u16string_view separator, std::uint64_t& value,

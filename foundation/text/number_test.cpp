@@ -39,8 +39,11 @@ TEST(FormatNumber, AgreesWithPrintf) {
             }
         }
     }
+    EXPECT_EQ(formatNumber<char>(257, NumberFormat::LowerHex), "101");
     EXPECT_EQ(formatNumber<char>(257, NumberFormat::UpperHex, 8), "00000101");
     EXPECT_EQ(formatNumber<char>(-7, NumberFormat::SignedDecimal, 4), "-007");
+    EXPECT_EQ(formatNumber<char>(-1, NumberFormat::Octal), "1777777777777777777777");
+    EXPECT_EQ(formatNumber<char>(5, NumberFormat::SignedDecimal, 26), "5");
     EXPECT_EQ(formatNumber<char>(0, NumberFormat::Boolean, 9), "false");
     EXPECT_EQ(formatNumber<char16_t>(-1, NumberFormat::Boolean, 9), u"true");
 }
@@ -98,6 +101,8 @@ TEST(ParseNumber, KnowsFullWidthDigits) {
     std::uint32_t value = 0;
     EXPECT_EQ(parseUInt32(u"\uFF11\uFF21\uFF46", value, 16), 3u);
     EXPECT_EQ(value, 0x1AFu);
+    EXPECT_EQ(parseUInt32(u"\uFF1A\uFF20", value, 17), 2u) << "what stands between the two are digits too";
+    EXPECT_EQ(value, 10u * 17 + 16);
     for (const char16_t* const behind : {u"1\uFF0F", u"1\uFF40", u"1\uFFFF"})
         EXPECT_EQ(parseUInt32(behind, value, 36), 1u);
 }

@@ -12,8 +12,8 @@
 
 namespace nmshell {
 
-// The DLL has one; tests make their own. Deliberate: nothing in here is locked, and the counts and the flag
-// are plain. One thread makes and uses each object, but windows of the shell are threads of their own, which
+// The DLL has one; tests make their own. Nothing in here is locked, and the counts and the flag are plain:
+// one thread makes and uses each object, but windows of the shell are threads of their own, which
 // share all of this. What they may do at the same moment while the language stays as it is: everything; what
 // is filled on first use keeps what came first, and a count may lose a step. A class object that brings
 // another language writes the table, and a menu that another thread builds at that moment is not guarded

@@ -5,6 +5,7 @@
 #include <atomic>
 
 #include "platform/menu.h"
+#include "resources/resource.h"
 
 namespace nmshell {
 
@@ -13,8 +14,8 @@ namespace nmshell {
 // already.
 class BitmapCache {
   public:
-    static constexpr int kFirst = 230;
-    static constexpr int kLast = 240;
+    static constexpr int kFirst = IDB_FIRST;
+    static constexpr int kLast = IDB_LAST;
 
     // `module` is the module whose resources hold the bitmaps (HINSTANCE).
     explicit BitmapCache(platform::ModuleRef module = nullptr) : module_(module) {}

@@ -3,11 +3,11 @@
 #include <concepts>
 #include <utility>
 
+#include "resources/resource.h"
+
 namespace nmshell {
 namespace {
 
-constexpr int kProductBitmap = 236;
-constexpr int kRecycleBinBitmap = 233;
 constexpr std::size_t kCommonEntries = 2;  // the product submenu and a separator
 
 class Builder {
@@ -98,11 +98,11 @@ class Builder {
             text += u' ';
             text += texts_.GetText(empty ? u"CXT_MENU_EMPTY_POSTFIX" : u"CXT_MENU_NONE_POSTFIX");
         }
-        return submenu(std::move(text), kRecycleBinBitmap, grayed, owners(kUserTrashDrive, kAdminTrashDrive));
+        return submenu(std::move(text), IDB_RECYCLE_BIN, grayed, owners(kUserTrashDrive, kAdminTrashDrive));
     }
 
     MenuEntry allRecycleBins() const {
-        return submenu(texts_.GetText(u"CXT_MENU_WIPE_ALL_TRASH"), kRecycleBinBitmap,
+        return submenu(texts_.GetText(u"CXT_MENU_WIPE_ALL_TRASH"), IDB_RECYCLE_BIN,
                        facts_.recycleBin != RecycleBinState::HoldsItems,
                        owners(kUserTrashAll, kAdminTrashAll));
     }
@@ -116,7 +116,7 @@ class Builder {
         MenuEntry about = entry(kAbout);
         about.text = texts_.GetTextWithArgs(command(kAbout).menuKey, kProductName, {});
         return submenu(
-            texts_.GetTextWithArgs(u"CXT_MENU_PARENT", kProductName, {}), kProductBitmap, false,
+            texts_.GetTextWithArgs(u"CXT_MENU_PARENT", kProductName, {}), IDB_NULLMARK, false,
             listOf(entry(kOptions), entry(kStandalone), separatorEntry(), entry(kUpdate), entry(kRegister),
                    entry(kUpgrade), separatorEntry(), entry(kHelp), std::move(about)));
     }

@@ -18,7 +18,7 @@ constexpr std::uint32_t kDefaultSetting = kNotServed | kOtherLanguage;
 
 constexpr Answer kAnswers[] = {
     // Loading. Without every language file there is no menu, without its folder there are no files.
-    {"GetModuleFileNameW", kNotServed | kProgramsFolder},
+    {"GetModuleFileNameW", kNotServed},
     {"FindFirstFileW", kNotServed},
     {"FindNextFileW", kNotServed},
     {"ReadFile", kNotServed},

@@ -87,7 +87,6 @@ class RightClickWalk : public LifeWalkTest {
         }
         platform::host::setLocaleInfo(platform::kLocaleIso639LanguageName, u"de");
         selected_.folder = folder();
-        selected_.programsFolder = owlkit::folderOf(platform::moduleFileName(nullptr));
     }
     ~RightClickWalk() override { platform::host::resetLocale(); }
 

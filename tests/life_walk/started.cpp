@@ -162,15 +162,14 @@ std::uint32_t checkStart(std::uint32_t offset, const platform::host::ShellStart&
         EXPECT_EQ(start.parameters, u"");
         return 0;
     }
-    const bool elsewhere = start.file != selected.folder + u"nmark.exe";
-    EXPECT_EQ(start.file, (elsewhere ? selected.programsFolder : selected.folder) + u"nmark.exe");
+    EXPECT_EQ(start.file, selected.folder + u"nmark.exe");
     std::u16string data;
     const std::uint32_t missing = checkParameters(due, start, selected, data);
     const bool isClosed = !volumeOpens || !data.starts_with(u"D:");
     const bool elevated = due.rights == Rights::Administrator ||
                           (due.rights == Rights::AdministratorForClosedVolume && isClosed);
     EXPECT_EQ(start.verb, elevated ? u"runas"sv : u"open"sv);
-    return missing | (elsewhere ? kProgramsFolder : 0u);
+    return missing;
 }
 
 std::string fileBytes(const std::string& name) {

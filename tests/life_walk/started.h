@@ -12,8 +12,7 @@ namespace nmshell {
 // The selection, and what a start must name besides it.
 struct Selected {
     std::vector<std::u16string> paths;
-    std::u16string folder;          // of the module
-    std::u16string programsFolder;  // of the running program
+    std::u16string folder;  // of the module
 };
 
 inline constexpr std::uint32_t kOffsets = 15;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "contextmenu/dropped_paths.h"
 #include "foundation/path/path.h"
 #include "foundation/path/path_list.h"
 #include "platform/shell.h"
@@ -33,19 +34,6 @@ bool findItems(SelectionKind kind, const std::vector<std::u16string>& paths, std
     }
     return true;
 }
-
-struct Medium {
-    STGMEDIUM medium = {};
-    bool held = false;
-
-    Medium() = default;
-    Medium(const Medium&) = delete;
-    Medium& operator=(const Medium&) = delete;
-    ~Medium() {
-        if (held)
-            ReleaseStgMedium(&medium);
-    }
-};
 
 bool isThere(SelectionKind kind, const std::u16string& path) {
     if (kind == SelectionKind::Drives)
@@ -101,14 +89,8 @@ ComPointer<IShellItemArray> makeItemArray(const std::vector<std::u16string>& pat
 }
 
 bool dropsObjects(IDataObject& data, SelectionKind kind, std::size_t count) {
-    FORMATETC format = {CF_HDROP, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
-    Medium medium;
-    medium.held = SUCCEEDED(data.GetData(&format, &medium.medium));
-    if (!medium.held)
-        return false;
-    platform::DropList list = platform::readDropList(medium.medium.hGlobal);
-    const owlkit::PathList dropped = owlkit::PathList::fromText(std::move(list.paths));
-    return list.count == count && dropped.count() == count &&
+    owlkit::PathList dropped;
+    return nmshell::CollectDroppedPaths(&data, dropped) == count && dropped.count() == count &&
            std::ranges::all_of(dropped,
                                [&](std::u16string_view path) { return isThere(kind, std::u16string(path)); });
 }

@@ -18,8 +18,6 @@ import sys
 import zlib
 
 SIZE = 16
-FIRST_ID, LAST_ID = 230, 240
-PRODUCT_ID = 236  # the product's mark, which is the icon of programs too
 LOGO_SIZES = (44, 50, 150)
 PROGRAM_SIZES = (16, 32, 48)
 # The entries of files and of the product, which the first level of the menu shows, at the sizes of each scale.
@@ -34,6 +32,9 @@ BACKGROUND = (0xFF, 0xFF, 0xFF)
 MAPPED_GREYS = {(128, 128, 128), (192, 192, 192), (223, 223, 223)}
 
 ROOT = pathlib.Path(__file__).resolve().parent
+IDENTIFIERS = {name: int(number) for name, number in re.findall(
+    r"#define (IDB_\w+) (\d+)", (ROOT / "resource.h").read_text(encoding="ascii"))}
+PRODUCT_ID = IDENTIFIERS["IDB_NULLMARK"]  # the product's mark, which is the icon of programs too
 PALETTE_LINE = re.compile(r"(\S) ([0-9A-F]{6})")
 
 
@@ -168,12 +169,12 @@ def icon_sources(folder):
     sources = {}
     for path in sorted(folder.glob("*.txt")):
         match = re.fullmatch(r"(\d{3})_[a-z_]+\.txt", path.name)
-        if not match or not FIRST_ID <= int(match[1]) <= LAST_ID:
-            raise IconError(f"{path.name}: the name must be ID_NAME.txt, ID from {FIRST_ID} to {LAST_ID}")
+        if not match or int(match[1]) not in IDENTIFIERS.values():
+            raise IconError(f"{path.name}: the name must be ID_NAME.txt, ID being one of resource.h")
         if int(match[1]) in sources:
             raise IconError(f"{path.name}: {sources[int(match[1])].name} has the same identifier")
         sources[int(match[1])] = path
-    missing = [str(i) for i in range(FIRST_ID, LAST_ID + 1) if i not in sources]
+    missing = [str(i) for i in IDENTIFIERS.values() if i not in sources]
     if missing:
         raise IconError(f"{folder.name}: no picture for {' '.join(missing)}")
     return sources

@@ -4,11 +4,6 @@
 #include "platform/shell.h"
 
 namespace nmshell {
-namespace {
-
-constexpr std::int64_t kLastShellExecuteError = 32;
-
-}  // namespace
 
 bool ApplicationLauncher::launch(platform::WindowRef owner, std::u16string_view executable,
                                  std::uint32_t command, bool elevate, const LaunchRequest& request) {
@@ -20,7 +15,7 @@ bool ApplicationLauncher::launch(platform::WindowRef owner, std::u16string_view 
     // May write a file: so it comes last.
     const std::u16string parameters = buildArguments(command, request, handover_);
     return platform::shellExecute(owner, verb, file, parameters, nullptr, platform::kShowNormal) >
-           kLastShellExecuteError;
+           platform::kLargestShellFailure;
 }
 
 }  // namespace nmshell

@@ -25,8 +25,8 @@ class ApplicationLauncher {
     // Starts `executable` from the module folder, with administrator rights when `elevate` is set, and does
     // not wait for it; starts nothing when no folder is known. `owner` is the window that owns dialogs of the
     // system (HWND). True when the system started it. ShellExecuteW with the verb "open" or "runas".
-    [[nodiscard]] bool launch(platform::WindowRef owner, std::u16string_view executable, std::uint32_t command,
-                              bool elevate, const LaunchRequest& request);
+    [[nodiscard]] bool launch(platform::WindowRef owner, std::u16string_view executable,
+                              std::uint32_t command, bool elevate, const LaunchRequest& request);
 
   private:
     Handover& handover_;

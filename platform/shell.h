@@ -19,9 +19,10 @@ namespace platform {
 using WindowRef = HWND__*;
 
 inline constexpr std::int32_t kShowNormal = 1;
+inline constexpr std::int64_t kLargestShellFailure = 32;
 
 // ShellExecuteW. `owner` may be none, `folder` is the working folder or nullptr for none. The answer is the
-// call's own value: greater than 32 for success, otherwise an error number.
+// call's own value: greater than kLargestShellFailure for success, otherwise an error number.
 [[nodiscard]] std::int64_t shellExecute(WindowRef owner, const std::u16string& verb,
                                         const std::u16string& file, const std::u16string& parameters,
                                         const char16_t* folder, std::int32_t show);

@@ -14,7 +14,6 @@
 namespace platform {
 namespace {
 
-constexpr std::int64_t kLargestFailure = 32;
 constexpr std::int64_t kFileNotFound = 2;
 constexpr std::int64_t kNotEnoughMemory = 8;
 
@@ -53,7 +52,7 @@ std::vector<std::u16string> splitAtBlanks(const std::u16string& parameters) {
 
 // Records the start and, when asked to, carries it out; the value is that of ShellExecuteW.
 std::int64_t start(host::ShellStart record, ProcessHandle& process) {
-    const bool succeeds = shell().executeResult > kLargestFailure;
+    const bool succeeds = shell().executeResult > kLargestShellFailure;
     // Whatever needs memory comes before the record: what is recorded has happened.
     if (succeeds && !shell().forReal && shell().exitCode)
         process = host::finishedProcess(*shell().exitCode);
@@ -73,7 +72,7 @@ std::int64_t start(host::ShellStart record, ProcessHandle& process) {
 std::int64_t shellExecute(WindowRef owner, const std::u16string& verb, const std::u16string& file,
                           const std::u16string& parameters, const char16_t* folder, std::int32_t show) {
     if (const Status error = fault::next("ShellExecuteW"); !error.succeeded())
-        return std::min<std::int64_t>(error.code, kLargestFailure);
+        return std::min<std::int64_t>(error.code, kLargestShellFailure);
     try {
         ProcessHandle process;
         return start({false, verb, file, parameters, folder != nullptr, show, owner, 0}, process);
@@ -92,7 +91,7 @@ Status shellExecuteEx(const ShellExecuteRequest& request, ProcessHandle& process
         started);
     if (request.mask & kMaskNoCloseProcess)
         process = std::move(started);
-    if (result > kLargestFailure)
+    if (result > kLargestShellFailure)
         return kSuccess;
     return result != 0 ? Status{static_cast<std::uint32_t>(result)} : kErrorNotEnoughMemory;
 }

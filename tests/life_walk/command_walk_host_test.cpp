@@ -37,7 +37,6 @@ class CommandWalk : public LifeWalkTest {
         makeFile("a file.txt");
         makeFile("langs/de.lang.txt", "LANG: de\nKEY: CXT_MENU_WIPE_FILE\nTEXT: Datei\n");
         selected_.folder = folder();
-        selected_.programsFolder = owlkit::folderOf(platform::moduleFileName(nullptr));
     }
 
     void walkThrough(const char* name, std::vector<std::u16string> paths) {

@@ -1,4 +1,5 @@
-// Identifiers of the resources, for the resource compiler and the code. The pictures in icons/ and bitmaps/ are named by them.
+// Identifiers of the resources, for the resource compiler and the code. The pictures in icons/ and bitmaps/
+// are named by them.
 #pragma once
 
 #define IDB_WIPE_FILES 230

@@ -68,8 +68,6 @@ TEST_F(RegistryContract, AnswersWithTheSystemsCodes) {
         {"delete by a reader", kErrorAccessDenied, [&] { return deleteValue(reader.get(), u"Value"); }},
         {"read by a writer", kErrorAccessDenied,
          [&] { return queryValue(writer.get(), u"Value", nullptr, nullptr, nullptr); }},
-        {"count by a writer", kErrorAccessDenied,
-         [&] { return queryInfoKey(writer.get(), nullptr, nullptr); }},
         {"list by a writer", kErrorAccessDenied,
          [&] {
              std::uint32_t length = 8;

@@ -245,7 +245,7 @@ class PackageTest(unittest.TestCase):
         with open(self.work / "actions.dll", "wb") as file:
             subprocess.run(["msiinfo", "extract", package, "Binary.Actions"], stdout=file, check=True)
         files = [package, self.work / "actions.dll", *(self.work / "out").rglob("*.dll"), *(self.work / "out").rglob("*.exe")]
-        self.assertEqual(len(files), 5)
+        self.assertEqual(len(files), 6)
         for file in files:
             self.assertIn("Signature verification: ok", run("osslsigncode", "verify", "-CAfile", "cert.pem", "-in", file))
         self.assertNotEqual(subprocess.run([ROOT / "scripts/build-msi.sh", "-b", BIN, "--sign", "false", self.work / "x.msi"],

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Builds the installer from a Windows build: build-msi.sh [-b BIN] [-v VERSION] [--sign COMMAND] [OUTPUT.msi]
+# Builds the installer from a Windows build: build-msi.sh [-b BIN] [-v VERSION] [--sign COMMAND] [--publisher NAME] [OUTPUT.msi]
 # BIN is build/win64/bin, VERSION the project's, OUTPUT build/nmshell-VERSION.msi unless given. All language files in BIN/langs are
 # taken. COMMAND is called with the name of a file behind it and signs that file in place: the DLLs, the programs, the package.
+# The package of Windows 11's menu, nmcommand.msix, is signed too when NAME, the subject of the certificate, is given (build-package.sh).
 # The same files give the same package, byte for byte; SOURCE_DATE_EPOCH is the time that it carries, that of the last commit unless
 # set. wixl and msitools come with scripts/install-packages.sh.
 set -euo pipefail
@@ -14,13 +15,15 @@ fail() { echo "build-msi: $2" >&2; exit "$1"; }
 bin=$root/build/win64/bin
 version=$(sed -n 's/^project(nmshell VERSION \([0-9.]*\).*/\1/p' "$root/CMakeLists.txt")
 sign=
+publisher=
 output=
 while [ $# -gt 0 ]; do
   case $1 in
-    -b | -v | --sign) [ $# -gt 1 ] || fail 2 "$1 needs a value" ;;&
+    -b | -v | --sign | --publisher) [ $# -gt 1 ] || fail 2 "$1 needs a value" ;;&
     -b) bin=$(cd "$2" && pwd); shift 2 ;;
     -v) version=$2; shift 2 ;;
     --sign) sign=$2; shift 2 ;;
+    --publisher) publisher=$2; shift 2 ;;
     -*) fail 2 "there is no option $1" ;;
     *) [ -z "$output" ] || fail 2 "one output, please: $1"; output=$1; shift ;;
   esac
@@ -46,6 +49,9 @@ cd "$scratch/files"  # wixl looks for the files from here
 
 sign_file() { [ -z "$sign" ] || bash -c "$sign \"\$1\"" sign "$1" >&2 || fail 1 "not signed: $1"; }
 for file in "${files[@]}"; do sign_file "$PWD/$file"; done
+package_options=()
+[ -z "$publisher" ] || package_options=(--publisher "$publisher" ${sign:+--sign "$sign"})
+"$root/scripts/build-package.sh" -v "$version" "${package_options[@]}" nmcommand.msix >/dev/null
 find . -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
 
 facts=$root/installer/facts.py

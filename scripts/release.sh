@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Puts a release together: release.sh [-b BIN] [--sign COMMAND] [FOLDER]
+# Puts a release together: release.sh [-b BIN] [--sign COMMAND] [--publisher NAME] [FOLDER]
 # FOLDER, build/release unless given, is emptied and gets the package, a zip with tools, policy template, documents and examples, a
 # zip with the symbols, and SHA256SUMS. BIN holds a Windows build; without it, build/win64 is brought up to date from what is
-# committed. COMMAND signs the file that is named behind it, in place. The same commit gives the same files: see build-msi.sh.
+# committed. COMMAND signs the file that is named behind it, in place; NAME and why the same commit gives the same files: see build-msi.sh.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$root"
@@ -10,12 +10,13 @@ export LC_ALL=C.UTF-8 TZ=UTC
 
 fail() { echo "release: $2" >&2; exit "$1"; }
 
-bin= sign= folder=
+bin= sign= publisher= folder=
 while [ $# -gt 0 ]; do
   case $1 in
-    -b | --sign) [ $# -gt 1 ] || fail 2 "$1 needs a value" ;;&
+    -b | --sign | --publisher) [ $# -gt 1 ] || fail 2 "$1 needs a value" ;;&
     -b) bin=$(cd "$2" && pwd); shift 2 ;;
     --sign) sign=$2; shift 2 ;;
+    --publisher) publisher=$2; shift 2 ;;
     -*) fail 2 "there is no option $1" ;;
     *) [ -z "$folder" ] || fail 2 "one folder, please: $1"; folder=$1; shift ;;
   esac
@@ -35,7 +36,7 @@ fi
 
 rm -rf "$folder"
 mkdir -p "$folder"
-scripts/build-msi.sh -b "$bin" ${sign:+--sign "$sign"} "$folder/nmshell-$version.msi" >/dev/null
+scripts/build-msi.sh -b "$bin" ${sign:+--sign "$sign"} ${publisher:+--publisher "$publisher"} "$folder/nmshell-$version.msi" >/dev/null
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT

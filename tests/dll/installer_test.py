@@ -118,7 +118,8 @@ class InstallerTest(WineTest):
         self.assertEqual(self.msiexec("/i", "old", "NMARK_ICONS=0", "NMARK_LANGUAGE=de"), 0, self.log[-900:])
         languages = {f"langs/{path.name}" for path in (BIN / "langs").iterdir()}
         self.assertEqual(self.files(folder),
-                         {"nmark.exe", "nmshell.dll", "nmcommand.dll", "nmshell-setup.exe", "nmshell-setupw.exe", "langs"}
+                         {"nmark.exe", "nmshell.dll", "nmcommand.dll", "nmcommand.msix", "nmshell-setup.exe",
+                          "nmshell-setupw.exe", "langs"}
                          | languages)
         self.assertIn(r"Registered C:\Program Files\Nullmark\nmshell.dll", self.log)
         self.assertEqual(self.value(r"HKLM\Software\NMark Shell", "Version"), "4.0.3")

@@ -1,33 +1,18 @@
 // A shell that lives on: it loads the extension for a right-click, lets it go again, and does so thousands of
 // times. Run where the extension is registered.
-#include <gtest/gtest.h>
+#include "tests/dll/host_life.h"
 
-#include <functional>
 #include <future>
 #include <thread>
 #include <vector>
 
-#include "comserver/identifiers.h"
-#include "contextmenu/handover_file.h"
-#include "platform/com.h"
-#include "tests/dll/footprint.h"
 #include "tests/dll/imports.h"
-#include "tools/rightclick/com_pointer.h"
-#include "tools/rightclick/shell_selection_win32.h"
 
 namespace dll_tests {
 namespace {
 
-using platform::wide;
-using rightclick::ComPointer;
-using rightclick::receive;
-
-constexpr const wchar_t* kModule = L"nmshell.dll";
 constexpr int kLoads = 2000;
 constexpr DWORD kCommands = 15;
-constexpr const wchar_t* kCommandModule = L"nmcommand.dll";
-constexpr int kCommandLoads = 1000;
-constexpr ULONG kEntries = 10;  // below the root command
 
 struct Click {
     const char16_t* classId;
@@ -36,119 +21,6 @@ struct Click {
 const Click kClicks[] = {{nmshell::kFileSystemClassId.data(), {u"C:\\windows", u"C:\\windows\\win.ini"}},
                          {nmshell::kDriveClassId.data(), {u"C:\\"}},
                          {nmshell::kRecycleBinClassId.data(), {}}};
-
-void setSetting(const wchar_t* name, DWORD type, const std::string& bytes) {
-    const std::u16string path(nmshell::kSettingsPath);
-    EXPECT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, wide(path), name, type, bytes.data(),
-                              static_cast<DWORD>(bytes.size())),
-              ERROR_SUCCESS);
-}
-
-// The calls of the loaded module that are led here: the n-th of the kind that was asked for fails.
-struct Faults {
-    const char* name = "";
-    int countdown = 0;
-    bool forGood = false;
-    bool fired = false;
-    bool noSlots = false;  // for the states of threads
-    int thrown = 0;
-    int freed = 0;
-    int launches = 0;
-    std::u16string parameters;  // of the last launch
-
-    void arm(const char* call, int n, bool each) {
-        name = call;
-        countdown = n;
-        forGood = each;
-        fired = false;
-    }
-    void disarm() { name = "", noSlots = false; }
-    bool next(const char* call) {
-        if (noSlots && std::string_view(call).starts_with("Fls"))
-            return true;
-        if (name != std::string_view(call) || (fired ? !forGood : --countdown != 0))
-            return false;
-        return fired = true;
-    }
-};
-Faults faults;
-
-// One function for each signature; no two of the calls below have the same.
-template <class Signature>
-struct Failing;
-template <class Result, class... Arguments>
-struct Failing<Result(Arguments...)> {
-    static inline const char* name;
-    static inline Result (*original)(Arguments...);
-    static inline Result failure;
-
-    static Result call(Arguments... arguments) {
-        if (!faults.next(name))
-            return original(arguments...);
-        SetLastError(ERROR_ACCESS_DENIED);
-        return failure;
-    }
-};
-
-template <class Signature, class Failure>
-void makeFailing(HMODULE module, const char* name, Failure failure) {
-    using Hook = Failing<Signature>;
-    Hook::name = name;
-    Hook::failure = failure;
-    Hook::original = reinterpret_cast<Signature*>(lead(module, name, reinterpret_cast<void*>(&Hook::call)));
-}
-
-void WINAPI countThrown(DWORD code, DWORD flags, DWORD count, const ULONG_PTR* arguments) {
-    ++faults.thrown;
-    RaiseException(code, flags, count, arguments);
-}
-
-HINSTANCE WINAPI countLaunch(HWND, LPCWSTR, LPCWSTR, LPCWSTR parameters, LPCWSTR, INT) {
-    ++faults.launches;
-    faults.parameters = reinterpret_cast<const char16_t*>(parameters);
-    return reinterpret_cast<HINSTANCE>(33);
-}
-
-// Wine loses memory at every question about a Recycle Bin.
-HRESULT WINAPI answerBin(LPCWSTR, SHQUERYRBINFO* info) {
-    info->i64NumItems = info->i64Size = 1;
-    return S_OK;
-}
-
-void (*freeBlock)(void*);
-void countFreed(void* block) {
-    ++faults.freed;
-    freeBlock(block);
-}
-
-void observe(HMODULE module) {
-    freeBlock = reinterpret_cast<void (*)(void*)>(lead(module, "free", reinterpret_cast<void*>(&countFreed)));
-    lead(module, "RaiseException", reinterpret_cast<void*>(&countThrown));
-    lead(module, "ShellExecuteW", reinterpret_cast<void*>(&countLaunch));
-    lead(module, "SHQueryRecycleBinW", reinterpret_cast<void*>(&answerBin));
-}
-
-void makeCallsFailing(HMODULE module) {
-    makeFailing<decltype(FlsAlloc)>(module, "FlsAlloc", FLS_OUT_OF_INDEXES);
-    makeFailing<decltype(FlsSetValue)>(module, "FlsSetValue", FALSE);
-    makeFailing<decltype(malloc)>(module, "malloc", nullptr);
-    makeFailing<decltype(RegOpenKeyExW)>(module, "RegOpenKeyExW", ERROR_ACCESS_DENIED);
-    makeFailing<decltype(RegQueryValueExW)>(module, "RegQueryValueExW", ERROR_ACCESS_DENIED);
-    makeFailing<decltype(GetModuleFileNameW)>(module, "GetModuleFileNameW", 0U);
-    makeFailing<decltype(FindFirstFileW)>(module, "FindFirstFileW", INVALID_HANDLE_VALUE);
-    makeFailing<decltype(CreateFileW)>(module, "CreateFileW", INVALID_HANDLE_VALUE);
-    makeFailing<decltype(ReadFile)>(module, "ReadFile", FALSE);
-    makeFailing<decltype(GlobalLock)>(module, "GlobalLock", nullptr);
-    makeFailing<decltype(SHQueryRecycleBinW)>(module, "SHQueryRecycleBinW", E_FAIL);
-    makeFailing<decltype(CreateMenu)>(module, "CreateMenu", nullptr);
-    makeFailing<decltype(InsertMenuItemW)>(module, "InsertMenuItemW", FALSE);
-    makeFailing<decltype(LoadImageW)>(module, "LoadImageW", nullptr);
-}
-constexpr const char* kFailingCalls[] = {
-    "malloc",         "RegOpenKeyExW", "RegQueryValueExW", "GetModuleFileNameW",
-    "FindFirstFileW", "CreateFileW",   "ReadFile",         "SHQueryRecycleBinW",
-    "GlobalLock",     "CreateMenu",    "LoadImageW",       "InsertMenuItemW",
-};
 
 CLSID classOf(const Click& click) {
     CLSID result = {};
@@ -245,115 +117,6 @@ int walkFailures(const char* name) {
     return lives;
 }
 
-// The shell's array of these paths, whether or not there is anything.
-ComPointer<IShellItemArray> arrayOf(const std::vector<std::u16string>& paths) {
-    std::vector<rightclick::ItemList> items;
-    std::vector<PCIDLIST_ABSOLUTE> lists;
-    for (const std::u16string& path : paths) {
-        items.emplace_back(SHSimpleIDListFromPath(wide(path)));
-        lists.push_back(items.back().get());
-    }
-    ComPointer<IShellItemArray> array;
-    EXPECT_EQ(
-        SHCreateShellItemArrayFromIDLists(static_cast<UINT>(lists.size()), lists.data(), receive(array)),
-        S_OK);
-    return array;
-}
-
-std::u16string taken(HRESULT result, const LPWSTR& text) {
-    const std::u16string copy(result == S_OK ? reinterpret_cast<const char16_t*>(text) : u"");
-    CoTaskMemFree(text);
-    return copy;
-}
-
-// The width of the icon resource that "FILE,-ID" names at 20 pixels; 0 when there is none.
-LONG widthOf(const std::u16string& icon) {
-    const std::size_t comma = icon.rfind(u',');
-    HICON found = nullptr;
-    ICONINFO info = {};
-    BITMAP bitmap = {};
-    PrivateExtractIconsW(
-        wide(icon.substr(0, comma)),
-        std::stoi(std::string(icon.begin() + static_cast<std::ptrdiff_t>(comma) + 1, icon.end())), 20, 20,
-        &found, nullptr, 1, 0);
-    GetIconInfo(found, &info);
-    GetObjectW(info.hbmColor, sizeof bitmap, &bitmap);
-    DeleteObject(info.hbmColor);
-    DeleteObject(info.hbmMask);
-    DestroyIcon(found);
-    return bitmap.bmWidth;
-}
-
-// What a shell asks each command, the wipe command being chosen; answers the title of that one.
-std::u16string useCommands(IExplorerCommand& root, IShellItemArray* items) {
-    std::u16string wipe;
-    EXPCMDSTATE state = ECS_HIDDEN;
-    EXPECT_EQ(root.GetState(items, FALSE, &state), S_OK);
-    ComPointer<IEnumExplorerCommand> commands;
-    if (state != ECS_ENABLED || FAILED(root.EnumSubCommands(receive(commands))))
-        return {};
-    IExplorerCommand* next[kEntries] = {};
-    ULONG fetched = 0;
-    EXPECT_EQ(commands.get()->Next(kEntries, next, &fetched), S_OK);
-    for (ULONG i = 0; i < fetched; ++i) {
-        const ComPointer<IExplorerCommand> command(next[i]);
-        LPWSTR title = nullptr, tip = nullptr;
-        const std::u16string text = taken(next[i]->GetTitle(items, &title), title);
-        taken(next[i]->GetToolTip(items, &tip), tip);
-        if (i == 0) {
-            wipe = text;
-            EXPECT_EQ(next[i]->Invoke(items, nullptr), S_OK);
-        }
-    }
-    return wipe;
-}
-
-// The first level of the menu as COM brings it about.
-std::u16string askCommands(IShellItemArray* items) {
-    std::u16string wipe;
-    {
-        ComPointer<IExplorerCommand> root;
-        CLSID classId = {};
-        CLSIDFromString(wide(nmshell::kCommandClassId.data()), &classId);
-        EXPECT_EQ(
-            CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_IExplorerCommand, receive(root)),
-            S_OK);
-        if (root) {
-            observe(GetModuleHandleW(kCommandModule));
-            wipe = useCommands(*root.get(), items);
-        }
-    }
-    CoFreeUnusedLibraries();
-    EXPECT_EQ(GetModuleHandleW(kCommandModule), nullptr);
-    return wipe;
-}
-
-class HostLife : public ::testing::Test {
-  protected:
-    HostLife() {
-        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK);
-        RegDeleteTreeW(HKEY_CURRENT_USER, wide(std::u16string(nmshell::kSettingsPath)));
-    }
-    ~HostLife() override {
-        EXPECT_EQ(GetModuleHandleW(kModule), nullptr);
-        CoUninitialize();
-    }
-
-    // Runs `life` a few times, for what the system itself keeps, and then compares what is held before and
-    // after it.
-    static void expectNothingLost(int times, const std::function<void()>& life, int warmUp = 6) {
-        for (int i = 0; i < warmUp; ++i)
-            life();
-        const Footprint before = Footprint::now();
-        faults.thrown = 0;
-        for (int i = 0; i < times && !HasFailure(); ++i)
-            life();
-        const Footprint after = Footprint::now();
-        EXPECT_EQ(after, before);
-        std::cout << times << " times: " << after << ", " << faults.thrown << " exceptions\n";
-    }
-};
-
 TEST_F(HostLife, LosesNothingByRightClicks) {
     const std::string zero(4, '\0');
     int count = 0;
@@ -367,58 +130,6 @@ TEST_F(HostLife, LosesNothingByRightClicks) {
     });
     EXPECT_EQ(faults.thrown, 0) << "exceptions stay off what happens every day";
     EXPECT_EQ(faults.launches, count);
-}
-
-TEST_F(HostLife, LosesNothingByCommands) {
-    const ComPointer<IShellItemArray> one = arrayOf({u"C:\\windows\\win.ini"});
-    setSetting(L"Language", REG_SZ, std::string("e\0n\0\0\0", 6));
-    expectNothingLost(kCommandLoads, [&] { EXPECT_EQ(askCommands(one.get()), u"&Wipe file"); });
-    EXPECT_EQ(faults.thrown, 0);
-    one.get()->AddRef();
-    EXPECT_EQ(one.get()->Release(), 1u) << "references to the selection";
-    setSetting(L"Enabled", REG_DWORD, std::string(4, '\0'));
-    EXPECT_EQ(askCommands(one.get()), u"");
-}
-
-TEST_F(HostLife, HandsOverFiftyThousandItems) {
-    std::vector<std::u16string> paths;
-    std::u16string list;
-    for (int i = 0; i < 50000; ++i) {
-        const std::string name = "C:\\windows\\file " + std::to_string(i);
-        paths.emplace_back(name.begin(), name.end());
-        (list += paths.back()) += u'\0';
-    }
-    const ComPointer<IShellItemArray> many = arrayOf(paths);
-    setSetting(L"Language", REG_SZ, std::string("e\0n\0\0\0", 6));
-    const ULONGLONG start = GetTickCount64();
-    EXPECT_EQ(askCommands(many.get()), u"&Wipe selected items");
-    std::cout << GetTickCount64() - start << " ms\n";
-    nmshell::LaunchRequest request;
-    nmshell::HandoverFiles files;
-    nmshell::parseArguments({u"-tfn", faults.parameters.substr(faults.parameters.find(u"-tfn ") + 5)},
-                            request, files);
-    EXPECT_TRUE(request.data == list);
-}
-
-TEST_F(HostLife, GivesEveryCommandItsIcon) {
-    ComPointer<IExplorerCommand> root;
-    ComPointer<IEnumExplorerCommand> commands;
-    CLSID classId = {};
-    CLSIDFromString(wide(nmshell::kCommandClassId.data()), &classId);
-    ASSERT_EQ(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_IExplorerCommand, receive(root)),
-              S_OK);
-    ASSERT_EQ(root.get()->EnumSubCommands(receive(commands)), S_OK);
-    int icons = 0;
-    for (ComPointer<IExplorerCommand> command = std::move(root); command;) {
-        LPWSTR text = nullptr;
-        const std::u16string icon = taken(command.get()->GetIcon(nullptr, &text), text);
-        if (!icon.empty()) {
-            ++icons;
-            EXPECT_EQ(widthOf(icon), 20) << std::string(icon.begin(), icon.end());
-        }
-        commands.get()->Next(1, receive(command), nullptr);
-    }
-    EXPECT_EQ(icons, 6);
 }
 
 TEST_F(HostLife, LosesNothingByFailures) {

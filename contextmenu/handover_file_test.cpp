@@ -39,7 +39,7 @@ TEST(HandoverFile, IsCutAtItsLimitWithoutShorteningAPath) {
     const std::string bytes = "C:\\" + std::string(1012, 'x') + "\xF0\x9F\x92\xA5.txt\0"s;
     const std::u16string path = u"C:\\" + std::u16string(1012, u'x') + u"\U0001F4A5.txt";
     // The limit falls into the four bytes, and between two paths.
-    for (const std::size_t length : {6, 1023}) {
+    for (const std::size_t length : {6u, 1023u}) {
         std::string list = std::string(length, 'f') + '\0';
         for (int i = 0; i < 10300; ++i)
             list += bytes;

@@ -65,7 +65,7 @@ void collect(const host::Menu& menu, bool grayed, std::map<UINT, Entry>& entries
         if (item.request.id == 0)
             continue;
         const bool lacksIcon = !offItself && (item.request.mask & platform::kItemBitmap) == 0;
-        EXPECT_TRUE(entries.try_emplace(offset, item.text, off, lacksIcon).second) << offset << " twice";
+        EXPECT_TRUE(entries.emplace(offset, Entry{item.text, off, lacksIcon}).second) << offset << " twice";
     }
 }
 

@@ -30,7 +30,7 @@ if [ -z "$bin" ]; then
   [ -z "$(git status --porcelain)" ] || fail 1 "there are changes that are not committed"
   scripts/install-packages.sh
   [ -e build/win64/build.ninja ] || cmake --preset win64 >/dev/null
-  cmake --build --preset win64 -- --quiet
+  cmake --build --preset win64 --target shipped -- --quiet
   bin=$root/build/win64/bin
 fi
 

@@ -16,8 +16,7 @@ for folder in "$scratch/a" "$scratch/another place/with a longer name"; do
   (
     cd "$folder"
     cmake --preset win64 >/dev/null
-    cmake --build --preset win64 --target nmshell nmshell-actions nmshell-setup nmshell-setupw rightclick interlang nmark langs \
-      -- --quiet
+    cmake --build --preset win64 --target shipped -- --quiet
     scripts/release.sh -b build/win64/bin "$folder/release" >/dev/null
   )
 done

@@ -1,7 +1,9 @@
 #include "comserver/server_process.h"
 
 #include <atomic>
+#include <cstddef>
 #include <memory>
+#include <utility>
 
 #include "comserver/guard.h"
 #include "foundation/process/folders.h"
@@ -9,34 +11,26 @@
 namespace nmshell {
 namespace {
 
-// At the end of the process the module is left as it is: other threads were stopped wherever they were, maybe
-// in the middle of the heap.
+// Made and ended by the entry point, not by a destructor: what registers one needs memory, and without it
+// nobody would end the module.
 class ModuleHolder {
   public:
-    constexpr ModuleHolder() : none_() {}
-    ~ModuleHolder() {
-        if (made_ == nullptr || processEnds)
-            return;
-        std::destroy_at(made_);
-        owlkit::recordApplicationFolder({});
-    }
-    ModuleHolder(const ModuleHolder&) = delete;
-    ModuleHolder& operator=(const ModuleHolder&) = delete;
-
     Module& get() {
         if (made_ == nullptr)
-            made_ = std::construct_at(&module_);
+            made_ = std::construct_at(reinterpret_cast<Module*>(place_));
         return *made_;
     }
 
-    bool processEnds = false;
+    void end() noexcept {
+        if (made_ == nullptr)
+            return;
+        std::destroy_at(std::exchange(made_, nullptr));
+        owlkit::recordApplicationFolder({});
+    }
 
   private:
     Module* made_ = nullptr;
-    union {
-        char none_;
-        Module module_;
-    };
+    alignas(Module) std::byte place_[sizeof(Module)] = {};
 };
 
 constinit ModuleHolder theModule;
@@ -53,17 +47,20 @@ HRESULT canUnloadNow() {
 
 BOOL enterModule(platform::ModuleRef instance, DWORD reason, void* reserved,
                  std::u16string_view primary) noexcept {
-    if (reason == DLL_PROCESS_DETACH && reserved != nullptr) {
-        theModule.processEnds = true;
+    // At the end of the process the module is left as it is: other threads were stopped wherever they were,
+    // maybe in the middle of the heap.
+    const bool attaches = reason == DLL_PROCESS_ATTACH;
+    if (!attaches && (reason != DLL_PROCESS_DETACH || reserved != nullptr))
         return TRUE;
-    }
     const HRESULT result = guard(E_FAIL, [&] {
-        if (reason == DLL_PROCESS_ATTACH)
+        if (attaches)
             theModule.get().attach(instance, primary);
-        else if (reason == DLL_PROCESS_DETACH)
+        else
             theModule.get().detach();
         return S_OK;
     });
+    if (!attaches || FAILED(result))
+        theModule.end();
     return SUCCEEDED(result) ? TRUE : FALSE;
 }
 

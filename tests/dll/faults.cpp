@@ -1,5 +1,8 @@
 #include "tests/dll/faults.h"
 
+#include <algorithm>
+#include <cstdlib>
+
 #include "platform/com.h"
 #include "tests/dll/imports.h"
 
@@ -9,29 +12,34 @@ Faults faults;
 
 namespace {
 
-// One function for each signature; no two of the calls below have the same.
-template <class Signature>
+template <std::size_t Size>
+struct Name {
+    char text[Size];
+    constexpr Name(const char (&name)[Size]) { std::copy_n(name, Size, text); }
+};
+
+// One function for each call.
+template <Name kName, class Signature>
 struct Failing;
-template <class Result, class... Arguments>
-struct Failing<Result(Arguments...)> {
-    static inline const char* name;
+template <Name kName, class Result, class... Arguments>
+struct Failing<kName, Result(Arguments...)> {
     static inline Result (*original)(Arguments...);
     static inline Result failure;
 
     static Result call(Arguments... arguments) {
-        if (!faults.next(name))
+        if (!faults.next(kName.text))
             return original(arguments...);
         SetLastError(ERROR_ACCESS_DENIED);
         return failure;
     }
 };
 
-template <class Signature, class Failure>
-void makeFailing(HMODULE module, const char* name, Failure failure) {
-    using Hook = Failing<Signature>;
-    Hook::name = name;
+template <Name kName, class Signature, class Failure>
+void makeFailing(HMODULE module, Signature*, Failure failure) {
+    using Hook = Failing<kName, Signature>;
     Hook::failure = failure;
-    Hook::original = reinterpret_cast<Signature*>(lead(module, name, reinterpret_cast<void*>(&Hook::call)));
+    Hook::original =
+        reinterpret_cast<Signature*>(lead(module, kName.text, reinterpret_cast<void*>(&Hook::call)));
 }
 
 void WINAPI countThrown(DWORD code, DWORD flags, DWORD count, const ULONG_PTR* arguments) {
@@ -43,6 +51,11 @@ HINSTANCE WINAPI countLaunch(HWND, LPCWSTR, LPCWSTR, LPCWSTR parameters, LPCWSTR
     ++faults.launches;
     faults.parameters = reinterpret_cast<const char16_t*>(parameters);
     return reinterpret_cast<HINSTANCE>(33);
+}
+
+BOOL WINAPI countOpened(SHELLEXECUTEINFOW*) {
+    ++faults.launches;
+    return TRUE;
 }
 
 // Wine loses memory at every question about a Recycle Bin.
@@ -63,24 +76,43 @@ void observe(HMODULE module) {
     freeBlock = reinterpret_cast<void (*)(void*)>(lead(module, "free", reinterpret_cast<void*>(&countFreed)));
     lead(module, "RaiseException", reinterpret_cast<void*>(&countThrown));
     lead(module, "ShellExecuteW", reinterpret_cast<void*>(&countLaunch));
+    lead(module, "ShellExecuteExW", reinterpret_cast<void*>(&countOpened));
     lead(module, "SHQueryRecycleBinW", reinterpret_cast<void*>(&answerBin));
 }
 
 void makeCallsFailing(HMODULE module) {
-    makeFailing<decltype(FlsAlloc)>(module, "FlsAlloc", FLS_OUT_OF_INDEXES);
-    makeFailing<decltype(FlsSetValue)>(module, "FlsSetValue", FALSE);
-    makeFailing<decltype(malloc)>(module, "malloc", nullptr);
-    makeFailing<decltype(RegOpenKeyExW)>(module, "RegOpenKeyExW", ERROR_ACCESS_DENIED);
-    makeFailing<decltype(RegQueryValueExW)>(module, "RegQueryValueExW", ERROR_ACCESS_DENIED);
-    makeFailing<decltype(GetModuleFileNameW)>(module, "GetModuleFileNameW", 0U);
-    makeFailing<decltype(FindFirstFileW)>(module, "FindFirstFileW", INVALID_HANDLE_VALUE);
-    makeFailing<decltype(CreateFileW)>(module, "CreateFileW", INVALID_HANDLE_VALUE);
-    makeFailing<decltype(ReadFile)>(module, "ReadFile", FALSE);
-    makeFailing<decltype(GlobalLock)>(module, "GlobalLock", nullptr);
-    makeFailing<decltype(SHQueryRecycleBinW)>(module, "SHQueryRecycleBinW", E_FAIL);
-    makeFailing<decltype(CreateMenu)>(module, "CreateMenu", nullptr);
-    makeFailing<decltype(InsertMenuItemW)>(module, "InsertMenuItemW", FALSE);
-    makeFailing<decltype(LoadImageW)>(module, "LoadImageW", nullptr);
+#define MAKE_FAILING(name, failure) makeFailing<#name>(module, &name, failure)
+    MAKE_FAILING(FlsAlloc, FLS_OUT_OF_INDEXES);
+    MAKE_FAILING(FlsSetValue, FALSE);
+    MAKE_FAILING(malloc, nullptr);
+    MAKE_FAILING(calloc, nullptr);
+    MAKE_FAILING(RegOpenKeyExW, ERROR_ACCESS_DENIED);
+    MAKE_FAILING(RegQueryValueExW, ERROR_ACCESS_DENIED);
+    MAKE_FAILING(GetModuleFileNameW, 0U);
+    MAKE_FAILING(GetLocaleInfoW, 0);
+    MAKE_FAILING(FindFirstFileW, INVALID_HANDLE_VALUE);
+    MAKE_FAILING(FindNextFileW, FALSE);
+    MAKE_FAILING(CreateFileW, INVALID_HANDLE_VALUE);
+    MAKE_FAILING(GetFileSizeEx, FALSE);
+    MAKE_FAILING(ReadFile, FALSE);
+    MAKE_FAILING(WriteFile, FALSE);
+    MAKE_FAILING(DeleteFileW, FALSE);
+    MAKE_FAILING(DeviceIoControl, FALSE);
+    MAKE_FAILING(GetFileAttributesW, INVALID_FILE_ATTRIBUTES);
+    MAKE_FAILING(GetTempPathW, 0U);
+    MAKE_FAILING(GetWindowsDirectoryW, 0U);
+    MAKE_FAILING(GlobalLock, nullptr);
+    MAKE_FAILING(GlobalSize, 0U);
+    MAKE_FAILING(OpenProcessToken, FALSE);
+    MAKE_FAILING(GetTokenInformation, FALSE);
+    MAKE_FAILING(SHQueryRecycleBinW, E_FAIL);
+    MAKE_FAILING(ShellExecuteW, nullptr);
+    MAKE_FAILING(ShellExecuteExW, FALSE);
+    MAKE_FAILING(CreateMenu, nullptr);
+    MAKE_FAILING(InsertMenuItemW, FALSE);
+    MAKE_FAILING(LoadImageW, nullptr);
+    MAKE_FAILING(GetCursorPos, FALSE);
+#undef MAKE_FAILING
 }
 
 }  // namespace dll_tests

@@ -43,9 +43,34 @@ void observe(HMODULE module);
 // Leads the calls that `faults` can make fail.
 void makeCallsFailing(HMODULE module);
 inline constexpr const char* kFailingCalls[] = {
-    "malloc",         "RegOpenKeyExW", "RegQueryValueExW", "GetModuleFileNameW",
-    "FindFirstFileW", "CreateFileW",   "ReadFile",         "SHQueryRecycleBinW",
-    "GlobalLock",     "CreateMenu",    "LoadImageW",       "InsertMenuItemW",
+    "malloc",
+    "calloc",
+    "RegOpenKeyExW",
+    "RegQueryValueExW",
+    "GetModuleFileNameW",
+    "GetLocaleInfoW",
+    "FindFirstFileW",
+    "FindNextFileW",
+    "CreateFileW",
+    "GetFileSizeEx",
+    "ReadFile",
+    "WriteFile",
+    "DeleteFileW",
+    "DeviceIoControl",
+    "GetFileAttributesW",
+    "GetTempPathW",
+    "GetWindowsDirectoryW",
+    "GlobalLock",
+    "GlobalSize",
+    "OpenProcessToken",
+    "GetTokenInformation",
+    "SHQueryRecycleBinW",
+    "ShellExecuteW",
+    "ShellExecuteExW",
+    "CreateMenu",
+    "InsertMenuItemW",
+    "LoadImageW",
+    "GetCursorPos",
 };
 
 }  // namespace dll_tests

@@ -28,7 +28,8 @@ class ClassFactory final : public CountedObject<typename Object::Counting>, publ
             return CLASS_E_NOAGGREGATION;
         return makeObject<Object>(iid, object, this->module(), kind_);
     }
-    // Deliberate: locks are not counted, only live objects keep the module loaded.
+    // Compatible: locks are not counted; what replaces the files relies on only live objects holding the
+    // module.
     HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 
   private:

@@ -29,7 +29,7 @@ constexpr Command kCommands[] = {
     {u"CXT_MENU_OPTIONS",     u"CXT_MENU_OPTIONS",          IDB_OPTIONS,           StartApplication, 0x107, kNever,      None,     u""},
     {u"CXT_MENU_HELP",        u"CXT_MENU_HELP",             IDB_HELP,              OpenPage,         0,     kNever,      None,     u"/user_guide.html"},
     {u"CXT_MENU_UPDATE",      u"CXT_MENU_UPDATE",           kNoBitmap,             OpenPage,         0,     kNever,      None,     u"/updates/nmark_%(VID).html"},
-    // Deliberate: the register entry opens the upgrade page, while the upgrade entry asks the application.
+    // Compatible with the web site and the application: the register entry opens the upgrade page, the upgrade entry asks the application.
     {u"CXT_MENU_REGISTER",    u"CXT_MENU_REGISTER",         kNoBitmap,             OpenPage,         0,     kNever,      None,     u"/upgrade.html"},
     {u"CXT_MENU_UPGRADE",     u"CXT_MENU_UPGRADE",          kNoBitmap,             StartApplication, 0x108, kNever,      None,     u""},
     {u"CXT_MENU_ABOUT",       u"CXT_MENU_ABOUT",            IDB_ABOUT,             StartApplication, 0x109, kNever,      None,     u""},

@@ -81,7 +81,7 @@ constexpr Argument kArguments[] = {
      [](const Outgoing& outgoing) { return encodeCursor(outgoing.request.cursor); },
      [](std::u16string_view value, LaunchRequest& request, Handover&) {
          request.cursorValid = decodeCursor(value, request.cursor);
-         return false;  // deliberate, here and for "-p"
+         return false;  // compatible, here and for "-p": the value is looked at as a keyword too
      }},
     {u"-data",
      [](const LaunchRequest& request, std::uint32_t) {
@@ -112,7 +112,7 @@ std::u16string compose(const Outgoing& outgoing) {
     for (const Argument& argument : kArguments) {
         if (!argument.isDue(outgoing.request, outgoing.command))
             continue;
-        // Deliberate: the separating space is there for a value that turns out to be none, too.
+        // Compatible: the application is used to the space before a value that turns out to be none, too.
         if (!arguments.empty())
             arguments += u' ';
         if (const std::u16string value = argument.value(outgoing); !value.empty())

@@ -73,7 +73,8 @@ Submenu MenuInserter::InsertSubmenu(platform::MenuRef parent, std::uint32_t posi
 }
 
 void MenuInserter::addBitmap(platform::MenuItem& request, const MenuEntry& entry) {
-    // Deliberate: a grayed entry never shows an icon.
+    // A grayed entry never shows an icon: bitmaps are not drawn gray, and it would look as if it could be
+    // chosen.
     if (entry.grayed || !icons_)
         return;
     if (const platform::BitmapRef bitmap = bitmaps_.GetMenuBitmap(entry.bitmap)) {

@@ -10,7 +10,7 @@
 namespace owlkit {
 namespace {
 
-// The misspelling is deliberate and stays.
+// Compatible: the misspelling stays, for those who look for this text in what was reported.
 constexpr std::u16string_view kNoFilesText = u"Languange File Error\nFailed to load language files.";
 constexpr std::uint32_t kNoLine = 0xFFFFFFFF;
 

@@ -31,10 +31,11 @@ HRESULT getClassObject(Module& module, REFCLSID clsid, REFIID iid, void** object
         const std::optional<SelectionKind> kind = kindOf(clsid);
         if (!kind)
             return CLASS_E_CLASSNOTAVAILABLE;
-        // Deliberate: no primary language here, unlike at load time; a text that is missing in the active
-        // language then shows its key.
+        // Compatible: no primary language here, unlike at load time; translators who try a file of their own
+        // see the key of a text that it lacks.
         module.applyLanguage(settings.language(), u"");
-        // Deliberate: a factory that lacks the interface asked for stays alive, and keeps the module loaded.
+        // Compatible: a factory that lacks the interface asked for stays alive; the count of objects includes
+        // it.
         return (new ShellMenuClassFactory(module, *kind))->QueryInterface(iid, object);
     });
 }

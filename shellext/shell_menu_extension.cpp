@@ -103,7 +103,7 @@ HRESULT ShellMenuExtension::InvokeCommand(CMINVOKECOMMANDINFO* info) {
 HRESULT ShellMenuExtension::GetCommandString(UINT_PTR id, UINT type, UINT*, CHAR* name, UINT size) {
     switch (type) {
         case GCS_VALIDATEW:
-            // Deliberate: only the first offset is valid.
+            // Compatible: hosts that validate a verb get yes for the first offset alone.
             return id == kWipeFiles ? S_OK : S_FALSE;
         case GCS_HELPTEXTW:
             return guard(E_FAIL, [&] { return copyHelpText(id, name, size); });

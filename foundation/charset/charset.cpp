@@ -33,7 +33,7 @@ CharsetCode CharsetFromCodePage(std::uint32_t codePage) {
         case 20127:
             return kCharsetAscii;
         case 28605:
-        case 874:  // Deliberate, although that code page is Thai.
+        case 874:  // Compatible: Thai, and yet what was written on such systems before was written so.
             return kCharsetIso8859_15;
         case 850:
             return kCharsetDos850;

@@ -126,7 +126,8 @@ class RegistryKey {
     [[nodiscard]] static bool writeMultiString(RegistryRoot root, const std::u16string& path,
                                                const std::u16string& name,
                                                const std::vector<std::u16string>& items);
-    // Deliberately makes a missing key before it asks for the type. None when the key cannot be made.
+    // Compatible: makes a missing key before it asks for the type; callers may write there without making it.
+    // None when the key cannot be made.
     static RegistryValueType valueType(RegistryRoot root, const std::u16string& path,
                                        const std::u16string& name);
     // False also when the key does not open.

@@ -28,8 +28,9 @@ class WineTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.home = pathlib.Path(tempfile.mkdtemp(prefix="nmshell-wine-"))
+        # Of Wine's own words those that say why it ended a program, which it otherwise does without one.
         cls.environment = dict(os.environ, WINEPREFIX=str(cls.home / "prefix"), LC_ALL="C.UTF-8",
-                               XDG_DATA_HOME=str(cls.home / "xdg"))
+                               XDG_DATA_HOME=str(cls.home / "xdg"), WINEDEBUG="-all,err+seh,err+virtual")
         cls.environment.pop("DISPLAY", None)
         cls.addClassCleanup(shutil.rmtree, cls.home, ignore_errors=True)
         cls.start()

@@ -6,34 +6,13 @@
 # The same files give the same package, byte for byte; SOURCE_DATE_EPOCH is the time that it carries, that of the last commit unless
 # set. wixl and msitools come with scripts/install-packages.sh.
 set -euo pipefail
-root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-export LC_ALL=C.UTF-8 TZ=UTC
+. "$(dirname "${BASH_SOURCE[0]}")/packaging.sh"
 umask 022
 
-fail() { echo "build-msi: $2" >&2; exit "$1"; }
-
-bin=$root/build/win64/bin
-version=$(sed -n 's/^project(nmshell VERSION \([0-9.]*\).*/\1/p' "$root/CMakeLists.txt")
-sign=
-publisher=
-output=
-while [ $# -gt 0 ]; do
-  case $1 in
-    -b | -v | --sign | --publisher) [ $# -gt 1 ] || fail 2 "$1 needs a value" ;;&
-    -b) bin=$(cd "$2" && pwd); shift 2 ;;
-    -v) version=$2; shift 2 ;;
-    --sign) sign=$2; shift 2 ;;
-    --publisher) publisher=$2; shift 2 ;;
-    -*) fail 2 "there is no option $1" ;;
-    *) [ -z "$output" ] || fail 2 "one output, please: $1"; output=$1; shift ;;
-  esac
-done
-# The installer compares these three numbers, each of which has room for so much.
-number='(0|[1-9][0-9]{0,4})'
-[[ $version =~ ^$number\.$number\.$number$ ]] && [ "${BASH_REMATCH[1]}" -le 255 ] && [ "${BASH_REMATCH[2]}" -le 255 ] &&
-  [ "${BASH_REMATCH[3]}" -le 65535 ] || fail 2 "the version must be three numbers, at most 255.255.65535: $version"
+read_options "-b -v --sign --publisher" "$@"
+: "${bin:=$root/build/win64/bin}"
+check_version 255 255 65535  # the installer has no room for more
 output=$(realpath -m "${output:-$root/build/nmshell-$version.msi}")
-export SOURCE_DATE_EPOCH="${SOURCE_DATE_EPOCH:-$(git -C "$root" log -1 --format=%ct 2>/dev/null || date +%s)}"
 
 # The DLLs first, then the programs, in the order in which they are signed.
 files=(nmshell.dll nmcommand.dll nmshell-actions.dll nmshell-setup.exe nmshell-setupw.exe)
@@ -47,7 +26,6 @@ done
 cp "$bin"/langs/*.lang.txt "$scratch/files/langs/"
 cd "$scratch/files"  # wixl looks for the files from here
 
-sign_file() { [ -z "$sign" ] || bash -c "$sign \"\$1\"" sign "$1" >&2 || fail 1 "not signed: $1"; }
 for file in "${files[@]}"; do sign_file "$PWD/$file"; done
 package_options=()
 [ -z "$publisher" ] || package_options=(--publisher "$publisher" ${sign:+--sign "$sign"})

@@ -4,27 +4,11 @@
 # zip with the symbols, and SHA256SUMS. BIN holds a Windows build; without it, build/win64 is brought up to date from what is
 # committed. COMMAND signs the file that is named behind it, in place; NAME and why the same commit gives the same files: see build-msi.sh.
 set -euo pipefail
-root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+. "$(dirname "${BASH_SOURCE[0]}")/packaging.sh"
+read_options "-b --sign --publisher" "$@"
+folder=$(realpath -m "${output:-$root/build/release}")
 cd "$root"
-export LC_ALL=C.UTF-8 TZ=UTC
-
-fail() { echo "release: $2" >&2; exit "$1"; }
-
-bin= sign= publisher= folder=
-while [ $# -gt 0 ]; do
-  case $1 in
-    -b | --sign | --publisher) [ $# -gt 1 ] || fail 2 "$1 needs a value" ;;&
-    -b) bin=$(cd "$2" && pwd); shift 2 ;;
-    --sign) sign=$2; shift 2 ;;
-    --publisher) publisher=$2; shift 2 ;;
-    -*) fail 2 "there is no option $1" ;;
-    *) [ -z "$folder" ] || fail 2 "one folder, please: $1"; folder=$1; shift ;;
-  esac
-done
-folder=$(realpath -m "${folder:-build/release}")
-version=$(sed -n 's/^project(nmshell VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 grep -q "^## $version\b" CHANGELOG.md || fail 1 "CHANGELOG.md says nothing about $version"
-export SOURCE_DATE_EPOCH="${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2>/dev/null || date +%s)}"
 
 if [ -z "$bin" ]; then
   [ -z "$(git status --porcelain)" ] || fail 1 "there are changes that are not committed"
@@ -43,9 +27,7 @@ trap 'rm -rf "$scratch"' EXIT
 tools=$scratch/nmshell-$version-tools
 mkdir -p "$tools" "$scratch/nmshell-$version-symbols"
 cp "$bin/interlang.exe" "$bin/rightclick.exe" "$tools"
-for program in "$tools"/*.exe; do
-  [ -z "$sign" ] || bash -c "$sign \"\$1\"" sign "$program" >&2 || fail 1 "not signed: $program"
-done
+for program in "$tools"/*.exe; do sign_file "$program"; done
 cp -r "$bin/langs" docs installer/admx CHANGELOG.md "$tools"
 [ ! -d examples ] || cp -r examples "$tools"
 cp "$bin"/symbols/*.debug "$scratch/nmshell-$version-symbols"

@@ -7,23 +7,16 @@
 
 #include "comserver/guard.h"
 #include "foundation/process/folders.h"
+#include "platform/module.h"
 
 namespace nmshell {
 namespace {
 
-// Made and ended by the entry point, not by a destructor: what registers one needs memory, and without it
-// nobody would end the module.
 class ModuleHolder {
   public:
-    Module& get() {
-        if (made_ == nullptr)
-            made_ = std::construct_at(reinterpret_cast<Module*>(place_));
-        return *made_;
-    }
+    Module& get();
 
     void end() noexcept {
-        if (made_ == nullptr)
-            return;
         std::destroy_at(std::exchange(made_, nullptr));
         owlkit::recordApplicationFolder({});
     }
@@ -34,6 +27,14 @@ class ModuleHolder {
 };
 
 constinit ModuleHolder theModule;
+
+Module& ModuleHolder::get() {
+    if (made_ == nullptr) {
+        made_ = std::construct_at(reinterpret_cast<Module*>(place_));
+        platform::atUnload([]() noexcept { theModule.end(); });
+    }
+    return *made_;
+}
 
 }  // namespace
 
@@ -49,18 +50,15 @@ BOOL enterModule(platform::ModuleRef instance, DWORD reason, void* reserved,
                  std::u16string_view primary) noexcept {
     // At the end of the process the module is left as it is: other threads were stopped wherever they were,
     // maybe in the middle of the heap.
-    const bool attaches = reason == DLL_PROCESS_ATTACH;
-    if (!attaches && (reason != DLL_PROCESS_DETACH || reserved != nullptr))
+    if (reason == DLL_PROCESS_DETACH && reserved != nullptr)
         return TRUE;
     const HRESULT result = guard(E_FAIL, [&] {
-        if (attaches)
+        if (reason == DLL_PROCESS_ATTACH)
             theModule.get().attach(instance, primary);
-        else
+        else if (reason == DLL_PROCESS_DETACH)
             theModule.get().detach();
         return S_OK;
     });
-    if (!attaches || FAILED(result))
-        theModule.end();
     return SUCCEEDED(result) ? TRUE : FALSE;
 }
 

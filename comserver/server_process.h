@@ -8,7 +8,7 @@
 
 namespace nmshell {
 
-// The one module of this process, made on first use and destroyed when the DLL is detached.
+// The one module of this process, made on first use and destroyed when the DLL is unloaded.
 Module& processModule();
 
 // DllCanUnloadNow: S_OK when no object of the module is alive, else S_FALSE.

@@ -15,4 +15,9 @@ using ModuleRef = HINSTANCE__*;
 // program. However long the path is, it comes whole; empty on failure.
 std::u16string moduleFileName(ModuleRef module);
 
+// Has `end` called after DllMain when this DLL is unloaded, though not at the end of the process. It keeps
+// one, and cannot fail: what registers a destructor needs memory, and without it nobody would end the module.
+// Natively nothing is unloaded before the end of the process, and then `end` is called.
+void atUnload(void (*end)() noexcept);
+
 }  // namespace platform

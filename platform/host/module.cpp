@@ -1,5 +1,6 @@
 #include "platform/module.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <system_error>
@@ -31,6 +32,10 @@ std::u16string moduleFileName(ModuleRef module) {
     std::error_code error;
     return module == nullptr ? fromHostName(std::filesystem::read_symlink("/proc/self/exe", error).native())
                              : std::u16string();
+}
+
+void atUnload(void (*end)() noexcept) {
+    std::atexit(end);
 }
 
 namespace host {

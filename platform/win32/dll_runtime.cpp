@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/module.h"
 #include "platform/win32/win32_api.h"
 
 namespace {
@@ -71,6 +72,8 @@ struct alignas(16) ExceptionBlock {
 constinit Reserve<ExceptionState, 64> states;
 constinit Reserve<ExceptionBlock, 32> exceptions;
 constinit DWORD slot = FLS_OUT_OF_INDEXES;
+using EndModule = void() noexcept;
+constinit EndModule* endModule = nullptr;
 
 // Called by the system when a thread ends, and for every thread when the slot is freed.
 void WINAPI forgetThread(void* state) {
@@ -100,6 +103,10 @@ ExceptionState* stateOfThread() {
 }
 
 }  // namespace
+
+void platform::atUnload(void (*end)() noexcept) {
+    endModule = end;
+}
 
 extern "C" {
 
@@ -158,7 +165,11 @@ BOOL WINAPI DllEntryPoint(HINSTANCE, DWORD reason, LPVOID reserved) {
         slot = FlsAlloc(forgetThread);  // when there is none left, the reserved states have to do
         return TRUE;
     }
-    if (reason == DLL_PROCESS_DETACH && reserved == nullptr && slot != FLS_OUT_OF_INDEXES) {
+    if (reason != DLL_PROCESS_DETACH || reserved != nullptr)
+        return TRUE;
+    if (endModule != nullptr)
+        endModule();
+    if (slot != FLS_OUT_OF_INDEXES) {
         FlsFree(slot);
         slot = FLS_OUT_OF_INDEXES;
     }

@@ -1,8 +1,9 @@
 """The built DLL in one process that loads it again and again."""
+import os
 import shutil
 import unittest
 
-from wine_session import BIN, WineTest, windows_path
+from wine_session import BIN, ROOT, WineTest, windows_path
 
 
 class LifeTest(WineTest):
@@ -16,6 +17,8 @@ class LifeTest(WineTest):
         registered = self.wine(self.work / "nmshell-setup.exe", "register")
         self.assertEqual(registered.returncode, 0, registered.stdout + registered.stderr)
         self.register_commands(self.work)
+        os.chdir(self.work)  # without a temporary folder a long selection goes there
+        self.addCleanup(os.chdir, ROOT)
         finished = self.wine(BIN.parent / "tests/host_life.exe", WINEPATH=windows_path(self.work))
         print(finished.stdout)
         self.assertEqual(finished.returncode, 0, finished.stdout + finished.stderr)

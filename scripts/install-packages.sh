@@ -8,6 +8,7 @@ packages=(
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64   # the Windows build
   googletest libbenchmark-dev nlohmann-json3-dev libcli11-dev librapidxml-dev
   gettext translate-toolkit libxml2-utils groff          # checks of exported translations and man pages
+  php-symfony-translation                                # holds the schema of XLIFF 1.2
   wixl msitools osslsigncode openssl                     # the installer, and signing it
   clang libclang-rt-14-dev llvm clang-format-14          # the second compiler, fuzzing, the format: version 14 decides it
   wine64 fonts-wine fonts-liberation xvfb                # running it, and the pictures of menus

@@ -2,6 +2,7 @@
 """Exchanges language files with translators' programs: interlang_exchange_test.py PROGRAM"""
 import json
 import os
+import pathlib
 import re
 import shutil
 import subprocess
@@ -10,20 +11,28 @@ import unittest
 from interlang_fixture import ENGLISH, ODD_TEXTS, InterlangTest, language
 
 
+SCHEMAS = pathlib.Path("/usr/share/php/Symfony/Component/Translation/Resources/schemas")
+CATALOG = f"""<catalog xmlns="urn:oasis:names:tc:entity:xmlns:xml:catalog">
+<uri name="http://www.w3.org/2001/xml.xsd" uri="{SCHEMAS.as_uri()}/xml.xsd"/></catalog>"""
+
+
 class ExchangeTest(InterlangTest):
     def test_exchange_loses_nothing(self):
         self.write("en.lang.txt", language("en", {**ODD_TEXTS, "MISSING": "here", "NOT": "&there"}))
         self.write("de.lang.txt", "# Kopf\n" + language("de", {**ODD_TEXTS, "OBSOLETE": "alt"}))
         self.run_tool("format", "de.lang.txt", "--in-place")
+        self.write("catalog.xml", CATALOG)
         for form, checks in (("po", [["msgfmt", "--check", "-o", "checked.mo"], ["pofilter", "--progress=none"],
                                      ["msgcat", "--no-wrap", "-o", "again.po"], ["msgcat", "-w", "20", "-o", "narrow.po"]]),
-                             ("xliff", [["xmllint", "--noout"], ["xliff2po", "--progress=none"]])):
+                             ("xliff", [["xmllint", "--noout", "--nonet", "--schema", SCHEMAS / "xliff-core-1.2-strict.xsd"],
+                                        ["xliff2po", "--progress=none"]])):
             exported = f"de.{form}"
             self.run_tool("export", "en.lang.txt", "de.lang.txt", "--lang", "de", "--to", form, "-o", exported)
             for check in checks:
                 command = [*check, exported, *(["x.po"] if check[0] == "xliff2po" else [])]
                 if shutil.which(check[0]):
-                    finished = subprocess.run(command, cwd=self.work, capture_output=True, text=True, check=False)
+                    finished = subprocess.run(command, cwd=self.work, capture_output=True, text=True, check=False,
+                                              env={**os.environ, "XML_CATALOG_FILES": "catalog.xml"})
                     self.assertEqual((finished.returncode, "warning" in finished.stderr.lower()), (0, False), finished.stderr)
             for source in [exported, *(p.name for p in self.work.glob("*.po") if form == "po")]:
                 shutil.copy(self.work / "de.lang.txt", self.work / "back.lang.txt")

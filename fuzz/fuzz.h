@@ -10,8 +10,13 @@
 #include <string_view>
 
 #include "foundation/charset/convert.h"
+#include "testing/text.h"
 
 namespace fuzz {
+
+using test::bytesOf;
+using test::unitsOf;
+using test::widened;
 
 // Stops at the input that breaks a promise; the report names the line.
 inline void require(bool holds) {
@@ -36,17 +41,24 @@ inline std::u16string wide(std::string_view bytes) {
     return owlkit::ToWide(bytes, owlkit::kCharsetUtf8, owlkit::ErrorPolicy::KeepByte);
 }
 
-// Bytes as UTF-16LE code units.
-inline std::u16string units(std::string_view bytes) {
-    std::u16string text;
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
-        text += static_cast<char16_t>(static_cast<std::uint8_t>(bytes[i]) |
-                                      static_cast<std::uint8_t>(bytes[i + 1]) << 8);
-    return text;
-}
-
 inline std::string_view view(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};
+}
+
+// One of the numbers from 0 to `last`, as the type that stands for them.
+template <class Type = std::uint32_t>
+Type pick(FuzzedDataProvider& input, std::uint32_t last) {
+    return static_cast<Type>(input.ConsumeIntegralInRange<std::uint32_t>(0, last));
+}
+
+// Settings of a stream, each up to the first value that is none of its own.
+inline owlkit::StreamSettings settings(FuzzedDataProvider& input) {
+    owlkit::StreamSettings settings;
+    settings.textEncoding = pick<owlkit::TextEncoding>(input, 5);
+    settings.byteOrder = pick<owlkit::ByteOrder>(input, 2);
+    settings.stringTerminator = pick<owlkit::StringTerminator>(input, 6);
+    settings.charset = pick(input, owlkit::kCharsetDos850);
+    return settings;
 }
 
 }  // namespace fuzz

@@ -49,12 +49,11 @@ void unitsToNarrow(const std::u16string& units, owlkit::CharsetCode charset, Err
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider input(data, size);
-    const owlkit::CharsetCode charset =
-        input.ConsumeIntegralInRange<std::uint32_t>(0, owlkit::kCharsetCount - 1);
-    const auto policy = static_cast<ErrorPolicy>(input.ConsumeIntegralInRange<int>(0, 6));
+    const owlkit::CharsetCode charset = fuzz::pick(input, owlkit::kCharsetCount - 1);
+    const auto policy = fuzz::pick<ErrorPolicy>(input, 6);
     const bool asUnits = input.ConsumeBool();
     const std::string bytes = input.ConsumeRemainingBytesAsString();
     bytesToWide(bytes, charset, policy);
-    unitsToNarrow(asUnits ? fuzz::units(bytes) : fuzz::wide(bytes), charset, policy);
+    unitsToNarrow(asUnits ? fuzz::unitsOf(bytes) : fuzz::wide(bytes), charset, policy);
     return 0;
 }

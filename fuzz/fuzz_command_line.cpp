@@ -7,23 +7,8 @@
 
 using fuzz::require;
 
-namespace {
-
-std::vector<std::u16string> split(std::u16string_view text, char16_t separator) {
-    std::vector<std::u16string> items(1);
-    for (const char16_t unit : text) {
-        if (unit == separator)
-            items.emplace_back();
-        else
-            items.back() += unit;
-    }
-    return items;
-}
-
-}  // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::vector<std::u16string> items = split(fuzz::wide(fuzz::view(data, size)), u'\n');
+    const std::vector<std::u16string> items = test::itemsOf(fuzz::wide(fuzz::view(data, size)), u'\n');
     test::HandoverInMemory files;
     require(files.put(files.makeHandoverFileName(), items.front()));
 
@@ -43,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     const std::u16string written = nmshell::buildArguments(request.command, request, files);
     nmshell::LaunchRequest again;
-    nmshell::parseArguments(split(written, u' '), again, files);
+    nmshell::parseArguments(test::itemsOf(written), again, files);
     require(again == request);
     return 0;
 }

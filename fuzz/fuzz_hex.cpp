@@ -11,13 +11,6 @@ using fuzz::require;
 
 namespace {
 
-std::u16string widened(const std::string& text) {
-    std::u16string wide;
-    for (const char c : text)
-        wide += static_cast<std::uint8_t>(c);
-    return wide;
-}
-
 void bytes(const std::string& content, bool keepPrintable) {
     std::string expected;
     for (const char c : content) {
@@ -32,7 +25,7 @@ void bytes(const std::string& content, bool keepPrintable) {
     require(text == expected);
     std::u16string wide;
     owlkit::hexEscape(wide, content.data(), content.size(), keepPrintable, u"<", u">");
-    require(wide == widened(text));
+    require(wide == fuzz::widened(text));
 }
 
 void text(const std::u16string& content, bool keepPrintable) {
@@ -56,8 +49,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool keepPrintable = input.ConsumeBool();
     const std::string content = input.ConsumeRemainingBytesAsString();
     bytes(content, keepPrintable);
-    require(owlkit::hexEscapeText(widened(content), keepPrintable) ==
-            widened(owlkit::hexEscapeText(content, keepPrintable)));
+    require(owlkit::hexEscapeText(fuzz::widened(content), keepPrintable) ==
+            fuzz::widened(owlkit::hexEscapeText(content, keepPrintable)));
     text(fuzz::wide(content), keepPrintable);
     return 0;
 }

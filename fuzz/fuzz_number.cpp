@@ -26,25 +26,14 @@ Parsed parse(View text, View separator, std::uint32_t radix) {
     return result;
 }
 
-std::u16string widened(std::string_view text) {
-    std::u16string wide;
-    for (const char c : text)
-        wide += static_cast<std::uint8_t>(c);
-    return wide;
-}
-
 void formatted(std::int64_t value, NumberFormat format, std::int32_t width) {
     const std::string text = owlkit::formatNumber<char>(value, format, width);
-    require(owlkit::formatNumber<char16_t>(value, format, width) == widened(text));
-    if (format == NumberFormat::Boolean) {
-        require(text == (value != 0 ? "true" : "false"));
-        return;
-    }
+    require(owlkit::formatNumber<char16_t>(value, format, width) == fuzz::widened(text));
+    if (format == NumberFormat::Boolean)
+        return require(text == (value != 0 ? "true" : "false"));
     require(width < 1 || width > 25 || text.size() >= static_cast<std::size_t>(width));
-    const std::uint32_t radix = format == NumberFormat::UpperHex || format == NumberFormat::LowerHex ? 16
-                                : format == NumberFormat::Octal                                      ? 8
-                                                                                                     : 10;
-    const Parsed parsed = parse<std::string_view>(text, {}, radix);
+    constexpr std::uint32_t kRadixes[] = {10, 10, 16, 16, 8, 0, 10};
+    const Parsed parsed = parse<std::string_view>(text, {}, kRadixes[static_cast<std::uint32_t>(format)]);
     require(parsed.taken == text.size());
     const bool isSigned = format < NumberFormat::UnsignedDecimal || format > NumberFormat::Boolean;
     require(parsed.negative == (isSigned && value < 0));
@@ -63,34 +52,35 @@ void digits(std::string_view text) {
     require(parsed.taken == static_cast<std::size_t>(read.ptr - text.data()));
 }
 
+// What the 32-bit parser answers for the number found: that, too large, or nothing; then `value` is as
+// before.
+template <class Value>
+bool gives(const Parsed& parsed, std::uint32_t taken, Value value, std::uint64_t expected) {
+    require(taken == parsed.taken || taken == owlkit::kParseOverflow);
+    const bool good = taken != 0 && taken != owlkit::kParseOverflow;
+    require(value == (good ? static_cast<Value>(expected) : 7));
+    return good;
+}
+
 template <class View>
 void in32Bits(View text, std::uint32_t radix, View separator) {
     const Parsed parsed = parse(text, separator, radix);
     std::int32_t value = 7;
     const std::uint32_t taken = owlkit::parseInt32(text, value, radix, separator);
+    const bool good = gives(parsed, taken, value, parsed.negative ? 0 - parsed.value : parsed.value);
+    require(owlkit::parseInt32Or(text, -3, radix, separator) == (good ? value : -3));
     std::uint32_t bits = 7;
     const std::uint32_t takenBits = owlkit::parseUInt32(text, bits, radix, separator);
-    require(taken == parsed.taken || taken == owlkit::kParseOverflow);
-    require(takenBits == parsed.taken || takenBits == owlkit::kParseOverflow);
-    const bool good = taken != 0 && taken != owlkit::kParseOverflow;
-    const bool goodBits = takenBits != 0 && takenBits != owlkit::kParseOverflow;
-    require(good || value == 7);
-    require(goodBits ? bits == parsed.value && !parsed.negative : bits == 7);
-    require(!good || static_cast<std::uint32_t>(value) ==
-                         static_cast<std::uint32_t>(parsed.negative ? 0 - parsed.value : parsed.value));
-    require(owlkit::parseInt32Or(text, -3, radix, separator) == (good ? value : -3));
+    require(!gives(parsed, takenBits, bits, parsed.value) || (bits == parsed.value && !parsed.negative));
 }
 
 void any(const std::string& text, const std::string& separator, std::uint32_t radix) {
-    const std::u16string wide = widened(text);
-    const std::u16string wideSeparator = widened(separator);
-    const bool valid = radix == 0 || (radix >= 2 && radix <= 36);
-    if (!valid) {
-        require(fuzz::error([&] { parse<std::string_view>(text, separator, radix); }) == "invalid radix");
-        return;
-    }
+    if (radix == 1 || radix > 36)
+        return require(fuzz::error([&] { parse<std::string_view>(text, separator, radix); }) ==
+                       "invalid radix");
+    const std::u16string wideSeparator = fuzz::widened(separator);
     const Parsed parsed = parse<std::string_view>(text, separator, radix);
-    require(parsed == parse<std::u16string_view>(wide, wideSeparator, radix));
+    require(parsed == parse<std::u16string_view>(fuzz::widened(text), wideSeparator, radix));
     const bool found = parsed.taken != 0 && parsed.taken != owlkit::kParseOverflow;
     require(!found || parsed.taken <= text.size());
     require(found || (parsed.value == 0 && !parsed.negative && parsed.radix == radix));
@@ -107,9 +97,9 @@ void any(const std::string& text, const std::string& separator, std::uint32_t ra
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzedDataProvider input(data, size);
     const auto value = input.ConsumeIntegral<std::int64_t>() >> input.ConsumeIntegralInRange(0, 63);
-    formatted(value, static_cast<NumberFormat>(input.ConsumeIntegralInRange<std::uint32_t>(0, 6)),
-              input.ConsumeIntegral<std::int8_t>());
-    const std::uint32_t radix = input.ConsumeIntegralInRange<std::uint32_t>(0, 37);
+    const auto format = fuzz::pick<NumberFormat>(input, 6);
+    formatted(value, format, input.ConsumeIntegral<std::int8_t>());
+    const std::uint32_t radix = fuzz::pick(input, 37);
     const std::string separator = input.ConsumeRandomLengthString(2);
     const std::string text = input.ConsumeRemainingBytesAsString();
     any(text, separator, radix);

@@ -9,14 +9,6 @@
 
 namespace fuzz {
 
-inline bool read(owlkit::interlang& table, owlkit::ByteStream& stream) {
-    std::uint32_t line = 0;
-    table.BeginLoad();
-    const bool whole = table.Parse(stream, line);
-    table.EndLoad();
-    return whole;
-}
-
 // Control characters at either end are trimmed, unless they have an escape; spaces have one there.
 inline bool isTrimmed(char16_t unit) {
     return unit < 32 && unit != 0 && (unit < 7 || unit > 13);
@@ -28,23 +20,32 @@ inline bool comesBack(std::u16string_view text) {
            (text.find(u'\\') == text.npos && !isTrimmed(text.front()) && !isTrimmed(text.back()));
 }
 
-// `again` holds what was written of `table` in `language`, and nothing else.
-inline void requireWritten(const owlkit::interlang& table, const owlkit::interlang& again,
-                           const std::u16string& language) {
-    std::vector<std::u16string> keys;
+// What was written of `table` into `file`: these languages with every key, and nothing else.
+inline void requireWritten(const owlkit::interlang& table, const std::vector<std::u16string>& languages,
+                           owlkit::MemoryStream& file) {
+    owlkit::interlang again;
+    std::uint32_t line = 0;
+    require(file.seek(0, owlkit::SeekOrigin::Start));
+    again.BeginLoad();
+    require(again.Parse(file, line));
+    again.EndLoad();
+    std::vector<std::u16string> names, keys, keysAgain;
+    again.GetLanguages(names);
+    require(names == languages);
     table.GetKeys(keys);
-    for (const std::u16string& key : keys) {
-        require(again.HasText(key, language));
-        const bool has = table.HasText(key, language);
-        const std::u16string text = has ? table.GetText(key, language) : std::u16string();
-        std::u16string expected(owlkit::trim(owlkit::encodeEscapes(text)));
-        owlkit::decodeEscapes(expected);
-        require(again.GetText(key, language) == expected);
-        require(expected == text || !comesBack(text));
-    }
-    std::vector<std::u16string> keysAgain;
     again.GetKeys(keysAgain);
-    require(keysAgain == keys);
+    require(keysAgain == keys || languages.empty());
+    for (const std::u16string& language : languages) {
+        for (const std::u16string& key : keys) {
+            const std::u16string text =
+                table.HasText(key, language) ? table.GetText(key, language) : std::u16string();
+            std::u16string expected(owlkit::trim(owlkit::encodeEscapes(text)));
+            owlkit::decodeEscapes(expected);
+            require(again.HasText(key, language));
+            require(again.GetText(key, language) == expected);
+            require(expected == text || !comesBack(text));
+        }
+    }
 }
 
 }  // namespace fuzz

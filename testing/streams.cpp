@@ -19,13 +19,9 @@ TestStream::TestStream(StreamKind kind, const std::string& content) {
     stream_ = std::move(file);
 }
 
-TestStream::TestStream(StreamKind kind, TextEncoding encoding, ByteOrder order, StringTerminator terminator,
-                       CharsetCode charset, const std::string& content)
+TestStream::TestStream(StreamKind kind, const StreamSettings& settings, const std::string& content)
     : TestStream(kind, content) {
-    stream_->setTextEncoding(encoding);
-    stream_->setByteOrder(order);
-    stream_->setStringTerminator(terminator);
-    stream_->setCharset(charset);
+    stream_->setSettings(settings);
 }
 
 std::string TestStream::content() {

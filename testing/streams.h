@@ -18,9 +18,7 @@ enum class StreamKind { Memory, File };
 class TestStream {
   public:
     explicit TestStream(StreamKind kind, const std::string& content = {});
-    TestStream(StreamKind kind, owlkit::TextEncoding encoding, owlkit::ByteOrder order,
-               owlkit::StringTerminator terminator, owlkit::CharsetCode charset,
-               const std::string& content = {});
+    TestStream(StreamKind kind, const owlkit::StreamSettings& settings, const std::string& content = {});
     owlkit::ByteStream& operator*() { return *stream_; }
     owlkit::ByteStream* operator->() { return stream_.get(); }
 

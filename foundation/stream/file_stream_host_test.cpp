@@ -3,8 +3,8 @@
 #include <stdexcept>
 
 #include "foundation/stream/file_stream.h"
-#include "platform/host/fault.h"
 #include "platform/host/file_host.h"
+#include "testing/faults.h"
 #include "testing/streams.h"
 
 namespace owlkit {
@@ -136,15 +136,10 @@ void runWithFault() {
 }
 
 TEST(FileStreamHost, SurvivesAFailureOfEveryCall) {
-    std::uint32_t nth = 0;
-    do {
-        SCOPED_TRACE(++nth);
-        fault::arm("*", nth, platform::kErrorDiskFull);
+    walkFaults("*", platform::kErrorDiskFull, [] {
         runWithFault();
         EXPECT_EQ(host::openFileCount(), 0);
-    } while (fault::fired());
-    EXPECT_GT(nth, 1u);
-    fault::disarm();
+    });
 }
 
 TEST(FileStreamHost, TellsDiskFullApart) {
@@ -187,35 +182,28 @@ TEST(FileStreamHost, AFailedReadMovesNothing) {
     for (const std::size_t count : {5u, 40000u}) {
         FileStream stream;
         ASSERT_TRUE(stream.open(file.name(), OpenMode::Read));
-        std::string bytes(count, '\0');
+        std::string bytes(count, '\0'), first(16382, '\0');
         EXPECT_EQ(stream.read(bytes.data(), 1), 1u);
-        std::string first(16382, '\0');
         EXPECT_EQ(stream.read(first.data(), first.size()), first.size());
-        fault::arm("ReadFile", 1, platform::kErrorAccessDenied, true);
-        EXPECT_EQ(stream.read(bytes.data(), count), 0u);
-        EXPECT_TRUE(fault::fired());
-        fault::disarm();
+        failEach(
+            {"ReadFile"}, platform::kErrorAccessDenied,
+            [&] { EXPECT_EQ(stream.read(bytes.data(), count), 0u); }, true);
         EXPECT_EQ(stream.position(), 16383);
         EXPECT_FALSE(stream.atEnd());
         EXPECT_EQ(stream.read(bytes.data(), count), std::min<std::size_t>(count, 50000 - 16383));
         EXPECT_EQ(bytes.substr(0, 2), "ba");
     }
-    // A block that fails behind the bytes that are wanted does not keep them away.
     FileStream stream;
     ASSERT_TRUE(stream.open(file.name(), OpenMode::Read));
-    fault::arm("ReadFile", 1, platform::kErrorAccessDenied);
     char byte = 0;
-    EXPECT_EQ(stream.read(&byte, 1), 1u);
-    EXPECT_TRUE(fault::fired());
-    fault::disarm();
+    // A block that fails behind the bytes that are wanted does not keep them away.
+    failEach({"ReadFile"}, platform::kErrorAccessDenied, [&] { EXPECT_EQ(stream.read(&byte, 1), 1u); });
     EXPECT_EQ(byte, 'a');
     EXPECT_EQ(stream.position(), 1);
     // Where it does not get back to, a text begins somewhere else.
     ASSERT_TRUE(stream.seek(0, SeekOrigin::Start));
-    fault::arm("SetFilePointerEx", 1, platform::kErrorAccessDenied);
-    EXPECT_FALSE(stream.detectTextEncoding(99));
-    EXPECT_TRUE(fault::fired());
-    fault::disarm();
+    failEach({"SetFilePointerEx"}, platform::kErrorAccessDenied,
+             [&] { EXPECT_FALSE(stream.detectTextEncoding(99)); });
 }
 
 }  // namespace

@@ -107,7 +107,7 @@ function(nmshell_tests name)
     return()
   endif()
   add_executable(${name} ${sources})
-  target_link_libraries(${name} PRIVATE nmshell_flags testing ${ARG_DEPENDS} gtest gtest_main)
+  target_link_libraries(${name} PRIVATE nmshell_flags testing ${ARG_DEPENDS} testing_host gtest gtest_main)
   # Tables name only the members that a row is about.
   target_compile_options(${name} PRIVATE -Wno-missing-field-initializers)
   if(WIN32)

@@ -1,36 +1,16 @@
 #include "comserver/settings.h"
 
-#include <gtest/gtest.h>
-
-#include "comserver/identifiers.h"
-#include "platform/host/fault.h"
-#include "platform/host/registry_host.h"
+#include "testing/host.h"
 
 namespace nmshell {
 namespace {
 
-namespace host = platform::host;
-namespace fault = platform::fault;
+using namespace test;
 using namespace std::string_literals;
 
-constexpr const char16_t* kSettings = u"HKEY_CURRENT_USER\\Software\\NMark Shell";
-
-class SettingsTest : public ::testing::Test {
+class SettingsTest : public HostTest {
   protected:
-    SettingsTest() {
-        host::resetRegistry();
-        approve(u"QuietOwl_NMark\0"s);
-    }
-    ~SettingsTest() override {
-        fault::disarm();
-        EXPECT_EQ(host::openKeyCount(), 0U);
-        host::resetRegistry();
-    }
-
-    static void approve(const std::u16string& text) {
-        const std::u16string path = u"HKEY_LOCAL_MACHINE\\" + std::u16string(kApprovalPath);
-        host::putText(path, kFileSystemClassId, platform::kRegSz, text);
-    }
+    SettingsTest() { approve(); }
 };
 
 TEST_F(SettingsTest, ApprovalIsTheExactName) {
@@ -92,14 +72,14 @@ TEST_F(SettingsTest, OnlyTheRightTypeCounts) {
 }
 
 TEST_F(SettingsTest, WritersAreReadBack) {
-    EXPECT_TRUE(SetEnabled(false));
-    EXPECT_TRUE(SetShowIcons(false));
     EXPECT_TRUE(SetLanguageSetting(u"Deutsch"));
-    EXPECT_FALSE(IsEnabled());
-    EXPECT_FALSE(ShowIcons());
     EXPECT_EQ(GetLanguageSetting(), u"Deutsch");
-    EXPECT_TRUE(SetEnabled(true));
-    EXPECT_TRUE(SetShowIcons(true));
+    for (const bool on : {false, true}) {
+        EXPECT_TRUE(SetEnabled(on));
+        EXPECT_TRUE(SetShowIcons(on));
+        EXPECT_EQ(IsEnabled(), on);
+        EXPECT_EQ(ShowIcons(), on);
+    }
     EXPECT_NE(host::dumpRegistry().find("\"Enabled\" 4 01000000\n\"Icons\" 4 01000000\n"), std::string::npos);
     EXPECT_FALSE(SetLanguageSetting(std::u16string(8191, u'x')));
     host::denyAccess(kSettings, platform::kKeySetValue);
@@ -125,22 +105,21 @@ TEST_F(SettingsTest, EveryFailingCallGivesADefault) {
     ASSERT_TRUE(SetEnabled(false));
     ASSERT_TRUE(SetShowIcons(false));
     ASSERT_TRUE(SetLanguageSetting(u"de"));
-    const auto walk = [](auto fails) {
-        for (std::uint32_t n = 1;; ++n) {
-            fault::arm("Reg*", n, platform::kErrorAccessDenied);
-            const bool failed = fails();
-            if (!fault::fired())
-                return n > 1;
-            EXPECT_TRUE(failed) << "call " << n;
-        }
+    const auto walk = [](auto gaveDefault) {
+        walkFaults("Reg*", platform::kErrorAccessDenied, [&] {
+            const bool given = gaveDefault();
+            EXPECT_EQ(given, fault::fired());
+        });
     };
-    EXPECT_TRUE(walk([] { return ShowIcons(); }));
-    EXPECT_TRUE(walk([] { return GetLanguageSetting().empty(); }));
-    EXPECT_TRUE(walk([] { return !IsApproved(); }));
-    EXPECT_TRUE(walk([] { return !SetLanguageSetting(u"de"); }));
-    // The approval's two calls come first: their failures switch off, later ones leave on.
-    std::uint32_t offs = 0;
-    EXPECT_TRUE(walk([&] { return IsEnabled() || ++offs <= 2; }));
+    walk([] { return ShowIcons(); });
+    walk([] { return GetLanguageSetting().empty(); });
+    walk([] { return !IsApproved(); });
+    walk([] { return !SetLanguageSetting(u"de"); });
+    // What cannot be read leaves on; an approval that cannot be read is none.
+    host::denyAccess(kSettings, platform::kKeyQueryValue);
+    EXPECT_TRUE(IsEnabled());
+    host::denyAccess(kApprovals, platform::kKeyQueryValue);
+    EXPECT_FALSE(IsEnabled());
 }
 
 }  // namespace

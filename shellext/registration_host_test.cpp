@@ -1,59 +1,28 @@
 #include "shellext/registration.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
 #include <functional>
 #include <regex>
 
-#include "comserver/identifiers.h"
 #include "comserver/settings.h"
 #include "foundation/process/folders.h"
 #include "foundation/registry/registry_key.h"
 #include "foundation/text/text.h"
-#include "platform/host/fault.h"
-#include "platform/host/registry_host.h"
-#include "platform/host/utf8.h"
+#include "testing/host.h"
 
 namespace nmshell {
 namespace {
 
-namespace host = platform::host;
-namespace fault = platform::fault;
-using namespace std::string_literals;
+using namespace test;
+using namespace std::string_view_literals;
 
-const std::u16string kMachine = u"HKEY_LOCAL_MACHINE\\";
-
-class RegistrationTest : public ::testing::Test {
+class RegistrationTest : public HostTest {
   protected:
     RegistrationTest() {
-        host::resetRegistry();
-        const std::string folder = std::filesystem::temp_directory_path().string();
-        owlkit::recordApplicationFolder(platform::fromHostName(folder));
-        module_ = (std::filesystem::path(folder) / "nmshell.dll").string();
-        // A machine with other extensions.
-        host::putText(kMachine + std::u16string(kApprovalPath), u"{other}", platform::kRegSz, u"Other");
-        for (const char16_t* parent :
-             {u"AllFileSystemObjects\\ShellEx\\ContextMenuHandlers\\Other",
-              u"Drive\\ShellEx\\ContextMenuHandlers",
-              u"CLSID\\{645FF040-5081-101B-9F08-00AA002F954E}\\ShellEx\\ContextMenuHandlers"})
-            host::putKey(kMachine + u"SOFTWARE\\Classes\\" + parent);
-        host::putKey(u"HKEY_CURRENT_USER\\Software");
+        owlkit::recordApplicationFolder(folder());
+        putOtherExtensions();
         before_ = host::dumpRegistry();
     }
-    ~RegistrationTest() override {
-        fault::disarm();
-        EXPECT_EQ(host::openKeyCount(), 0U);
-        host::resetRegistry();
-        owlkit::recordApplicationFolder(u"");
-    }
 
-    static void dropApproval(std::u16string_view classId) {
-        EXPECT_TRUE(owlkit::RegistryKey::deleteValue(owlkit::RegistryRoot::LocalMachine,
-                                                     std::u16string(kApprovalPath), std::u16string(classId)));
-    }
-
-    std::string module_;
     std::string before_;
 };
 
@@ -83,7 +52,7 @@ TEST_F(RegistrationTest, WritesEveryKeyAndTakesThemAway) {
 )";
     const std::pair<const char*, std::string> shortened[] = {
         {"HKLM", "HKEY_LOCAL_MACHINE"},
-        {"MODULE", module_},
+        {"MODULE", platform::toHostName(folder()) + "nmshell.dll"},
         {"FILES", "{3D5C9A72-6E1B-4F08-A4C3-91B7E2D05F64}"},
         {"DRIVES", "{C84E10B6-2F7A-4D93-8E15-6A0B3FD7C921}"},
         {"BIN", "{7A21E6D3-B94C-4E5F-9D08-13C6A8F4B2E7}"}};
@@ -98,47 +67,39 @@ TEST_F(RegistrationTest, WritesEveryKeyAndTakesThemAway) {
     }
 }
 
-// What a failing run leaves of an older registration, and what it says about that.
-TEST_F(RegistrationTest, AFailingRepeatTakesBackOnlyWhatItWrote) {
-    const std::u16string approvals = kMachine + std::u16string(kApprovalPath);
+// What a failing run leaves of an older registration's approvals, and what it says about that.
+TEST_F(RegistrationTest, AFailingRepeatPutsTheApprovalsBack) {
+    const auto put = [](std::uint32_t type, std::u16string_view text) {
+        return [=] { host::putText(kApprovals, kFileSystemClassId, type, text); };
+    };
+    const auto drop = [] {
+        EXPECT_TRUE(owlkit::RegistryKey::deleteValue(owlkit::RegistryRoot::LocalMachine,
+                                                     std::u16string(kApprovalPath),
+                                                     std::u16string(kDriveClassId)));
+    };
+    using enum RegistrationResult;
     const struct Case {
         const char* name;
         std::function<void()> before;
-        const char* operation;
-        std::uint32_t nth;
+        std::uint32_t nth;  // value that cannot be written
         bool forGood;
         RegistrationResult result;
     } cases[] = {
-        {"the key", [] {}, "RegOpenKeyExW", 1, false, RegistrationResult::NothingChanged},
-        {"a question", [] {}, "RegQueryValueExW", 2, false, RegistrationResult::NothingChanged},
-        {"the first approval", [] {}, "RegSetValueExW", 1, false, RegistrationResult::NothingChanged},
-        {"the third approval", [] {}, "RegSetValueExW", 3, true, RegistrationResult::NothingChanged},
-        {"after another text",
-         [&] { host::putText(approvals, kFileSystemClassId, platform::kRegSz, u"Other\0"s); },
-         "RegSetValueExW", 3, false, RegistrationResult::NothingChanged},
-        {"after a missing one", [&] { dropApproval(kDriveClassId); }, "RegSetValueExW", 3, false,
-         RegistrationResult::NothingChanged},
-        {"another text for good",
-         [&] { host::putText(approvals, kFileSystemClassId, platform::kRegSz, u"Other\0"s); },
-         "RegSetValueExW", 2, true, RegistrationResult::Incomplete},
-        {"after a number",
-         [&] { host::putText(approvals, kFileSystemClassId, platform::kRegDword, u"\1"s + u'\0'); },
-         "RegSetValueExW", 2, false, RegistrationResult::Incomplete},
-        {"a handler", [] {}, "RegCreateKeyExW", 2, false, RegistrationResult::Removed},
-        {"the last value", [] {}, "RegSetValueExW", 12, false, RegistrationResult::Removed},
+        {"after another text", put(platform::kRegSz, u"Other\0"sv), 3, false, NothingChanged},
+        {"after a missing one", drop, 3, false, NothingChanged},
+        {"another text for good", put(platform::kRegSz, u"Other\0"sv), 2, true, Incomplete},
+        {"after a number", put(platform::kRegDword, u"\1\0"sv), 2, false, Incomplete},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         ASSERT_TRUE(RegisterExtension());
         c.before();
         const std::string old = host::dumpRegistry();
-        fault::arm(c.operation, c.nth, platform::kErrorAccessDenied, c.forGood);
+        fault::arm("RegSetValueExW", c.nth, platform::kErrorAccessDenied, c.forGood);
         EXPECT_EQ(tryRegisterExtension(), c.result);
         EXPECT_TRUE(fault::fired());
         fault::disarm();
-        if (c.result != RegistrationResult::Incomplete) {
-            EXPECT_EQ(host::dumpRegistry(), c.result == RegistrationResult::Removed ? before_ : old);
-        }
+        EXPECT_EQ(host::dumpRegistry() == old, c.result == NothingChanged);
         UnregisterExtension();
         EXPECT_EQ(host::dumpRegistry(), before_);
     }
@@ -150,7 +111,7 @@ TEST_F(RegistrationTest, WritesNothingWithoutFolderOrApprovals) {
     EXPECT_FALSE(RegisterExtension());
     EXPECT_EQ(fault::calls("Reg*"), 0U);
     owlkit::recordApplicationFolder(u"/");
-    host::denyAccess(kMachine + std::u16string(kApprovalPath), platform::kKeySetValue);
+    host::denyAccess(kApprovals, platform::kKeySetValue);
     EXPECT_FALSE(RegisterExtension());
     EXPECT_EQ(host::dumpRegistry(), before_);
 }

@@ -1,30 +1,15 @@
 #include "testing/extension.h"
 
-#include "comserver/identifiers.h"
-
 namespace test {
 
 ExtensionTest::ExtensionTest() {
-    approve(u"QuietOwl_NMark");
+    approve();
     host::setModuleFileName(host::moduleAt(this), folder() + u"nmshell.dll");
     std::filesystem::create_directory("langs");
     makeFile("langs/all.lang.txt", "KEY: A\nLANG: de\nTEXT: Eins\nLANG: en\nTEXT: One\nKEY: B\nTEXT: Two");
     module_.languageLoaded = true;
     module_.folder = u"C:\\App\\";
     module_.bitmaps.setModule(host::moduleAt(this));
-}
-
-void ExtensionTest::approve(std::u16string_view text) {
-    host::putText(u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath),
-                  nmshell::kFileSystemClassId, platform::kRegSz, text);
-}
-
-void ExtensionTest::set(const char16_t* name, std::u16string_view text, std::uint32_t type) {
-    host::putText(u"HKEY_CURRENT_USER\\Software\\NMark Shell", name, type, text);
-}
-
-void ExtensionTest::setFlag(const char16_t* name, bool on) {
-    set(name, {on ? u"\1" : u"\0", 2}, platform::kRegDword);
 }
 
 Ref<IClassFactory> ExtensionTest::factory(nmshell::SelectionKind kind) {

@@ -3,7 +3,6 @@
 
 #include <memory>
 
-#include "platform/registry.h"
 #include "shellext/class_factory.h"
 #include "testing/host.h"
 
@@ -36,11 +35,6 @@ class ExtensionTest : public HostTest {
   protected:
     ExtensionTest();
     ~ExtensionTest() override { EXPECT_EQ(module_.ModuleObjectCount, 0); }
-
-    // The text of the approval, and values of the user's settings.
-    static void approve(std::u16string_view text);
-    static void set(const char16_t* name, std::u16string_view text, std::uint32_t type = platform::kRegSz);
-    static void setFlag(const char16_t* name, bool on);
 
     Ref<IClassFactory> factory(nmshell::SelectionKind kind);
     static Ref<IContextMenu> create(const Ref<IClassFactory>& factory);

@@ -8,8 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "comserver/identifiers.h"
 #include "platform/host/all_host.h"
 #include "platform/host/utf8.h"
+#include "platform/registry.h"
+#include "testing/faults.h"
 #include "testing/temporary.h"
 
 namespace test {
@@ -18,7 +21,7 @@ namespace fault = platform::fault;
 namespace host = platform::host;
 
 class HostTest : public testing::Test {
-  protected:
+  public:
     HostTest();
     ~HostTest() override;
 
@@ -31,6 +34,18 @@ class HostTest : public testing::Test {
   private:
     const TemporaryFolder folder_;
 };
+
+// The keys of the approval and of the user's settings, as the stand-in names them.
+inline const std::u16string kApprovals = u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath);
+inline const std::u16string kSettings = u"HKEY_CURRENT_USER\\" + std::u16string(nmshell::kSettingsPath);
+
+// The text of the approval, and values of the user's settings.
+void approve(std::u16string_view text = nmshell::kHandlerName);
+void set(const char16_t* name, std::u16string_view text, std::uint32_t type = platform::kRegSz);
+void setFlag(const char16_t* name, bool on);
+
+// A machine with other extensions.
+void putOtherExtensions();
 
 // A drop list and the data object that hands it out.
 struct Drop {

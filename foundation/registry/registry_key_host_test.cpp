@@ -1,27 +1,14 @@
 #include <functional>
 
 #include "foundation/registry/registry_key.h"
-#include "platform/host/fault.h"
-#include "platform/host/registry_host.h"
+#include "testing/host.h"
 #include "testing/registry.h"
 
 namespace owlkit {
 namespace {
 
 using namespace test;
-namespace host = platform::host;
-
-namespace fault = platform::fault;
-
-class RegistryHiveTest : public ::testing::Test {
-  protected:
-    RegistryHiveTest() { host::resetRegistry(); }
-    ~RegistryHiveTest() override {
-        fault::disarm();
-        EXPECT_EQ(host::openKeyCount(), 0U);
-        host::resetRegistry();
-    }
-};
+using RegistryHiveTest = HostTest;
 
 TEST_F(RegistryHiveTest, AsksForTheRightsOfEachOperation) {
     const std::uint32_t viewFlags[] = {0, 0x200, 0x100, 0};  // the last view is none of ours
@@ -29,15 +16,14 @@ TEST_F(RegistryHiveTest, AsksForTheRightsOfEachOperation) {
         SCOPED_TRACE(view);
         RegistryKey key;
         key.setView(static_cast<RegistryView>(view));
-        const std::pair<bool, std::uint32_t> asked[] = {
-            {key.create(kUser, u"k"), host::lastRegistryAccess()},
-            {key.open(kUser, u"k", RegistryMode::ReadOnly), host::lastRegistryAccess()},
-            {key.open(kUser, u"k", RegistryMode::ReadWrite), host::lastRegistryAccess()},
-            {key.exists(kUser, u"k"), host::lastRegistryAccess()},
-            {key.isWritable(kUser, u"k"), host::lastRegistryAccess()}};
-        const std::uint32_t masks[] = {0xF003F, 0x20019, 0x2001F, 0x20019, 0x20006};
-        for (std::size_t i = 0; i < std::size(masks); ++i)
-            EXPECT_EQ(asked[i], std::pair(true, masks[i] | viewFlags[view]));
+        const auto rights = [&](bool done) {
+            return done ? host::lastRegistryAccess() - viewFlags[view] : 0;
+        };
+        EXPECT_EQ(rights(key.create(kUser, u"k")), 0xF003Fu);
+        EXPECT_EQ(rights(key.open(kUser, u"k", RegistryMode::ReadOnly)), 0x20019u);
+        EXPECT_EQ(rights(key.open(kUser, u"k", RegistryMode::ReadWrite)), 0x2001Fu);
+        EXPECT_EQ(rights(key.exists(kUser, u"k")), 0x20019u);
+        EXPECT_EQ(rights(key.isWritable(kUser, u"k")), 0x20006u);
     }
 }
 
@@ -73,34 +59,28 @@ TEST_F(RegistryHiveTest, ReportsFailingCalls) {
     ASSERT_TRUE(key.create(kUser, u"k"));
     key.writeExpandableString(u"t", u"%PATH%");
     key.writeDword(u"n", 1);
-    const auto readText = [&] { return outcome([&] { return key.readString(u"t"); }); };
-    const struct Case {
-        const char* function;
-        std::uint32_t nth;
-        const char* result;
-        std::function<std::string()> action;
-    } cases[] = {
-        {"RegFlushKey", 1, "0", [&] { return outcome([&] { return key.flush(); }); }},
-        {"RegQueryValueExW", 1, "0", [&] { return outcome([&] { return key.valueExists(u"t"); }); }},
-        {"RegQueryValueExW", 1, "not found", readText},  // type
-        {"RegQueryValueExW", 2, "not found", readText},  // size
-        {"RegQueryValueExW", 3, "failed", readText},     // data
-        {"RegQueryValueExW", 2, "failed", [&] { return outcome([&] { return key.readDword(u"n"); }); }},
-        {"RegSetValueExW", 1, "failed", [&] { return outcome([&] { key.writeDword(u"n", 2); }); }},
-        {"RegQueryInfoKeyW", 1, "failed", [&] { return outcome([&] { return key.subkeyCount(); }); }},
-        {"RegEnumKeyExW", 1, "failed", [&] { return outcome([&] { return key.subkeyName(0); }); }},
-        {"RegEnumValueW", 1, "failed", [&] { return outcome([&] { return key.valueName(0); }); }},
-        {"ExpandEnvironmentStringsW", 1, "%PATH%",
-         [&] { return outcome([&] { return key.readExpandedString(u"t"); }); }},
-    };
     const std::string before = host::dumpRegistry();
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.function);
-        fault::arm(row.function, row.nth, platform::kErrorNotEnoughMemory);
-        EXPECT_EQ(row.action(), row.result);
-        EXPECT_TRUE(fault::fired());
-        EXPECT_EQ(host::dumpRegistry(), before);
-    }
+    const auto failing = [&](const char* function, auto action, std::uint32_t nth = 1) {
+        fault::arm(function, nth, platform::kErrorNotEnoughMemory);
+        const std::string result = outcome(action);
+        EXPECT_TRUE(fault::fired()) << function;
+        EXPECT_EQ(host::dumpRegistry(), before) << function;
+        return result;
+    };
+    const auto readText = [&] { return key.readString(u"t"); };
+    EXPECT_EQ(failing("RegFlushKey", [&] { return key.flush(); }), "0");
+    EXPECT_EQ(failing("RegQueryValueExW", [&] { return key.valueExists(u"t"); }), "0");
+    EXPECT_EQ(failing("RegQueryValueExW", readText, 1), "not found");  // type
+    EXPECT_EQ(failing("RegQueryValueExW", readText, 2), "not found");  // size
+    EXPECT_EQ(failing("RegQueryValueExW", readText, 3), "failed");     // data
+    EXPECT_EQ(failing(
+                  "RegQueryValueExW", [&] { return key.readDword(u"n"); }, 2),
+              "failed");
+    EXPECT_EQ(failing("RegSetValueExW", [&] { key.writeDword(u"n", 2); }), "failed");
+    EXPECT_EQ(failing("RegQueryInfoKeyW", [&] { return key.subkeyCount(); }), "failed");
+    EXPECT_EQ(failing("RegEnumKeyExW", [&] { return key.subkeyName(0); }), "failed");
+    EXPECT_EQ(failing("RegEnumValueW", [&] { return key.valueName(0); }), "failed");
+    EXPECT_EQ(failing("ExpandEnvironmentStringsW", [&] { return key.readExpandedString(u"t"); }), "%PATH%");
     ASSERT_TRUE(key.create(kUser, u"k\\below"));
     fault::arm("RegCreateKeyExW", 1, platform::kErrorAccessDenied);
     EXPECT_FALSE(key.clear());

@@ -1,7 +1,5 @@
 #include "foundation/registry/registry_key.h"
 
-#include <functional>
-
 #include "testing/registry.h"
 
 namespace owlkit {
@@ -9,75 +7,55 @@ namespace {
 
 using namespace test;
 
-using Operation = std::function<void(RegistryKey&)>;
-
 TEST_F(RegistryTest, NamesOfRoots) {
     EXPECT_EQ(RegistryKey::rootName(RegistryRoot::CurrentConfig), u"HKKEY_CURRENT_CONFIG");
     EXPECT_EQ(RegistryKey::rootName(static_cast<RegistryRoot>(6)), u"");
 }
 
-TEST_F(RegistryTest, LengthOfPaths) {
-    const std::function<bool(const std::u16string&)> operations[] = {
-        [&](const auto& path) { return key.open(kUser, path, RegistryMode::ReadOnly); },
-        [&](const auto& path) { return key.exists(kUser, path); },
-        [&](const auto& path) { return key.isWritable(kUser, path); },
-        [&](const auto& path) { return key.deleteKey(kUser, path); },
-        [&](const auto& path) { return key.create(RegistryRoot::None, path); }};
-    for (const auto& operation : operations) {
-        EXPECT_FALSE(operation(std::u16string(254, u'x')));
-        EXPECT_EQ(outcome([&] { operation(std::u16string(255, u'x')); }), "invalid argument");
-    }
-    EXPECT_EQ(RegistryKey::readDwordOr(kUser, std::u16string(255, u'x'), u"v", -7), -7) << "throws nothing";
-    EXPECT_EQ(key.path(), kTestPath) << "what fails leaves the open key as it is";
-    key.writeDword(u"still", 1);
-    EXPECT_EQ(outcome([&] { return key.create(kUser, u""); }), "invalid argument");
-    EXPECT_TRUE(key.open(kUser, u"", RegistryMode::ReadOnly));
-    EXPECT_FALSE(key.open(RegistryRoot::None, u"", RegistryMode::ReadOnly));
-}
-
-// The platform would take what stands before the zero: another key, another value.
-TEST_F(RegistryTest, NamesWithAZeroInsideAreRefused) {
-    const std::u16string path = kTestPath + std::u16string(u"\0x", 2);
-    const std::u16string name(u"v\0x", 3);
+TEST_F(RegistryTest, RefusesPathsAndNames) {
+    using enum RegistryMode;
     key.writeDword(u"v", 1);
-    const std::pair<const char*, std::function<std::string()>> cases[] = {
-        {"0", [&] { return outcome([&] { return key.open(kUser, path, RegistryMode::ReadWrite); }); }},
-        {"0", [&] { return outcome([&] { return key.exists(kUser, path); }); }},
-        {"0", [&] { return outcome([&] { return key.isWritable(kUser, path); }); }},
-        {"0", [&] { return outcome([&] { return key.create(kUser, path); }); }},
-        {"0", [&] { return outcome([&] { return key.deleteKey(kUser, path); }); }},
-        {"0", [&] { return outcome([&] { return key.valueExists(name); }); }},
-        {"not found", [&] { return outcome([&] { return key.valueSize(name); }); }},
-        {"not found", [&] { return outcome([&] { return key.readDword(name); }); }},
-        {"failed", [&] { return outcome([&] { key.writeDword(name, 2); }); }},
-        {"0", [&] { return outcome([&] { return key.deleteValue(name); }); }},
-    };
-    int row = 0;
-    for (const auto& [result, operation] : cases) {
-        SCOPED_TRACE(row++);
-        EXPECT_EQ(operation(), result);
-        EXPECT_EQ(key.path(), kTestPath);
-        EXPECT_EQ(outcome([&] { return key.readDword(u"v"); }), "1");
+    // The platform would take what stands before the zero: another key, another value.
+    const std::u16string zero = kTestPath + std::u16string(u"\0x", 2), name(u"v\0x", 3);
+    EXPECT_EQ(outcome([&] { return key.create(kUser, zero); }), "0");
+    EXPECT_EQ(outcome([&] { return key.valueExists(name); }), "0");
+    EXPECT_EQ(outcome([&] { return key.valueSize(name); }), "not found");
+    EXPECT_EQ(outcome([&] { return key.readDword(name); }), "not found");
+    EXPECT_EQ(outcome([&] { key.writeDword(name, 2); }), "failed");
+    EXPECT_EQ(outcome([&] { return key.deleteValue(name); }), "0");
+    EXPECT_EQ(platform::deleteKey(platform::predefinedKey(platform::kHkeyCurrentUser), zero),
+              platform::kErrorInvalidName);
+    const std::u16string longest(254, u'x'), tooLong(255, u'x');
+    for (const std::u16string& path : {zero, longest, tooLong}) {
+        SCOPED_TRACE(path.size());
+        const char* const answer = path == tooLong ? "invalid argument" : "0";
+        EXPECT_EQ(outcome([&] { return key.open(kUser, path, ReadWrite); }), answer);
+        EXPECT_EQ(outcome([&] { return key.exists(kUser, path); }), answer);
+        EXPECT_EQ(outcome([&] { return key.isWritable(kUser, path); }), answer);
+        EXPECT_EQ(outcome([&] { return key.deleteKey(kUser, path); }), answer);
+        EXPECT_EQ(outcome([&] { return key.create(RegistryRoot::None, path); }), answer);
+        EXPECT_EQ(RegistryKey::readDwordOr(kUser, path, u"v", -7), -7) << "throws nothing";
     }
-    const auto plain = platform::deleteKey(platform::predefinedKey(platform::kHkeyCurrentUser), path);
-    EXPECT_EQ(plain, platform::kErrorInvalidName);
+    EXPECT_EQ(outcome([&] { return key.create(kUser, u""); }), "invalid argument");
+    EXPECT_EQ(key.path(), kTestPath) << "what fails leaves the open key as it is";
+    EXPECT_EQ(key.readDword(u"v"), 1);
+    EXPECT_TRUE(key.open(kUser, u"", ReadOnly));
+    EXPECT_FALSE(key.open(RegistryRoot::None, u"", ReadOnly));
 }
 
 TEST_F(RegistryTest, OperationsAskForTheRightState) {
-    RegistryKey closed;
-    RegistryKey readOnly;
+    RegistryKey closed, readOnly;
     ASSERT_TRUE(readOnly.open(kUser, kTestPath, RegistryMode::ReadOnly));
     const std::u16string tooLong(9000, u'x');
-    const Operation changes[] = {[](RegistryKey& k) { static_cast<void>(k.clear()); },
-                                 [](RegistryKey& k) { static_cast<void>(k.flush()); },
-                                 [](RegistryKey& k) { static_cast<void>(k.deleteValue(u"n")); },
-                                 [](RegistryKey& k) { k.writeDword(u"n", 2); },
-                                 [&](RegistryKey& k) { k.writeString(u"n", tooLong); },
-                                 [&](RegistryKey& k) { k.writeMultiString(u"n", {tooLong}); },
-                                 [](RegistryKey& k) { k.writeBinary(u"n", nullptr, 5); }};
-    for (const Operation& change : changes) {
-        EXPECT_EQ(outcome([&] { change(closed); }), "invalid state");
-        EXPECT_EQ(outcome([&] { change(readOnly); }), "read-only error");
+    for (RegistryKey* const k : {&closed, &readOnly}) {
+        const char* const error = k == &closed ? "invalid state" : "read-only error";
+        EXPECT_EQ(outcome([&] { return k->clear(); }), error);
+        EXPECT_EQ(outcome([&] { return k->flush(); }), error);
+        EXPECT_EQ(outcome([&] { return k->deleteValue(u"n"); }), error);
+        EXPECT_EQ(outcome([&] { k->writeDword(u"n", 2); }), error);
+        EXPECT_EQ(outcome([&] { k->writeString(u"n", tooLong); }), error);
+        EXPECT_EQ(outcome([&] { k->writeMultiString(u"n", {tooLong}); }), error);
+        EXPECT_EQ(outcome([&] { k->writeBinary(u"n", nullptr, 5); }), error);
     }
     EXPECT_EQ(outcome([&] { closed.valueExists(u"n"); }), "invalid state");
     EXPECT_EQ(outcome([&] { closed.readBinary(u"n", nullptr, 0); }), "invalid state");
@@ -143,27 +121,28 @@ TEST_F(RegistryTest, ListsSubkeysAndValues) {
 }
 
 TEST_F(RegistryTest, HelpersMakeKeysForWritesAndTypesOnly) {
+    using Key = RegistryKey;
     const std::u16string path = kTestPath + u"\\deep\\er";
-    EXPECT_EQ(RegistryKey::readDwordOr(kUser, path, u"v", -7), -7);
-    EXPECT_FALSE(RegistryKey::deleteValue(kUser, path, u"v"));
+    EXPECT_EQ(Key::readDwordOr(kUser, path, u"v", -7), -7);
+    EXPECT_FALSE(Key::deleteValue(kUser, path, u"v"));
     EXPECT_FALSE(key.exists(kUser, path));
-    EXPECT_EQ(outcome([&] { RegistryKey::valueType(kUser, path, u"v"); }), "not found");
+    EXPECT_EQ(outcome([&] { Key::valueType(kUser, path, u"v"); }), "not found");
     EXPECT_TRUE(key.exists(kUser, path));
-    EXPECT_TRUE(RegistryKey::writeQword(kUser, path, u"v", 0x80000000));
-    EXPECT_EQ(RegistryKey::readQwordOr(kUser, path, u"v", 0), 0x80000000);
-    EXPECT_EQ(RegistryKey::readDwordOr(kUser, path, u"v", -7), -7) << "out of its range";
-    EXPECT_TRUE(RegistryKey::deleteValue(kUser, path, u"v"));
+    EXPECT_TRUE(Key::writeQword(kUser, path, u"v", 0x80000000));
+    EXPECT_EQ(Key::readQwordOr(kUser, path, u"v", 0), 0x80000000);
+    EXPECT_EQ(Key::readDwordOr(kUser, path, u"v", -7), -7) << "out of its range";
+    EXPECT_TRUE(Key::deleteValue(kUser, path, u"v"));
     const std::vector<std::u16string> items = {u"a", u"", u"b"}, none = {u"none"};
-    EXPECT_TRUE(RegistryKey::writeMultiString(kUser, path, u"m", items));
-    EXPECT_EQ(RegistryKey::readMultiStringOr(kUser, path, u"m", none), items);
-    EXPECT_EQ(RegistryKey::readMultiStringOr(kUser, path, u"v", none), none);
-    EXPECT_TRUE(RegistryKey::writeExpandableString(kUser, path, u"e", u"%x"));
-    EXPECT_EQ(RegistryKey::valueType(kUser, path, u"e"), RegistryValueType::ExpandableString);
+    EXPECT_TRUE(Key::writeMultiString(kUser, path, u"m", items));
+    EXPECT_EQ(Key::readMultiStringOr(kUser, path, u"m", none), items);
+    EXPECT_EQ(Key::readMultiStringOr(kUser, path, u"v", none), none);
+    EXPECT_TRUE(Key::writeExpandableString(kUser, path, u"e", u"%x"));
+    EXPECT_EQ(Key::valueType(kUser, path, u"e"), RegistryValueType::ExpandableString);
     putRaw(platform::kRegBinary, "a", 1);
-    EXPECT_EQ(RegistryKey::readMultiStringOr(kUser, kTestPath, u"v", none), none) << "a read that throws";
-    EXPECT_FALSE(RegistryKey::writeDword(RegistryRoot::None, path, u"v", 1));
-    EXPECT_FALSE(RegistryKey::writeMultiString(RegistryRoot::None, path, u"m", items));
-    EXPECT_FALSE(RegistryKey::writeExpandableString(RegistryRoot::None, path, u"e", u"%x"));
+    EXPECT_EQ(Key::readMultiStringOr(kUser, kTestPath, u"v", none), none) << "a read that throws";
+    EXPECT_FALSE(Key::writeDword(RegistryRoot::None, path, u"v", 1));
+    EXPECT_FALSE(Key::writeMultiString(RegistryRoot::None, path, u"m", items));
+    EXPECT_FALSE(Key::writeExpandableString(RegistryRoot::None, path, u"e", u"%x"));
 }
 
 }  // namespace

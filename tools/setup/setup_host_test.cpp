@@ -1,18 +1,6 @@
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-
-#include "comserver/identifiers.h"
-#include "foundation/process/folders.h"
 #include "foundation/registry/registry_key.h"
-#include "platform/host/fault.h"
-#include "platform/host/registry_host.h"
-#include "platform/host/shell_host.h"
-#include "platform/host/utf8.h"
 #include "platform/image.h"
-#include "platform/registry.h"
-#include "testing/temporary.h"
+#include "testing/host.h"
 #include "tools/common/text.h"
 #include "tools/setup/folder_access.h"
 #include "tools/setup/status.h"
@@ -21,52 +9,37 @@
 namespace setup {
 namespace {
 
-namespace host = platform::host;
+using namespace test;
 namespace fs = std::filesystem;
 
 constexpr int kCsidlProgramFiles = 38;
-const std::u16string kSettings = u"HKEY_CURRENT_USER\\Software\\NMark Shell";
 const std::u16string kDefaults = u"HKEY_LOCAL_MACHINE\\Software\\NMark Shell\\Defaults\\";
-
-std::string number(char value) {
-    return {value, 0, 0, 0};
-}
 
 class Recorder final : public Messages {
   public:
     void tell(const std::string& text) override { told += text + "\n"; }
     void complain(const std::string& text) override { complaints += text + "\n"; }
 
-    std::string told;
-    std::string complaints;
+    std::string told, complaints;
 };
 
-// An installation folder of its own, on an empty machine.
-class SetupTest : public testing::Test {
+// An installation folder, which is the current one, on an empty machine.
+class SetupTest : public HostTest {
   public:
-    SetupTest() {
+    SetupTest() { begin(); }
+
+    void begin() const {
+        for (const fs::path& old : fs::directory_iterator("."))
+            fs::remove_all(old);
         host::resetRegistry();
         host::putKey(u"HKEY_LOCAL_MACHINE\\SOFTWARE");
-        host::putKey(u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath));
-        platform::host::resetShell();
-        fillFolder();
-    }
-    ~SetupTest() override {
-        platform::fault::disarm();
-        EXPECT_EQ(host::openKeyCount(), 0U);
-        host::resetRegistry();
-        owlkit::recordApplicationFolder(u"");
+        host::putKey(kApprovals);
+        fs::create_directory("langs");
+        makeFile("nmshell.dll", "MZ");
+        makeFile("langs/a.lang.txt", "LANG: en\nKEY: LANGUAGE\nTEXT: English\n");
+        makeFile("langs/b.lang.txt", "LANG: xx\nKEY: LANGUAGE\nTEXT: Own name\n");
     }
 
-    void fillFolder() const {
-        fs::create_directories(folder_ / "langs");
-        write("nmshell.dll", "MZ");
-        write("langs/a.lang.txt", "LANG: en\nKEY: LANGUAGE\nTEXT: English\n");
-        write("langs/b.lang.txt", "LANG: xx\nKEY: LANGUAGE\nTEXT: Own name\n");
-    }
-
-    void write(const char* name, const char* content) const { folder_.write(name, content); }
-    std::u16string folder() const { return folder_.name(); }
     std::u16string module() const { return folder() + u"nmshell.dll"; }
 
     // Registered, as far as both roots show it: the stand-in for the registry does not merge them.
@@ -79,36 +52,34 @@ class SetupTest : public testing::Test {
         }
     }
 
-    const test::TemporaryFolder folder_;
+    const fs::path here_ = fs::current_path();
     Recorder recorder_;
 };
 
 TEST_F(SetupTest, RegistersOnlyAModuleThatLoads) {
-    struct Case {
-        const char* name;
+    const struct Case {
         const char* content;  // of nmshell.dll; null: there is none
         bool elevated;
         Result result;
         const char* says;
-    };
-    const Case cases[] = {
-        {"good", "MZ", true, kDone, "Registered "},
-        {"no file", nullptr, true, kNoModule, "there is no "},
-        {"text file", "hello", true, kUnusableModule, "it is no 64-bit DLL"},
-        {"no rights", "MZ", false, kNotElevated, "administrator rights are needed"},
+    } cases[] = {
+        {"MZ", true, kDone, "Registered "},
+        {nullptr, true, kNoModule, "there is no "},
+        {"hello", true, kUnusableModule, "it is no 64-bit DLL"},
+        {"MZ", false, kNotElevated, "administrator rights are needed"},
     };
     for (const Case& row : cases) {
-        SCOPED_TRACE(row.name);
-        fs::remove(folder_ / "nmshell.dll");
+        SCOPED_TRACE(row.says);
+        fs::remove("nmshell.dll");
         if (row.content)
-            write("nmshell.dll", row.content);
+            makeFile("nmshell.dll", row.content);
         if (!row.elevated)
             host::denyAccess(u"HKEY_LOCAL_MACHINE\\SOFTWARE", platform::kKeySetValue);
         const std::string before = host::dumpRegistry();
         for (const Trial trial : {Trial::Load, Trial::Headers}) {
-            platform::fault::disarm();
+            fault::disarm();
             if (trial == Trial::Headers)  // never asks for this
-                platform::fault::arm("LoadLibraryExW", 1, platform::kErrorAccessDenied);
+                fault::arm("LoadLibraryExW", 1, platform::kErrorAccessDenied);
             recorder_ = {};
             EXPECT_EQ(registerModule(folder(), trial, recorder_), row.result);
             EXPECT_NE((recorder_.told + recorder_.complaints).find(row.says), std::string::npos);
@@ -122,117 +93,80 @@ TEST_F(SetupTest, RegistersOnlyAModuleThatLoads) {
 }
 
 TEST_F(SetupTest, RefusesAFolderBehindALink) {
-    const fs::path link = folder_ / "link";
-    fs::create_directory_symlink(folder_ / "langs", link);
-    platform::host::setFolderPath(kCsidlProgramFiles, tools::wide(folder_.path().native()));
-    for (const fs::path& way : {link, link / ""}) {
-        EXPECT_EQ(checkFolder(tools::wide(way.native()), recorder_), kUnsafeFolder) << way;
-        EXPECT_NE(recorder_.complaints.find("leads to " + (folder_ / "langs").native()), std::string::npos);
+    fs::create_directory_symlink(here_ / "langs", "link");
+    host::setFolderPath(kCsidlProgramFiles, here_.u16string());
+    for (const fs::path& way : {here_ / "link", here_ / "link" / ""}) {
+        EXPECT_EQ(checkFolder(way.u16string(), recorder_), kUnsafeFolder) << way;
+        EXPECT_NE(recorder_.complaints.find("leads to " + (here_ / "langs").native()), std::string::npos);
     }
-    EXPECT_EQ(checkFolder(tools::wide((folder_ / "langs").native()), recorder_), kDone)
-        << "but the folder itself";
+    EXPECT_EQ(checkFolder((here_ / "langs").u16string(), recorder_), kDone) << "but the folder itself";
 }
 
 TEST_F(SetupTest, FindsWhoCanChangeTheFolder) {
-    struct Case {
-        const char* name;
-        const char* opened;  // what everybody may write to
-        bool program;        // Program Files is the folder above
-        Result result;
-    };
-    const Case cases[] = {
-        {"nothing", nullptr, false, kDone},
-        {"the folder", ".", false, kUnsafeFolder},
-        {"the module", "nmshell.dll", false, kUnsafeFolder},
-        {"the languages", "langs", false, kUnsafeFolder},
-        {"a language", "langs/a.lang.txt", false, kUnsafeFolder},
-        {"a folder above", "..", false, kUnsafeFolder},
-        {"in Program Files", ".", true, kDone},
-    };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.name);
-        const fs::path inner = folder_ / "inner";
-        fs::create_directories(inner / "langs");
-        std::ofstream(inner / "nmshell.dll") << "MZ";
-        std::ofstream(inner / "langs/a.lang.txt") << "";
-        platform::host::setFolderPath(
-            kCsidlProgramFiles,
-            row.program ? std::optional(tools::wide(folder_.path().native())) : std::nullopt);
-        const std::u16string asked = tools::wide((inner / "").native());
-        const std::size_t around = intruders(asked).size();  // of the temporary folder, which is everybody's
-        if (row.opened)
-            fs::permissions(inner / row.opened, fs::perms::others_write, fs::perm_options::add);
-        const std::vector<Intruder> found = intruders(asked);
-        ASSERT_EQ(found.size(), around + (row.opened != nullptr));
-        recorder_ = {};
-        if (row.opened) {
-            EXPECT_EQ(checkFolder(asked, recorder_), row.result);
-            const std::string warning = "Everyone can change " + fs::canonical(inner / row.opened).native();
+    const fs::path inner = here_ / "inner";
+    const std::u16string asked = (inner / "").u16string();
+    fs::create_directories(inner / "langs");
+    makeFile("inner/nmshell.dll", "MZ");
+    makeFile("inner/langs/a.lang.txt");
+    const std::size_t around = intruders(asked).size();  // of the temporary folder, which is everybody's
+    for (const char* const opened : {".", "nmshell.dll", "langs", "langs/a.lang.txt", ".."}) {
+        SCOPED_TRACE(opened);
+        fs::permissions(inner / opened, fs::perms::others_write, fs::perm_options::add);
+        for (const bool inProgramFiles : {true, false}) {
+            host::setFolderPath(kCsidlProgramFiles,
+                                inProgramFiles ? std::optional(here_.u16string()) : std::nullopt);
+            EXPECT_EQ(intruders(asked).size(), around + 1);
+            recorder_ = {};
+            EXPECT_EQ(checkFolder(asked, recorder_), inProgramFiles ? kDone : kUnsafeFolder);
+            const std::string warning = "Everyone can change " + fs::canonical(inner / opened).native();
             EXPECT_NE(recorder_.complaints.find(warning), std::string::npos) << recorder_.complaints;
-            EXPECT_EQ(recorder_.complaints.find("is refused") != std::string::npos, row.result != kDone);
+            EXPECT_EQ(recorder_.complaints.find("is refused") == std::string::npos, inProgramFiles);
         }
-        fs::permissions(folder_.path(), fs::perms::others_write, fs::perm_options::remove);
-        fs::remove_all(inner);
+        fs::permissions(inner / opened, fs::perms::others_write, fs::perm_options::remove);
     }
-    for (const char* unread :
-         {"CreateFileW", "GetFinalPathNameByHandleW", "GetNamedSecurityInfoW", "GetAce"}) {
-        platform::fault::arm(unread, 1, platform::kErrorAccessDenied);
-        EXPECT_EQ(intruders(folder()).front().account, u"")
-            << unread << ": what cannot be read is not trusted";
-    }
-    for (const char* unknown : {"OpenProcessToken", "GetTokenInformation", "ConvertSidToStringSidW"}) {
-        platform::fault::arm(unknown, 1, platform::kErrorAccessDenied);
-        EXPECT_EQ(intruders(folder()).front().path, tools::wide(folder_.path().native()))
-            << unknown << ": nor is this process, unknown";
-    }
-    platform::fault::arm("LookupAccountSidW", 1, platform::kErrorAccessDenied);
+    const auto failing = [&](const char* call) {
+        fault::arm(call, 1, platform::kErrorAccessDenied);
+        return intruders(folder()).front();
+    };
+    for (const char* unread : {"CreateFileW", "GetFinalPathNameByHandleW", "GetNamedSecurityInfoW", "GetAce"})
+        EXPECT_EQ(failing(unread).account, u"") << unread << ": what cannot be read is not trusted";
+    for (const char* unknown : {"OpenProcessToken", "GetTokenInformation", "ConvertSidToStringSidW"})
+        EXPECT_EQ(failing(unknown).path, here_.u16string()) << unknown << ": nor is this process, unknown";
+    fault::arm("LookupAccountSidW", 1, platform::kErrorAccessDenied);
     EXPECT_EQ(describe({u"/", u"S-1-1-0"}), "S-1-1-0 can change /") << "an account without a name";
     EXPECT_EQ(checkFolder(u"/no/such/folder", recorder_), kUnsafeFolder);
 }
 
 TEST_F(SetupTest, TellsWhyNoMenuAppears) {
-    struct Case {
+    const struct Case {
         const char* name;
         void (*spoil)(SetupTest& test);
         const char* verdict;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"in order", [](SetupTest&) {}, "The menu appears, in English (en)."},
-        {"switched off",
-         [](SetupTest&) { host::putValue(kSettings, u"Enabled", platform::kRegDword, number(0)); },
-         "value \"Enabled\" is 0"},
-        {"another type does not switch off",
-         [](SetupTest&) { host::putText(kSettings, u"Enabled", platform::kRegSz, u"0"); },
-         "The menu appears"},
-        {"another language",
-         [](SetupTest&) { host::putText(kSettings, u"Language", platform::kRegSz, u" xx "); },
+        {"switched off", [](SetupTest&) { setFlag(u"Enabled", false); }, "value \"Enabled\" is 0"},
+        {"another type", [](SetupTest&) { set(u"Enabled", u"0"); }, "The menu appears"},
+        {"another language", [](SetupTest&) { set(u"Language", u" xx "); },
          "The menu appears, in Own name (xx)."},
-        {"an unknown language",
-         [](SetupTest&) { host::putText(kSettings, u"Language", platform::kRegSz, u"nb"); },
+        {"an unknown language", [](SetupTest&) { set(u"Language", u"nb"); },
          "The menu appears, in English (en)."},
-        {"a syntax error", [](SetupTest& test) { test.write("langs/c.lang.txt", "LANG: de\n\nTXT: x\n"); },
+        {"a syntax error", [](SetupTest& test) { test.makeFile("langs/c.lang.txt", "LANG: de\n\nTXT: x\n"); },
          "at line 3 in the following file. "},
-        {"no language files", [](SetupTest& test) { fs::remove_all(test.folder_ / "langs"); },
-         "Failed to load language files."},
-        {"no module", [](SetupTest& test) { fs::remove(test.folder_ / "nmshell.dll"); },
-         "there is no such file"},
-        {"a text file", [](SetupTest& test) { test.write("nmshell.dll", "text"); }, "it is no 64-bit DLL"},
+        {"no languages", [](SetupTest&) { fs::remove_all("langs"); }, "Failed to load language files."},
+        {"no module", [](SetupTest&) { fs::remove("nmshell.dll"); }, "there is no such file"},
+        {"a text file", [](SetupTest& test) { test.makeFile("nmshell.dll", "text"); }, "it is no 64-bit DLL"},
         {"a handler is missing",
          [](SetupTest&) {
-             owlkit::RegistryKey key;
-             EXPECT_TRUE(
-                 key.deleteKey(owlkit::RegistryRoot::LocalMachine,
-                               u"Software\\Classes\\Drive\\ShellEx\\ContextMenuHandlers\\QuietOwl_NMark"));
+             const std::u16string_view drive = u"Software\\Classes\\Drive\\ShellEx\\ContextMenuHandlers\\";
+             EXPECT_TRUE(owlkit::RegistryKey().deleteKey(
+                 owlkit::RegistryRoot::LocalMachine, std::u16string(drive).append(nmshell::kHandlerName)));
          },
          "1 registry values are missing or different"},
         {"not registered", [](SetupTest& test) { unregisterModule(test.recorder_); }, "not registered"},
     };
     for (const Case& row : cases) {
         SCOPED_TRACE(row.name);
-        fs::remove_all(folder_.path());
-        host::resetRegistry();
-        host::putKey(u"HKEY_LOCAL_MACHINE\\" + std::u16string(nmshell::kApprovalPath));
-        fillFolder();
+        begin();
         install();
         row.spoil(*this);
         const Status status = takeStatus(module());
@@ -242,10 +176,11 @@ TEST_F(SetupTest, TellsWhyNoMenuAppears) {
 }
 
 TEST_F(SetupTest, GivesDefaultsOnlyWhereThereIsNoSetting) {
-    host::putValue(kDefaults + u"Enabled", u"Enabled", platform::kRegDword, number(0));
-    host::putValue(kDefaults + u"Icons", u"Icons", platform::kRegDword, number(0));
+    const std::string_view zero("\0\0\0\0", 4);
+    host::putValue(kDefaults + u"Enabled", u"Enabled", platform::kRegDword, zero);
+    host::putValue(kDefaults + u"Icons", u"Icons", platform::kRegDword, zero);
     host::putText(kDefaults + u"Language", u"Language", platform::kRegDword, u"de");  // of another type
-    host::putValue(kSettings, u"Icons", platform::kRegDword, number(1));
+    setFlag(u"Icons", true);
     EXPECT_EQ(applyDefaults(recorder_), kDone);
     const std::string dump = host::dumpRegistry();
     const std::string settings = dump.substr(0, dump.find("[HKEY_LOCAL_MACHINE]"));

@@ -10,20 +10,20 @@
 
 namespace nmshell {
 
-void Module::attach(platform::ModuleRef instance, std::u16string_view primary) {
+void Module::attach(platform::ModuleRef instance, const TextLoading& loading) {
     ShellSettings settings;
-    const bool enabled = settings.isEnabled();
+    const bool loads = loading.evenSwitchedOff || settings.isEnabled();
     bitmaps.setModule(instance);
     file = platform::moduleFileName(instance);
     folder = owlkit::folderOf(file);
     owlkit::recordApplicationFolder(folder);
-    if (!enabled)
+    if (!loads)
         return;
     // Without its own folder the module must not take files from wherever the process happens to be.
     languageLoaded =
         !folder.empty() &&
         owlkit::LoadLanguageFolder(folder + std::u16string(owlkit::kLanguageFolder), texts).empty();
-    applyLanguage(settings.language(), primary);
+    applyLanguage(settings.language(), loading.primary);
 }
 
 void Module::detach() {

@@ -12,6 +12,12 @@
 
 namespace nmshell {
 
+// How a server loads its texts.
+struct TextLoading {
+    std::u16string_view primary = u"en";  // the language to fall back to; empty for none
+    bool evenSwitchedOff = false;         // for objects that ask themselves whether the extension is on
+};
+
 // The DLL has one; tests make their own. Nothing in here is locked, and the counts and the flag are plain:
 // one thread makes and uses each object, but windows of the shell are threads of their own, which
 // share all of this. What they may do at the same moment while the language stays as it is: everything; what
@@ -29,9 +35,9 @@ struct Module {
     std::u16string file;    // of the module, with its folder
     std::u16string folder;  // of the module, with a trailing separator
 
-    // Remembers the module and its folder. Unless the extension is switched off, loads every
-    // language file of the folder "langs" in it and applies the language setting with `primary`.
-    void attach(platform::ModuleRef instance, std::u16string_view primary = u"en");
+    // Remembers the module and its folder. Unless the extension is switched off and that matters, loads every
+    // language file of the folder "langs" in it and applies the language setting.
+    void attach(platform::ModuleRef instance, const TextLoading& loading = {});
 
     // Deletes the menu bitmaps and forgets that languages were loaded. Nothing when the extension is switched
     // off.

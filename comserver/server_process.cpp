@@ -42,19 +42,15 @@ Module& processModule() {
     return theModule.get();
 }
 
-HRESULT canUnloadNow() {
-    return std::atomic_ref(theModule.get().ModuleObjectCount) == 0 ? S_OK : S_FALSE;
-}
-
 BOOL enterModule(platform::ModuleRef instance, DWORD reason, void* reserved,
-                 std::u16string_view primary) noexcept {
+                 const TextLoading& loading) noexcept {
     // At the end of the process the module is left as it is: other threads were stopped wherever they were,
     // maybe in the middle of the heap.
     if (reason == DLL_PROCESS_DETACH && reserved != nullptr)
         return TRUE;
     const HRESULT result = guard(E_FAIL, [&] {
         if (reason == DLL_PROCESS_ATTACH)
-            theModule.get().attach(instance, primary);
+            theModule.get().attach(instance, loading);
         else if (reason == DLL_PROCESS_DETACH)
             theModule.get().detach();
         return S_OK;
@@ -63,3 +59,7 @@ BOOL enterModule(platform::ModuleRef instance, DWORD reason, void* reserved,
 }
 
 }  // namespace nmshell
+
+STDAPI DllCanUnloadNow() {
+    return std::atomic_ref(nmshell::processModule().ModuleObjectCount) == 0 ? S_OK : S_FALSE;
+}

@@ -1,4 +1,4 @@
-// The entry points of nmcommand.dll, as the system calls them.
+// The entry points of nmcommand.dll, as the system calls them, beside that of every server.
 #include "comserver/server_process.h"
 #include "explorercommand/command_class.h"
 
@@ -6,11 +6,6 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* object) {
     return nmshell::getCommandClassObject(nmshell::processModule(), clsid, iid, object);
 }
 
-STDAPI DllCanUnloadNow() {
-    return nmshell::canUnloadNow();
-}
-
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved) {
-    // No language to fall back to, as in the menus of the context-menu extension.
-    return nmshell::enterModule(instance, reason, reserved, u"");
+    return nmshell::enterModule(instance, reason, reserved, nmshell::kCommandTexts);
 }

@@ -1,16 +1,11 @@
 #include "shellext/exports.h"
 
-#include "comserver/server_process.h"
 #include "shellext/class_factory.h"
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* object) {
     return nmshell::getClassObject(nmshell::processModule(), clsid, iid, object);
 }
 
-STDAPI DllCanUnloadNow() {
-    return nmshell::canUnloadNow();
-}
-
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved) {
-    return nmshell::enterModule(instance, reason, reserved, u"en");
+    return nmshell::enterModule(instance, reason, reserved, {});
 }

@@ -1,13 +1,10 @@
-// The module's entry points, as the system calls them.
+// The module's entry points, as the system calls them, beside that of every server.
 #pragma once
 
-#include "platform/com.h"
+#include "comserver/server_process.h"
 
 // A new class object for `clsid`; see getClassObject.
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* object);
 
-// See canUnloadNow.
-STDAPI DllCanUnloadNow();
-
-// See enterModule; English is the language to fall back to.
+// See enterModule.
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved);

@@ -197,7 +197,8 @@ HRESULT Client::createObject(REFCLSID classId, REFIID iid, void** object) {
     platform::host::setModuleFileName(state_->instance(),
                                       owlkit::folderOf(platform::moduleFileName(nullptr)) +
                                           (isCommand ? u"nmcommand.dll" : u"nmshell.dll"));
-    state_->attached = (isCommand ? nmshell::enterModule(state_->instance(), DLL_PROCESS_ATTACH, nullptr, u"")
+    state_->attached = (isCommand ? nmshell::enterModule(state_->instance(), DLL_PROCESS_ATTACH, nullptr,
+                                                         nmshell::kCommandTexts)
                                   : DllMain(state_->instance(), DLL_PROCESS_ATTACH, nullptr)) != FALSE;
     if (!state_->attached)
         return E_FAIL;

@@ -1,4 +1,5 @@
-// The commands below one command, one after the other.
+// The commands below one command, one after the other. The place among them is plain: two threads must not
+// share one enumerator, as they may share a command; each gets its own (EnumSubCommands, Clone).
 #pragma once
 
 #include "explorercommand/explorer_command.h"

@@ -11,9 +11,9 @@
 namespace nmshell {
 namespace {
 
-// Whether an entry can be chosen depends on more than the number of items.
-bool stateNeedsFacts(SelectionKind kind) {
-    return kind != SelectionKind::Files;
+// Whether the text depends on the selection: every other entry has one key in the table of commands.
+bool textNeedsFacts(const MenuEntry& entry) {
+    return entry.submenu || (entry.offset < kCommandCount && command(entry.offset).menuKey.empty());
 }
 
 // `make` gives the text; none is `missing`. The caller frees it.
@@ -66,9 +66,9 @@ MenuEntry ExplorerCommand::entryFor(const Selection& selection, const MenuFacts&
 
 HRESULT ExplorerCommand::GetTitle(IShellItemArray* items, LPWSTR* name) {
     return giveText(name, E_FAIL, [&] {
-        if (place_.empty() || !settings_.offered)
-            return entry_.text;  // that of the root is always the same
-        const Selection selection = selectionFrom(items, settings_.kind, Paths::First);
+        if (place_.empty() || !textNeedsFacts(entry_))
+            return entry_.text;
+        const Selection selection = selectionFrom(items, settings_.kind, Paths::OfOne);
         return entryFor(selection, gatherFacts(selection, module().systemDrive)).text;
     });
 }
@@ -107,17 +107,16 @@ HRESULT ExplorerCommand::GetState(IShellItemArray* items, BOOL mayBeSlow, EXPCMD
 }
 
 HRESULT ExplorerCommand::state(IShellItemArray* items, bool mayBeSlow, EXPCMDSTATE& target) const {
-    Selection selection = selectionFrom(items, settings_.kind, Paths::None);
+    // With files nothing depends on more than the number of items.
+    const bool needsFacts = !place_.empty() && settings_.kind != SelectionKind::Files;
+    const bool asks = needsFacts && mayBeSlow;
+    const Selection selection = selectionFrom(items, settings_.kind, asks ? Paths::OfOne : Paths::None);
     if (selection.count == 0)
         return S_OK;
-    MenuFacts facts;
-    if (!place_.empty() && stateNeedsFacts(settings_.kind)) {
-        target = ECS_DISABLED;  // as long as it is not known
-        if (!mayBeSlow)
-            return E_PENDING;
-        selection = selectionFrom(items, settings_.kind, Paths::First);
-        facts = gatherFacts(selection, module().systemDrive);
-    }
+    target = ECS_DISABLED;  // as long as it is not known
+    if (needsFacts && !asks)
+        return E_PENDING;
+    const MenuFacts facts = asks ? gatherFacts(selection, module().systemDrive) : MenuFacts{};
     target = entryFor(selection, facts).grayed ? ECS_DISABLED : ECS_ENABLED;
     return S_OK;
 }
@@ -126,7 +125,8 @@ HRESULT ExplorerCommand::Invoke(IShellItemArray* items, IBindCtx*) {
     if (!settings_.offered || entry_.offset == kNoCommand)
         return E_FAIL;
     return guard(E_OUTOFMEMORY, [&] {
-        const Selection selection = selectionFrom(items, settings_.kind, Paths::All);
+        const auto paths = command(entry_.offset).data == RequestData::PathList ? Paths::All : Paths::None;
+        const Selection selection = selectionFrom(items, settings_.kind, paths);
         if (selection.count == 0)
             return E_FAIL;
         ApplicationLauncher launcher(module().handover);

@@ -34,7 +34,7 @@ class ExplorerCommand final : public CountedObject<AtomicCounting>, public IExpl
     ULONG STDMETHODCALLTYPE AddRef() override { return addReference(); }
     ULONG STDMETHODCALLTYPE Release() override { return releaseReference(); }
 
-    // The text of the entry, with its "&". E_FAIL for an entry that is not offered.
+    // The text of the entry, with its "&". E_FAIL for an entry that has none or is not offered.
     HRESULT STDMETHODCALLTYPE GetTitle(IShellItemArray* items, LPWSTR* name) override;
     // "FILE,-ID", an icon resource of the module. E_NOTIMPL without one and with icons switched off.
     HRESULT STDMETHODCALLTYPE GetIcon(IShellItemArray* items, LPWSTR* icon) override;

@@ -1,6 +1,7 @@
 #include "explorercommand/explorer_command.h"
 
 #include <set>
+#include <span>
 
 #include "comserver/class_id.h"
 #include "explorercommand/command_class.h"
@@ -14,21 +15,44 @@ using enum SelectionKind;
 
 class ExplorerCommandTest : public CommandTest {
   protected:
-    // What each child of `parent` is: its title, "--" or, for a submenu, its title and the children's in
-    // brackets.
+    static std::string line(const std::u16string& text, bool grayed, const std::string& below) {
+        return platform::toHostName(text) + (grayed ? " x" : "") + (below.empty() ? "" : " [" + below + "]") +
+               ", ";
+    }
+
+    // What is below `parent`: texts, an "x" where it cannot be chosen, and in brackets what is below that.
     static std::string tree(IExplorerCommand& parent, IShellItemArray* items) {
         std::string result;
         for (const Ref<IExplorerCommand>& child : children(parent)) {
             EXPCMDFLAGS flags = 0;
+            EXPCMDSTATE state = ECS_HIDDEN;
             EXPECT_EQ(child->GetFlags(&flags), S_OK);
-            result += result.empty() ? "" : " ";
-            result += flags == ECF_ISSEPARATOR ? "--" : platform::toHostName(title(*child, items));
-            if (flags == ECF_HASSUBCOMMANDS)
-                result += "[" + tree(*child, items) + "]";
+            EXPECT_EQ(child->GetState(items, TRUE, &state), S_OK);
+            const std::u16string text = title(*child, items);
+            EXPECT_EQ(flags == ECF_ISSEPARATOR, text == kSeparatorText);
+            result +=
+                line(text, state == ECS_DISABLED, flags == ECF_HASSUBCOMMANDS ? tree(*child, items) : "");
         }
-        for (std::size_t at; (at = result.find("CXT_MENU_")) != std::string::npos;)
-            result.erase(at, 9);
         return result;
+    }
+
+    // The same of a context menu without its first `skipped` entries.
+    static std::string tree(const host::Menu& menu, std::size_t skipped = 0) {
+        std::string result;
+        for (const host::RecordedItem& item : std::span(menu.items).subspan(skipped)) {
+            const bool parts = item.request.type == platform::kTypeSeparator;
+            result +=
+                line(parts ? std::u16string(kSeparatorText) : item.text,
+                     item.request.state == platform::kStateGrayed, item.submenu ? tree(*item.submenu) : "");
+        }
+        return result;
+    }
+
+    static std::vector<host::DropItem> dropOf(const std::vector<std::optional<std::u16string>>& paths) {
+        std::vector<host::DropItem> drop;
+        for (const auto& path : paths)
+            drop.push_back({path.value_or(u""), path.has_value()});
+        return drop;
     }
 
     HRESULT stateOf(IExplorerCommand& command, IShellItemArray* items, BOOL slow, EXPCMDSTATE expected) {
@@ -40,32 +64,39 @@ class ExplorerCommandTest : public CommandTest {
 };
 
 TEST_F(ExplorerCommandTest, ShowsTheEntriesOfTheContextMenu) {
-    const std::string product = " OPTIONS STANDALONE -- UPDATE REGISTER UPGRADE -- HELP ABOUT";
     struct Case {
         const char* name;
+        SelectionKind kind;
         std::vector<std::optional<std::u16string>> paths;
-        std::string wipe;
+        std::u16string first;
     };
     makeFile("a");
-    for (const Case& c : {Case{"file", {folder() + u"a"}, "WIPE_FILE"},
-                          Case{"folder", {folder()}, "WIPE_FOLDER"}, Case{"two", {u"a", u"b"}, "WIPE_DATA"},
-                          Case{"two that are no files", {std::nullopt, std::nullopt}, "WIPE_DATA"}}) {
+    host::setRecycleBin(u"D:\\", host::RecycleBin{4096, 2});
+    for (const Case& c :
+         {Case{"file", Files, {folder() + u"a"}, u"CXT_MENU_WIPE_FILE"},
+          Case{"folder", Files, {folder()}, u"CXT_MENU_WIPE_FOLDER"},
+          Case{"two", Files, {u"a", std::nullopt}, u"CXT_MENU_WIPE_DATA"},
+          Case{"gone", Files, {u"gone"}, u""}, Case{"without a path", Files, {std::nullopt}, u""},
+          Case{"drive", Drives, {u"D:\\"}, u"CXT_MENU_WIPE_DRIVE"},
+          Case{"empty bin", Drives, {u"E:\\"}, u"CXT_MENU_WIPE_DRIVE"},
+          Case{"two drives", Drives, {u"D:\\", u"E:\\"}, u"CXT_MENU_WIPE_DRIVE"}}) {
         SCOPED_TRACE(c.name);
         ItemArray items(c.paths);
-        const Ref<IExplorerCommand> command = root(Files);
-        EXPECT_EQ(title(*command, nullptr), u"CXT_MENU_PARENT");
-        EXPECT_EQ(tree(*command, &items), c.wipe + product);
+        const Ref<IExplorerCommand> command = root(c.kind);
+        const platform::MenuHandle menu = platform::createMenu();
+        extension(c.kind, dropOf(c.paths))
+            ->QueryContextMenu(static_cast<HMENU>(menu.get()), 0, 1, 99, CMF_NORMAL);
+        // Between separators: the entries of the selection, and last the product's, which is the root.
+        host::Menu classic = host::menu(menu.get());
+        ASSERT_GE(classic.items.size(), 4u);
+        classic.items.pop_back();
+        const host::RecordedItem product = classic.items.back();
+        classic.items.pop_back();
+        EXPECT_EQ(tree(*command, &items), tree(classic, 1) + tree(*product.submenu));
+        EXPECT_EQ(title(*command, &items), product.text);
+        EXPECT_EQ(title(*children(*command)[0], &items), c.first);
         EXPECT_EQ(items.references(), 0u);
     }
-    ItemArray gone({u"gone"}), drive({u"D:\\"});
-    LPWSTR none = nullptr;
-    EXPECT_EQ(children(*root(Files))[0]->GetTitle(&gone, &none), E_FAIL)
-        << "neither file nor folder: without text";
-    EXPECT_EQ(none, nullptr);
-    EXPECT_EQ(tree(*root(Drives), &drive),
-              "WIPE_DRIVE CLEAN_DRIVE WIPE_DRIVE_TRASH NONE_POSTFIX[USER_TRASH "
-              "ADMIN_TRASH]" +
-                  product);
 }
 
 TEST_F(ExplorerCommandTest, IsHiddenWhereNothingIsOffered) {
@@ -88,25 +119,33 @@ TEST_F(ExplorerCommandTest, IsHiddenWhereNothingIsOffered) {
     approve(u"QuietOwl_NMark");
     module_.languageLoaded = false;
     EXPECT_TRUE(hidden(&one));
-    module_.languageLoaded = true;
+    setFlag(u"Enabled", false);
+    module_.attach(host::moduleAt(this), kCommandTexts);
+    EXPECT_TRUE(hidden(&one));
+    setFlag(u"Enabled", true);
+    EXPECT_EQ(stateOf(*root(Files), &one, FALSE, ECS_ENABLED), S_OK) << "loaded while it was switched off";
     fault::arm("IShellItemArray::GetCount", 1, platform::kErrorAccessDenied);
     EXPECT_TRUE(hidden(&one));
     fault::disarm();
     EXPECT_EQ(stateOf(*root(Files), &one, FALSE, ECS_ENABLED), S_OK);
 }
 
-TEST_F(ExplorerCommandTest, AnswersItsStateAtOnceOrAsksForTime) {
-    ItemArray files({u"a"}), drives({u"D:\\"});
+TEST_F(ExplorerCommandTest, AsksForNothingThatItDoesNotUse) {
+    ItemArray files({u"a"}), many({u"a", u"b"}), drives({u"D:\\"});
     const Ref<IExplorerCommand> file = root(Files), drive = root(Drives);
     const auto fileCommands = children(*file), driveCommands = children(*drive);
     host::setRecycleBin(u"D:\\", host::RecycleBin{0, 0});
     fault::resetCounts();
     EXPECT_EQ(stateOf(*file, &files, FALSE, ECS_ENABLED), S_OK);
-    for (const Ref<IExplorerCommand>& command : fileCommands)
+    for (const Ref<IExplorerCommand>& command : fileCommands) {
         EXPECT_EQ(stateOf(*command, &files, FALSE, ECS_ENABLED), S_OK);
+        EXPECT_NE(title(*command, command == fileCommands[0] ? &many : &files), u"");
+    }
     EXPECT_EQ(stateOf(*drive, &drives, FALSE, ECS_ENABLED), S_OK);
     EXPECT_EQ(stateOf(*driveCommands[2], &drives, FALSE, ECS_DISABLED), E_PENDING);
-    EXPECT_EQ(fault::calls("*"), fault::calls("IShellItemArray::GetCount"));
+    EXPECT_EQ(fault::calls("*"), fault::calls("IShellItemArray::GetCount") + fault::calls("CoTaskMemAlloc"));
+    EXPECT_EQ(fileCommands[1]->Invoke(&many, nullptr), S_OK);
+    EXPECT_EQ(fault::calls("IShellItemArray::GetItemAt"), 0u) << "the options take no paths";
     EXPECT_EQ(stateOf(*driveCommands[0], &drives, TRUE, ECS_ENABLED), S_OK);
     EXPECT_EQ(stateOf(*driveCommands[2], &drives, TRUE, ECS_DISABLED), S_OK) << "the bin is empty";
 }
@@ -118,14 +157,12 @@ TEST_F(ExplorerCommandTest, StartsWhatTheContextMenuStarts) {
         SelectionKind kind;
         std::vector<std::optional<std::u16string>> paths;
     };
-    for (const Case& c : {Case{"file", Files, {u"C:\\\u00C4 %20.txt"}},
-                          Case{"no file among them", Files, {u"a", std::nullopt, u"b"}},
-                          Case{"long", Files, {longName, u"b\xD800"}}, Case{"drive", Drives, {u"D:\\"}}}) {
-        std::vector<host::DropItem> drop;
-        for (const auto& path : c.paths)
-            drop.push_back({path.value_or(u""), path.has_value()});
+    for (const Case& c :
+         {Case{"file", Files, {u"C:\\\u00C4 %20.txt"}}, Case{"without a path", Files, {std::nullopt}},
+          Case{"no file among them", Files, {u"a", std::nullopt, u"b"}},
+          Case{"long", Files, {longName, u"b\xD800"}}, Case{"drive", Drives, {u"D:\\"}}}) {
         ItemArray items(c.paths);
-        const Ref<IContextMenu> menu = extension(c.kind, drop);
+        const Ref<IContextMenu> menu = extension(c.kind, dropOf(c.paths));
         for (const Ref<IExplorerCommand>& command : all(*root(c.kind))) {
             const std::uint32_t offset = offsetOf(*command);
             SCOPED_TRACE(c.name + std::to_string(offset));

@@ -38,9 +38,9 @@ Selection selectionFrom(IShellItemArray* items, SelectionKind kind, Paths paths)
     if (!items || !worked(items->GetCount(&count)))
         return {kind, 0, {}};
     Selection selection = {kind, count, {}};
-    for (DWORD index = 0; index < count && paths != Paths::None; ++index)
-        if (paths == Paths::All || selection.paths.empty())
-            appendPath(*items, index, selection.paths);
+    const bool wanted = paths == Paths::All || (paths == Paths::OfOne && count == 1);
+    for (DWORD index = 0; index < count && wanted; ++index)
+        appendPath(*items, index, selection.paths);
     return selection;
 }
 

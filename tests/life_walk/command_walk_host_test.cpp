@@ -3,13 +3,16 @@
 #include <map>
 #include <optional>
 
+#include "comserver/class_factory.h"
 #include "comserver/identifiers.h"
 #include "explorercommand/command_class.h"
+#include "explorercommand/explorer_command.h"
 #include "foundation/path/path.h"
+#include "foundation/process/elevation.h"
 #include "foundation/process/folders.h"
 #include "platform/host/item_array_host.h"
 #include "platform/module.h"
-#include "testing/extension.h"
+#include "testing/commands.h"
 #include "tests/life_walk/answers.h"
 #include "tests/life_walk/started.h"
 #include "tests/life_walk/walk.h"
@@ -19,6 +22,7 @@ namespace {
 
 using namespace test;
 
+constexpr std::uint32_t kBin = 0xFE;  // the submenu of the Recycle Bin
 constexpr std::uint32_t kRoot = 0xFF;
 
 // What the commands answered, by the last byte of their names.
@@ -26,7 +30,8 @@ struct Answers {
     std::u16string title;
     std::u16string icon;
     std::u16string tip;
-    EXPCMDSTATE state = ECS_HIDDEN;
+    HRESULT stateResults[2] = {S_OK, S_OK};  // at once, and where it may be slow
+    EXPCMDSTATE states[2] = {ECS_HIDDEN, ECS_HIDDEN};
     std::optional<host::ShellStart> start;
 };
 
@@ -39,8 +44,10 @@ class CommandWalk : public LifeWalkTest {
         selected_.folder = folder();
     }
 
-    void walkThrough(const char* name, std::vector<std::u16string> paths) {
+    void walkThrough(const char* name, std::vector<std::u16string> paths,
+                     SelectionKind kind = SelectionKind::Files) {
         selected_.paths = std::move(paths);
+        kind_ = kind;
         walk(name, [this] { run(); });
     }
 
@@ -50,6 +57,9 @@ class CommandWalk : public LifeWalkTest {
         host::putText(u"HKEY_LOCAL_MACHINE\\" + std::u16string(kApprovalPath), kFileSystemClassId,
                       platform::kRegSz, kHandlerName);
         host::resetShell();
+        host::setRecycleBin(u"D:\\", host::RecycleBin{4096, 2});
+        host::tokenRecord() = {.elevationType = platform::kElevationTypeLimited};
+        owlkit::forgetElevation();
         host::resetModules();
         host::setModuleFileName(host::moduleAt(this), folder() + u"nmcommand.dll");
         owlkit::recordApplicationFolder(u"");
@@ -59,7 +69,7 @@ class CommandWalk : public LifeWalkTest {
         {
             Module module;
             begin();
-            const bool loaded = dllMain([&] { module.attach(host::moduleAt(this), u""); });
+            const bool loaded = dllMain([&] { module.attach(host::moduleAt(this), kCommandTexts); });
             if (!loaded)
                 different_ |= kNotLoaded;
             else
@@ -79,24 +89,51 @@ class CommandWalk : public LifeWalkTest {
 
     void serve(Module& module, host::ItemArray& items) {
         const auto factory = obtain<IClassFactory>("DllGetClassObject", [&](void** object) {
-            return getCommandClassObject(
-                module, {0xB1F60D94, 0x52C8, 0x4A37, {0x8E, 0x7D, 0x4C, 0x90, 0xA3, 0xD1, 0xE6, 0xF5}},
-                IID_IClassFactory, object);
+            if (kind_ != SelectionKind::Files)  // Windows has no place for a class of these
+                return makeObject<ClassFactory<ExplorerCommand>>(IID_IClassFactory, object, module, kind_);
+            return getCommandClassObject(module, kCommandClass, IID_IClassFactory, object);
         });
         if (!factory)
             return;
         const auto root = obtain<IExplorerCommand>("CreateInstance", [&](void** object) {
             return factory->CreateInstance(nullptr, IID_IExplorerCommand, object);
         });
-        if (!root)
-            return;
-        ask(*root, items);
+        if (root)
+            ask(*root, items);
+    }
+
+    void ask(IExplorerCommand& command, host::ItemArray& items) {
+        GUID name = {};
+        EXPCMDFLAGS flags = ECF_DEFAULT;
+        EXPECT_EQ(call("GetCanonicalName", [&] { return command.GetCanonicalName(&name); }), S_OK);
+        EXPECT_EQ(call("GetFlags", [&] { return command.GetFlags(&flags); }), S_OK);
+        EXPECT_EQ(flags == ECF_ISSEPARATOR, name.Data1 == 0);
+        if (flags != ECF_ISSEPARATOR)
+            askEntry(command, items, name.Data4[7]);
+        if (flags == ECF_HASSUBCOMMANDS)
+            return askBelow(command, items);
+        IEnumExplorerCommand* none = nullptr;
+        EXPECT_EQ(call("EnumSubCommands", [&] { return command.EnumSubCommands(&none); }), E_NOTIMPL);
+        EXPECT_EQ(none, nullptr);
+    }
+
+    // All commands come from a copy whose original has gone past them.
+    void askBelow(IExplorerCommand& command, host::ItemArray& items) {
         const auto commands = obtain<IEnumExplorerCommand>("EnumSubCommands", [&](void** object) {
-            return root->EnumSubCommands(reinterpret_cast<IEnumExplorerCommand**>(object));
+            return command.EnumSubCommands(reinterpret_cast<IEnumExplorerCommand**>(object));
         });
+        if (!commands)
+            return;
+        EXPECT_EQ(call("Skip", [&] { return commands->Skip(20); }), S_FALSE);
+        const auto copy = obtain<IEnumExplorerCommand>("Clone", [&](void** object) {
+            return commands->Clone(reinterpret_cast<IEnumExplorerCommand**>(object));
+        });
+        if (!copy)
+            return;
+        EXPECT_EQ(call("Reset", [&] { return copy->Reset(); }), S_OK);
         IExplorerCommand* next[20] = {};
         ULONG fetched = 0;
-        if (commands && call("Next", [&] { return commands->Next(20, next, &fetched); }) != S_FALSE)
+        if (call("Next", [&] { return copy->Next(20, next, &fetched); }) != S_FALSE)
             different_ |= kNoEntries;
         for (ULONG i = 0; i < fetched; ++i)
             ask(*Ref<IExplorerCommand>(next[i]), items);
@@ -126,21 +163,19 @@ class CommandWalk : public LifeWalkTest {
         return copy;
     }
 
-    void ask(IExplorerCommand& command, host::ItemArray& items) {
-        GUID name = {};
-        EXPECT_EQ(command.GetCanonicalName(&name), S_OK);
-        if (name.Data1 == 0)
-            return;
-        const std::uint32_t id = name.Data4[7];
+    void askEntry(IExplorerCommand& command, host::ItemArray& items, std::uint32_t id) {
         Answers& answers = answers_[id];
         answers.title = text("GetTitle", [&](LPWSTR* to) { return command.GetTitle(&items, to); });
         answers.icon = text("GetIcon", [&](LPWSTR* to) { return command.GetIcon(&items, to); });
         answers.tip = text("GetToolTip", [&](LPWSTR* to) { return command.GetToolTip(&items, to); });
-        if (call("GetState", [&] { return command.GetState(&items, FALSE, &answers.state); }) != S_OK)
-            different_ |= kNoEntries;
+        for (const BOOL slow : {FALSE, TRUE})
+            answers.stateResults[slow] =
+                call("GetState", [&] { return command.GetState(&items, slow, &answers.states[slow]); });
+        if (kind_ != SelectionKind::Files)
+            return;
         const std::size_t before = host::shellStarts().size();
         const HRESULT result = call("Invoke", [&] { return command.Invoke(&items, nullptr); });
-        ASSERT_LE(host::shellStarts().size(), before + (id == kRoot ? 0 : 1));
+        EXPECT_LE(host::shellStarts().size(), before + (id == kRoot ? 0 : 1));
         EXPECT_TRUE(result == S_OK || host::shellStarts().size() == before);
         if (host::shellStarts().size() != before)
             answers.start = host::shellStarts().back();
@@ -149,30 +184,49 @@ class CommandWalk : public LifeWalkTest {
     void compare() {
         if (failure().kind == Failure::Kind::Nothing) {
             base_ = answers_;
-            EXPECT_EQ(base_.size(), 9u);
+            EXPECT_EQ(base_.size(), kind_ == SelectionKind::Files ? 9u : 13u);
         }
         for (const auto& [id, answers] : answers_) {
             const Answers& base = base_[id];
             if (answers.start)
                 different_ |= checkStart(id, *answers.start, selected_, true);
-            else if (id != kRoot)
+            else if (base.start)
                 different_ |= kNotStarted;
-            if (answers.state == ECS_HIDDEN) {
-                different_ |= kNotServed;
+            const std::uint32_t states = stateDifference(answers, base);
+            different_ |= states;
+            if ((states & kNotServed) != 0)
                 continue;
-            }
-            EXPECT_EQ(answers.state, base.state);
+            // The Recycle Bin's text tells why it cannot be chosen.
+            const std::uint32_t otherText = id == kBin ? kGrayed : kOtherLanguage;
             different_ |= answers.icon == base.icon ? 0u : kIconLost;
             different_ |= answers.tip == base.tip ? 0u : kNoHelp;
-            different_ |= answers.title == base.title ? 0u : answers.title.empty() ? kNoText : kOtherLanguage;
+            different_ |= answers.title == base.title ? 0u : answers.title.empty() ? kNoText : otherText;
         }
         // Memory that runs out takes single texts and icons, and a command whose number is not known any
-        // more.
-        const std::uint32_t alone = failed() && failure().isOfMemory() ? kNoText | kIconLost | kNoHelp : 0u;
+        // more. A drive without a path has no Recycle Bin.
+        std::uint32_t alone = failed() && failure().isOfMemory() ? kNoText | kIconLost | kNoHelp : 0u;
+        alone |= failed() && kind_ == SelectionKind::Drives ? kGrayed : 0u;
         EXPECT_EQ(different_ & ~(mayDiffer() | alone), 0u) << std::hex << different_;
     }
 
+    std::uint32_t stateDifference(const Answers& answers, const Answers& base) const {
+        std::uint32_t bits = 0;
+        for (const BOOL slow : {FALSE, TRUE}) {
+            const EXPCMDSTATE state = answers.states[slow];
+            if (answers.stateResults[slow] == E_OUTOFMEMORY && failure().isOfMemory()) {
+                bits |= kNoEntries;
+            } else if (state == ECS_HIDDEN) {
+                bits |= kNotServed;
+            } else {
+                EXPECT_EQ(answers.stateResults[slow], base.stateResults[slow]);
+                bits |= state == base.states[slow] ? 0u : state == ECS_DISABLED ? kGrayed : kOffered;
+            }
+        }
+        return bits;
+    }
+
     Selected selected_;
+    SelectionKind kind_ = SelectionKind::Files;
     std::uint32_t different_ = 0;
     std::map<std::uint32_t, Answers> answers_, base_;
 };
@@ -184,6 +238,11 @@ TEST_F(CommandWalk, OneFile) {
 TEST_F(CommandWalk, LongSelection) {
     walkThrough("long selection",
                 {u"D:\\b " + std::u16string(600, u'\u00DF'), u"E:\\" + std::u16string(50, u'\xD800')});
+}
+
+// What facts decide, though Windows shows no commands for drives.
+TEST_F(CommandWalk, OneDrive) {
+    walkThrough("one drive", {u"D:\\"}, SelectionKind::Drives);
 }
 
 }  // namespace

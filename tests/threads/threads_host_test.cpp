@@ -59,25 +59,42 @@ TEST_F(ThreadsTest, RightClickWithTheLanguageUnchanged) {
     module_.detach();
 }
 
-using CommandThreadsTest = CommandTest;
+class CommandThreadsTest : public CommandTest {
+  protected:
+    // What a shell asks each of these commands, whichever thread made them.
+    static void askEach(const std::vector<Ref<IExplorerCommand>>& commands, IShellItemArray* items) {
+        for (const Ref<IExplorerCommand>& command : commands) {
+            SCOPED_TRACE(offsetOf(*command));
+            EXPCMDFLAGS flags = ECF_DEFAULT;
+            EXPCMDSTATE state = ECS_HIDDEN;
+            EXPECT_EQ(command->GetFlags(&flags), S_OK);
+            EXPECT_EQ(command->GetState(items, TRUE, &state), S_OK);
+            EXPECT_NE(state, ECS_HIDDEN);
+            EXPECT_NE(title(*command, items), u"");
+            for (const auto get : {&IExplorerCommand::GetIcon, &IExplorerCommand::GetToolTip})
+                text([&](LPWSTR* given) { return (command.get()->*get)(items, given); });
+        }
+    }
+};
 
-// Two threads with one root command, which nothing is suppressed for.
+// Two threads with the same commands, which nothing is suppressed for.
 TEST_F(CommandThreadsTest, AskAndChooseTheSameCommands) {
     makeFile("langs/long.lang.txt", "KEY: CXT_MENU_WIPE_DATA\nLANG: Plattdeutsch\nTEXT: Wegputzen\n");
     set(u"Language", u"Plattdeutsch");
-    module_.attach(host::moduleAt(this), u"");
-    const Ref<IExplorerCommand> command = root(Files);
+    module_.attach(host::moduleAt(this), kCommandTexts);
+    const Ref<IExplorerCommand> command = root(Files), drive = root(Drives);
+    const auto shared = all(*command), sharedOfDrive = all(*drive);
     const auto use = [&](char16_t letter) {
         const std::u16string path(600, letter);
         for (int i = 0; i < kRightClicks / 4; ++i) {
             ItemArray items({path, u"b"});
-            EXPECT_TRUE(!all(*root(Files)).empty());
-            const auto commands = children(*command);
-            EXPECT_EQ(title(*commands[0], &items), u"Wegputzen");
-            EXPCMDSTATE state = ECS_HIDDEN;
-            EXPECT_EQ(command->GetState(&items, FALSE, &state), S_OK);
-            EXPECT_EQ(state, ECS_ENABLED);
-            EXPECT_EQ(commands[0]->Invoke(&items, nullptr), S_OK);
+            ItemArray one({u"D:\\"});
+            askEach(all(*root(Files)), &items);
+            EXPECT_EQ(children(*command).size(), 10u);
+            askEach(shared, &items);
+            askEach(sharedOfDrive, &one);
+            EXPECT_EQ(title(*shared[0], &items), u"Wegputzen");
+            EXPECT_EQ(shared[0]->Invoke(&items, nullptr), S_OK);
         }
     };
     std::thread other(use, u'q');

@@ -47,14 +47,17 @@ void WINAPI countThrown(DWORD code, DWORD flags, DWORD count, const ULONG_PTR* a
     RaiseException(code, flags, count, arguments);
 }
 
-HINSTANCE WINAPI countLaunch(HWND, LPCWSTR, LPCWSTR, LPCWSTR parameters, LPCWSTR, INT) {
+HINSTANCE WINAPI countLaunch(HWND, LPCWSTR verb, LPCWSTR file, LPCWSTR parameters, LPCWSTR, INT) {
     ++faults.launches;
-    faults.parameters = reinterpret_cast<const char16_t*>(parameters);
+    faults.start.clear();
+    for (const LPCWSTR part : {verb, file, parameters})
+        (faults.start += part ? reinterpret_cast<const char16_t*>(part) : u"") += u'|';
+    faults.start.pop_back();
     return reinterpret_cast<HINSTANCE>(33);
 }
 
-BOOL WINAPI countOpened(SHELLEXECUTEINFOW*) {
-    ++faults.launches;
+BOOL WINAPI countOpened(SHELLEXECUTEINFOW* info) {
+    countLaunch(info->hwnd, info->lpVerb, info->lpFile, info->lpParameters, info->lpDirectory, info->nShow);
     return TRUE;
 }
 

@@ -18,7 +18,7 @@ struct Faults {
     int thrown = 0;
     int freed = 0;
     int launches = 0;
-    std::u16string parameters;  // of the last launch
+    std::u16string start;  // the last one: verb, file and parameters, parted by bars
 
     void arm(const char* call, int n, bool each) {
         name = call;

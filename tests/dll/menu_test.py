@@ -218,13 +218,14 @@ class MenuTest(WineTest):
             self.assertRefused("Approved")
             self.reg("add", APPROVED, "/v", FILES_CLASS, "/d", "QuietOwl_NMark", "/f")
 
-    def assertRefused(self, reason):
-        finished = self.wine("rightclick.exe", self.file)
+    def assertRefused(self, reason, *options):
+        finished = self.wine("rightclick.exe", *options, self.file)
         self.assertEqual(finished.returncode, 4, finished.stderr)
         self.assertIn(reason, finished.stderr)
 
     def test_commands_of_the_first_level_are_the_context_menus(self):
         """The same entries with the same texts, states and icons, and what they start, through the registered class."""
+        self.assertRefused("not registered", "--modern")
         self.register_commands()
         self.setting("Language", "REG_SZ", "de")
         for selection in ([self.file], [self.folder], [self.file, self.folder]):

@@ -15,6 +15,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 MICROSOFT = "{http://schemas.microsoft.com/appx/"
 FOUNDATION = MICROSOFT + "manifest/foundation/windows10}"
 UAP = MICROSOFT + "manifest/uap/windows10}"
+RESTRICTED = MICROSOFT + "manifest/foundation/windows10/restrictedcapabilities}"
 UAP10 = MICROSOFT + "manifest/uap/windows10/10}"
 COM = MICROSOFT + "manifest/com/windows10}"
 DESKTOP4 = MICROSOFT + "manifest/desktop/windows10/4}"
@@ -88,18 +89,28 @@ class PackageTest(unittest.TestCase):
         self.assertEqual([element.tag for element in self.manifest], [FOUNDATION + name for name in (
             "Identity", "Properties", "Resources", "Dependencies", "Capabilities", "Applications")])
         self.assertEqual(self.manifest.find(f"{FOUNDATION}Properties/{UAP10}AllowExternalContent").text, "true")
+        program = self.manifest.find(f"{FOUNDATION}Applications/{FOUNDATION}Application")
+        # A program outside of the package, with the rights of whoever clicks; its class is made in apartments of one thread.
+        self.assertEqual((program.get(UAP10 + "TrustLevel"), program.get(UAP10 + "RuntimeBehavior")), ("mediumIL", "win32App"))
+        self.assertEqual(self.manifest.find(f".//{COM}Class").get("ThreadingModel"), "STA")
+        self.assertEqual([element.get("Name") for element in self.manifest.iter(RESTRICTED + "Capability")],
+                         ["runFullTrust", "unvirtualizedResources"])
         kinds = [element.get("Category") for element in self.manifest.find(f".//{FOUNDATION}Extensions")]
         self.assertEqual(kinds, ["windows.fileExplorerContextMenus", "windows.comServer"])
         declared = dict(re.findall(rb'xmlns:(\w+)="([^"]+)"', self.files["AppxManifest.xml"]))
         self.assertEqual(set(self.manifest.get("IgnorableNamespaces").split()), {name.decode() for name in declared})
 
-    def test_logos_have_the_size_that_their_place_asks_for(self):
+    def test_pictures_have_the_sizes_that_their_places_ask_for(self):
         look = self.manifest.find(f".//{UAP}VisualElements")
         wanted = {self.manifest.find(f"{FOUNDATION}Properties/{FOUNDATION}Logo").text: 50,
                   look.get("Square44x44Logo"): 44, look.get("Square150x150Logo"): 150}
         for name, size in wanted.items():
             with self.subTest(name):
                 self.assertEqual(struct.unpack_from(">II", self.files[name.replace("\\", "/")], 16), (size, size))
+        for name in re.findall(r'"(resources/commands/.*)"', (ROOT / "resources/commands.rc").read_text(encoding="utf-8")):
+            with self.subTest(name):
+                icon = (ROOT / name).read_bytes()
+                self.assertEqual([icon[6 + 16 * image] for image in range(icon[4])], [16, 20, 24, 32, 48])
 
     def test_options(self):
         again = self.work / "again.msix"

@@ -63,13 +63,16 @@ class RightClickTest(unittest.TestCase):
             self.assertEqual(self.answer("--bin", "--recycle-bin", fact)["entries"][1]["state"], state)
 
     def test_text_shows_what_json_holds(self):
-        lines = self.run_client(self.file.name, "--language", "de").stdout.splitlines()
-        self.assertEqual(lines[0], "files: QueryContextMenu 0x0000000F, 15 identifiers")
-        entries = self.answer(self.file.name, "--language", "de")["entries"]
-        flat = [e for entry in entries for e in (entry, *entry.get("entries", []))]
-        self.assertEqual(len(lines) - 1, len(flat))
-        for line, entry in zip(lines[1:], flat):
-            self.assertTrue(line.strip().startswith(entry.get("text", "--------")), line)
+        for options, title in (([], "QueryContextMenu 0x0000000F, 15 identifiers"),
+                               (["--modern"], "CreateInstance 0x00000000, 8 commands")):
+            options += [self.file.name, "--language", "de"]
+            lines = self.run_client(*options).stdout.splitlines()
+            self.assertEqual(lines[0], f"files: {title}")
+            entries = self.answer(*options)["entries"]
+            flat = [e for entry in entries for e in (entry, *entry.get("entries", []))]
+            self.assertEqual(len(lines) - 1, len(flat))
+            for line, entry in zip(lines[1:], flat):
+                self.assertTrue(line.strip().startswith(entry.get("text", "--------")), line)
 
     def test_picking_starts_the_application_with_the_selection(self):
         many = [self.work / f"{number:03}" for number in range(100)]

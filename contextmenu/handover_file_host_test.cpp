@@ -38,12 +38,10 @@ TEST_F(HandoverFileTest, IsWholeOrNotThere) {
         EXPECT_EQ(filesHere(), bytes == 600 ? 1 : 0) << bytes;
     }
     host::limitWrites({});
-    for (const char* const operation : {"CreateFileW", "GetFileSizeEx", "WriteFile"}) {
-        fault::arm(operation, 1, platform::kErrorDiskFull);
-        EXPECT_FALSE(writeHandoverFile(name_, data_)) << operation;
-        EXPECT_TRUE(fault::fired()) << operation;
-        EXPECT_EQ(filesHere(), 0) << operation;
-    }
+    failEach({"CreateFileW", "GetFileSizeEx", "WriteFile"}, platform::kErrorDiskFull, [&] {
+        EXPECT_FALSE(writeHandoverFile(name_, data_));
+        EXPECT_EQ(filesHere(), 0);
+    });
     ASSERT_TRUE(writeHandoverFile(name_, data_));
     fault::arm("ReadFile", 1, platform::kErrorAccessDenied, true);
     EXPECT_EQ(readHandoverFile(name_), u"");
@@ -52,50 +50,43 @@ TEST_F(HandoverFileTest, IsWholeOrNotThere) {
 
 // The name can be known before: what was laid there must not lead the paths, or the emptying, elsewhere.
 TEST_F(HandoverFileTest, IsWrittenInPlaceOfWhatWasLaidThere) {
+    namespace fs = std::filesystem;
     const std::string name = platform::toHostName(name_);
-    const auto cannotBeDeleted = [] { fault::arm("DeleteFileW", 1, platform::kErrorAccessDenied); };
+    const auto link = [&](const char* to) { fs::create_symlink(to, name); };
     const struct Case {
         const char* what;
         std::function<void()> lay;
         bool handedOver;
+        const char* failing = "nothing";
     } cases[] = {
-        {"a link", [&] { std::filesystem::create_symlink("kept", name); }, true},
-        {"a second name", [&] { std::filesystem::create_hard_link("kept", name); }, true},
-        {"a link to nothing", [&] { std::filesystem::create_symlink("gone", name); }, true},
+        {"a link", [&] { link("kept"); }, true},
+        {"a second name", [&] { fs::create_hard_link("kept", name); }, true},
+        {"a link to nothing", [&] { link("gone"); }, true},
         {"an old file", [&] { makeFile(name.c_str(), "old"); }, true},
-        {"a folder", [&] { std::filesystem::create_directory(name); }, false},
-        {"a link to a folder", [&] { std::filesystem::create_symlink(".", name); }, false},
+        {"a folder", [&] { fs::create_directory(name); }, false},
+        {"a link to a folder", [&] { link("."); }, false},
         {"a read-only file",
          [&] {
              makeFile(name.c_str(), "old");
-             std::filesystem::permissions(name, std::filesystem::perms::owner_read);
+             fs::permissions(name, fs::perms::owner_read);
          },
          false},
-        {"a link to nothing that cannot be deleted",
-         [&] {
-             std::filesystem::create_symlink("gone", name);
-             cannotBeDeleted();
-         },
-         false},
-        {"a link that cannot be deleted",
-         [&] {
-             std::filesystem::create_symlink("kept", name);
-             cannotBeDeleted();
-         },
-         false},
+        {"a link to nothing that cannot be deleted", [&] { link("gone"); }, false, "DeleteFileW"},
+        {"a link that cannot be deleted", [&] { link("kept"); }, false, "DeleteFileW"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         makeFile("kept", "kept");
         c.lay();
+        fault::arm(c.failing, 1, platform::kErrorAccessDenied);
         EXPECT_EQ(writeHandoverFile(name_, data_), c.handedOver);
-        EXPECT_EQ(std::filesystem::file_size("kept"), 4u);
-        EXPECT_FALSE(std::filesystem::exists("gone"));
+        EXPECT_EQ(fs::file_size("kept"), 4u);
+        EXPECT_FALSE(fs::exists("gone"));
         if (c.handedOver) {
-            EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(name)));
-            EXPECT_EQ(std::filesystem::file_size(name), 600u);
+            EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(name)));
+            EXPECT_EQ(fs::file_size(name), 600u);
         }
-        std::filesystem::remove(name);
+        fs::remove(name);
     }
 }
 

@@ -16,15 +16,18 @@ HostTest::HostTest() {
 }
 
 HostTest::~HostTest() {
-    fault::disarm();
+    expectNothingOpen();
+    host::resetAll();
+    unsetenv("TMPDIR");
+    std::filesystem::current_path("/");
+}
+
+void HostTest::expectNothingOpen() {
     EXPECT_EQ(host::userInterface().liveMenus, 0);
     EXPECT_EQ(host::userInterface().liveBitmaps, 0);
     EXPECT_EQ(host::openHandleCount(), 0u);
     EXPECT_EQ(host::openKeyCount(), 0u);
     EXPECT_EQ(host::openFileCount(), 0);
-    host::resetAll();
-    unsetenv("TMPDIR");
-    std::filesystem::current_path("/");
 }
 
 std::u16string HostTest::lastStart() {

@@ -28,6 +28,7 @@ class HostTest : public testing::Test {
     // The current folder, which is that of temporary files too; with a separator at the end.
     std::u16string folder() const { return folder_.name(); }
     void makeFile(const char* name, std::string_view content = "") const { folder_.write(name, content); }
+    static void expectNothingOpen();
     // The last start of a program or page: verb, file and parameters, parted by bars.
     static std::u16string lastStart();
 

@@ -16,6 +16,11 @@ void writeFile(const fs::path& path, std::string_view content) {
 
 }  // namespace
 
+std::string fileBytes(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
 std::string uniqueDigits() {
     return std::to_string(10'000'000 + std::random_device{}() % 90'000'000);
 }
@@ -45,11 +50,6 @@ TemporaryFile::TemporaryFile(std::string_view content) : TemporaryFile() {
 TemporaryFile::~TemporaryFile() {
     std::error_code ignored;
     fs::remove(path_, ignored);
-}
-
-std::string TemporaryFile::content() const {
-    std::ifstream in(path_, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 }  // namespace test

@@ -7,6 +7,9 @@
 
 namespace test {
 
+// The content of a file, byte for byte; empty when there is none.
+std::string fileBytes(const std::filesystem::path& path);
+
 // Eight digits, others each time.
 std::string uniqueDigits();
 
@@ -39,7 +42,7 @@ class TemporaryFile {
 
     std::u16string name() const { return path_.u16string(); }
     const std::filesystem::path& path() const { return path_; }
-    std::string content() const;
+    std::string content() const { return fileBytes(path_); }
 
   private:
     const std::filesystem::path path_;

@@ -1,17 +1,12 @@
-#include <algorithm>
 #include <array>
 #include <map>
 #include <set>
 
-#include "comserver/identifiers.h"
-#include "foundation/path/path.h"
 #include "foundation/process/elevation.h"
 #include "foundation/process/folders.h"
-#include "platform/host/locale_host.h"
 #include "platform/locale.h"
 #include "platform/module.h"
 #include "testing/extension.h"
-#include "tests/life_walk/answers.h"
 #include "tests/life_walk/started.h"
 #include "tests/life_walk/walk.h"
 
@@ -24,12 +19,29 @@ using Kind = Failure::Kind;
 
 constexpr UINT kFirstId = 100;
 constexpr HRESULT kAllOffsets = kOffsets;
-constexpr bool kNoMemory = false;  // none fails that does not for one drive
 
 struct Scenario {
     const char* name;
     SelectionKind kind;
     std::vector<std::u16string> paths;
+    bool memory = true;  // without, none fails that does not for one drive
+
+    friend void PrintTo(const Scenario& scenario, std::ostream* out) { *out << scenario.name; }
+};
+
+const Scenario kScenarios[] = {
+    {"ThreeFiles",
+     SelectionKind::Files,
+     {u"/home/a b/%20 %1.txt", u"D:\\\u00C4\u65E5\xD83D\xDE00\xDC00.txt", u"E:\\Ordner ohne Ende"}},
+    {"OneFile", SelectionKind::Files, {u"a file.txt"}},
+    {"LongSelection",
+     SelectionKind::Files,
+     {u"/" + std::u16string(300, u'a'), u"D:\\b " + std::u16string(600, u'\u00DF'),
+      u"E:\\" + std::u16string(250, u'\xD800')}},
+    {"OneDrive", SelectionKind::Drives, {u"D:\\"}},
+    {"TwoDrives", SelectionKind::Drives, {u"D:\\", u"E:\\"}, false},
+    {"SystemDrive", SelectionKind::Drives, {u"C:\\"}, false},
+    {"RecycleBin", SelectionKind::RecycleBin, {}},
 };
 
 struct Entry {
@@ -58,57 +70,42 @@ struct Outcome {
 void collect(const host::Menu& menu, bool grayed, std::map<UINT, Entry>& entries) {
     for (const host::RecordedItem& item : menu.items) {
         const bool offItself = item.request.state != platform::kStateEnabled;
-        const bool off = grayed || offItself;
-        const UINT offset = item.request.id - kFirstId;
         if (item.submenu)
-            collect(*item.submenu, off, entries);
+            collect(*item.submenu, grayed || offItself, entries);
         if (item.request.id == 0)
             continue;
         const bool lacksIcon = !offItself && (item.request.mask & platform::kItemBitmap) == 0;
-        EXPECT_TRUE(entries.emplace(offset, Entry{item.text, off, lacksIcon}).second) << offset << " twice";
+        const Entry entry{item.text, grayed || offItself, lacksIcon};
+        EXPECT_TRUE(entries.emplace(item.request.id - kFirstId, entry).second) << item.request.id << " twice";
     }
 }
 
-class RightClickWalk : public LifeWalkTest {
+class RightClickWalk : public LifeWalkTest, public testing::WithParamInterface<Scenario> {
   protected:
     RightClickWalk() {
         for (const char* const name : {"langs", "temp folder"})
             std::filesystem::create_directory(name);
-        setenv("TMPDIR", (folder_ + "temp folder").c_str(), 1);
+        setenv("TMPDIR", platform::toHostName(folder() + u"temp folder").c_str(), 1);
         makeFile("\\\\.\\D:", "volume");
         makeFile("a file.txt");
         for (const std::string language : {"de", "en"}) {
             std::string text = "LANG: " + language + "\n";
             // Few, for the walk's sake: the other texts are their keys.
-            for (const char* const key : {"WIPE_DATA", "WIPE_DRIVE", "USER_TRASH", "OPTIONS", "ABOUT"})
-                text +=
-                    std::string("KEY: CXT_MENU_") + key + "\nTEXT: CXT_MENU_" + key + " " + language + "\n";
-            makeFile(("langs/" + language + ".lang.txt").c_str(), text.c_str());
+            for (const std::string key : {"WIPE_DATA", "WIPE_DRIVE", "USER_TRASH", "OPTIONS", "ABOUT"})
+                text += "KEY: CXT_MENU_" + key + "\nTEXT: CXT_MENU_" + key + " " + language + "\n";
+            makeFile(("langs/" + language + ".lang.txt").c_str(), text);
         }
-        platform::host::setLocaleInfo(platform::kLocaleIso639LanguageName, u"de");
-        selected_.folder = folder();
-    }
-    ~RightClickWalk() override { platform::host::resetLocale(); }
-
-    void walkThrough(Scenario scenario, bool memory = true) {
-        scenario_ = std::move(scenario);
-        selected_.paths = scenario_.paths;
-        walk(
-            scenario_.name, [this] { run(); }, memory);
+        host::setLocaleInfo(platform::kLocaleIso639LanguageName, u"de");
     }
 
-  private:
     void prepare() {
         host::resetRegistry();
-        host::putText(u"HKEY_LOCAL_MACHINE\\" + std::u16string(kApprovalPath), kFileSystemClassId,
-                      platform::kRegSz, u"QuietOwl_NMark");
-        // Drives have the language of the system.
-        if (scenario_.kind != SelectionKind::Drives)
-            host::putText(u"HKEY_CURRENT_USER\\" + std::u16string(kSettingsPath), u"Language",
-                          platform::kRegSz, u"de");
+        approve();
+        if (GetParam().kind != SelectionKind::Drives)  // drives have the language of the system
+            set(u"Language", u"de");
         host::resetShell();
-        host::setRecycleBin(u"D:\\", host::RecycleBin{4096, 2});
-        host::setRecycleBin(u"", host::RecycleBin{4096, 2});
+        for (const char16_t* const drive : {u"D:\\", u""})
+            host::setRecycleBin(drive, host::RecycleBin{4096, 2});
         host::resetModules();
         host::setModuleFileName(host::moduleAt(this), folder() + u"nmshell.dll");
         host::tokenRecord() = {.elevationType = platform::kElevationTypeLimited};
@@ -119,12 +116,10 @@ class RightClickWalk : public LifeWalkTest {
     void run() {
         prepare();
         const std::set<std::string> filesBefore = files();
-        std::vector<host::DropItem> items;
-        for (const std::u16string& path : scenario_.paths)
-            items.push_back({path});
+        const Selected selected{GetParam().paths, folder()};
         Outcome outcome;
         {
-            Drop drop(std::move(items));
+            Drop drop({selected.paths.begin(), selected.paths.end()});
             const platform::MenuHandle target = platform::createMenu();
             Module module;
             begin();
@@ -139,7 +134,8 @@ class RightClickWalk : public LifeWalkTest {
         expectNothingOpen();
         if (failure().kind == Kind::Nothing)
             base_ = outcome;
-        const std::uint32_t different = differences(outcome) | checkFiles(filesBefore, outcome);
+        const std::uint32_t different =
+            differences(outcome, selected) | checkFiles(filesBefore, selected, outcome);
         EXPECT_EQ(different & ~mayDiffer(), 0u) << std::hex << different;
     }
 
@@ -148,14 +144,6 @@ class RightClickWalk : public LifeWalkTest {
         for (const auto& entry : std::filesystem::recursive_directory_iterator("."))
             names.insert(entry.path().string());
         return names;
-    }
-
-    static void expectNothingOpen() {
-        EXPECT_EQ(host::userInterface().liveMenus, 0);
-        EXPECT_EQ(host::userInterface().liveBitmaps, 0);
-        EXPECT_EQ(host::openHandleCount(), 0u);
-        EXPECT_EQ(host::openKeyCount(), 0u);
-        EXPECT_EQ(host::openFileCount(), 0);
     }
 
     // From loading the module to unloading it, as the shell does it: what was refused is not gone on with.
@@ -167,9 +155,9 @@ class RightClickWalk : public LifeWalkTest {
     }
 
     void serve(Module& module, Drop& drop, platform::MenuRef target, Outcome& outcome) {
+        const CLSID& clsid = kClasses[static_cast<int>(GetParam().kind)];
         const auto factory = obtain<IClassFactory>("DllGetClassObject", [&](void** object) {
-            return getClassObject(module, kClasses[static_cast<int>(scenario_.kind)], IID_IClassFactory,
-                                  object);
+            return getClassObject(module, clsid, IID_IClassFactory, object);
         });
         if (!factory)
             return;
@@ -181,10 +169,9 @@ class RightClickWalk : public LifeWalkTest {
         const HRESULT initialized =
             call("Initialize", [&] { return init->Initialize(nullptr, &drop.data, nullptr); });
         outcome.served = initialized == S_OK;
-        if (!outcome.served) {
-            EXPECT_EQ(initialized, E_FAIL);
+        EXPECT_EQ(initialized, outcome.served ? S_OK : E_FAIL);
+        if (!outcome.served)
             return;
-        }
         const auto menu = query<IContextMenu>(init, IID_IContextMenu);
         outcome.shown = call("QueryContextMenu", [&] {
             return menu->QueryContextMenu(static_cast<HMENU>(target), 0, kFirstId, kFirstId + kOffsets,
@@ -216,38 +203,35 @@ class RightClickWalk : public LifeWalkTest {
 
     void invoke(IContextMenu& menu, std::uint32_t offset, Invocation& invocation) {
         const bool failedBefore = fails();
-        const std::size_t startsBefore = host::shellStarts().size();
+        host::shellStarts().clear();
         CMINVOKECOMMANDINFO info = {};
         info.lpVerb = reinterpret_cast<LPCSTR>(UINT_PTR{offset});
         invocation.result = call("InvokeCommand", [&] { return menu.InvokeCommand(&info); });
-        invocation.starts.assign(host::shellStarts().begin() + static_cast<std::ptrdiff_t>(startsBefore),
-                                 host::shellStarts().end());
+        invocation.starts.assign(host::shellStarts().begin(), host::shellStarts().end());
         const bool failsStill = failure().kind == Kind::EveryCall || failure().kind == Kind::Operation;
-        const bool here = fails() && (failsStill || !failedBefore);
         const std::string operation = fault::firedOperation();
-        invocation.volumeFailed = here && (failure().kind == Kind::EveryCall || operation == "CreateFileW" ||
-                                           operation == "DeviceIoControl");
+        invocation.volumeFailed = fails() && (failsStill || !failedBefore) &&
+                                  (failure().kind == Kind::EveryCall || operation == "CreateFileW" ||
+                                   operation == "DeviceIoControl");
     }
 
-    std::uint32_t differences(const Outcome& outcome) const {
+    std::uint32_t differences(const Outcome& outcome, const Selected& selected) const {
         if (!outcome.loaded)
             return kNotLoaded;
         if (!outcome.served)
             return kNotServed;
-        std::uint32_t bits = 0;
-        if (outcome.shown == kAllOffsets)
-            bits |= entryDifferences(outcome.entries);
-        else
-            bits |= kNoEntries;
-        if (outcome.shown == 0) {
+        std::uint32_t bits = kNoEntries;
+        if (outcome.shown == kAllOffsets) {
+            bits = entryDifferences(outcome.entries);
+        } else if (outcome.shown == 0) {
             EXPECT_TRUE(outcome.entries.empty());
-        } else if (outcome.shown != kAllOffsets) {
+        } else {
             EXPECT_EQ(outcome.shown, E_FAIL);
             EXPECT_TRUE(failure().isOfMemory());
         }
         for (std::uint32_t offset = 0; offset < kOffsets; ++offset) {
             SCOPED_TRACE(offset);
-            bits |= invocationDifferences(offset, outcome);
+            bits |= invocationDifferences(offset, outcome, selected);
             const std::u16string& help = outcome.help[offset];
             bits |= help.empty() ? base_.help[offset].empty() ? 0u : kNoHelp
                                  : textDifference(help, base_.help[offset]);
@@ -256,20 +240,20 @@ class RightClickWalk : public LifeWalkTest {
     }
 
     std::uint32_t entryDifferences(const std::map<UINT, Entry>& entries) const {
-        std::uint32_t bits = 0;
+        std::uint32_t bits = entries.size() < base_.entries.size() ? kEntryLost : 0u;
         for (const auto& [offset, entry] : entries) {
-            const auto base = base_.entries.find(offset);
-            if (base == base_.entries.end()) {
+            const auto found = base_.entries.find(offset);
+            if (found == base_.entries.end()) {
                 ADD_FAILURE() << "an entry of another kind of selection: " << offset;
                 continue;
             }
-            bits |= textDifference(entry.text, base->second.text);
-            if (entry.grayed != base->second.grayed)
-                bits |= entry.grayed ? kGrayed : kOffered;
-            if (entry.lacksIcon && !base->second.lacksIcon)
-                bits |= kIconLost;
+            const Entry& base = found->second;
+            bits |= textDifference(entry.text, base.text);
+            bits |= entry.grayed && !base.grayed ? kGrayed : 0u;
+            bits |= !entry.grayed && base.grayed ? kOffered : 0u;
+            bits |= entry.lacksIcon && !base.lacksIcon ? kIconLost : 0u;
         }
-        return entries.size() < base_.entries.size() ? bits | kEntryLost : bits;
+        return bits;
     }
 
     // Texts are their key, a blank and the language.
@@ -284,7 +268,8 @@ class RightClickWalk : public LifeWalkTest {
         return kOtherLanguage;
     }
 
-    std::uint32_t invocationDifferences(std::uint32_t offset, const Outcome& outcome) const {
+    std::uint32_t invocationDifferences(std::uint32_t offset, const Outcome& outcome,
+                                        const Selected& selected) const {
         const Invocation& invocation = outcome.invocations[offset];
         if (invocation.result != S_OK) {
             EXPECT_TRUE(failure().isOfMemory());
@@ -294,80 +279,48 @@ class RightClickWalk : public LifeWalkTest {
         if (invocation.starts.empty())
             return kNotStarted;
         const std::uint32_t bits =
-            checkStart(offset, invocation.starts.front(), selected_, !invocation.volumeFailed);
+            checkStart(offset, invocation.starts.front(), selected, !invocation.volumeFailed);
         // Without a path these two mean the bins of all drives.
         const auto entry = outcome.entries.find(offset);
-        const bool offered = entry != outcome.entries.end() && !entry->second.grayed;
-        if (offered && (offset == 3 || offset == 5)) {
+        if ((offset == 3 || offset == 5) && entry != outcome.entries.end() && !entry->second.grayed) {
             EXPECT_EQ(bits & kWithoutData, 0u);
         }
         return bits;
     }
 
     // What is left after every started program has read its hand-over file.
-    std::uint32_t checkFiles(const std::set<std::string>& before, const Outcome& outcome) const {
-        const std::string whole = platform::toHostName(pathList(selected_.paths));
+    std::uint32_t checkFiles(const std::set<std::string>& before, const Selected& selected,
+                             const Outcome& outcome) const {
+        const std::string whole = platform::toHostName(pathList(selected.paths));
         // One that was cut short can lie there only if it could not be deleted either, and deleting takes
         // memory here.
         const bool goesOn = failure().kind == Kind::EveryCall || failure().kind == Kind::EveryAllocation;
-        const bool shellFailed = std::ranges::any_of(outcome.invocations, [](const Invocation& invocation) {
-            return invocation.result == S_OK && invocation.starts.empty();
-        });
+        bool shellFailed = false;
+        for (const Invocation& invocation : outcome.invocations)
+            shellFailed = shellFailed || (invocation.result == S_OK && invocation.starts.empty());
         std::uint32_t bits = 0;
         for (const std::string& name : files()) {
             if (before.contains(name))
                 continue;
             const std::string content = fileBytes(name);
-            EXPECT_TRUE(whole.starts_with(content)) << name;
-            if (!goesOn) {
-                EXPECT_EQ(content, whole) << name;
-                EXPECT_TRUE(shellFailed) << name;
-            }
+            EXPECT_TRUE(goesOn ? whole.starts_with(content) : content == whole) << name;
+            EXPECT_TRUE(goesOn || shellFailed) << name;
             std::filesystem::remove(name);
             bits |= kHandoverLeft;
         }
         return bits;
     }
 
-    const std::string folder_ = platform::toHostName(folder());
-    Scenario scenario_;
-    Selected selected_;
     Outcome base_;
 };
 
-TEST_F(RightClickWalk, Files) {
-    walkThrough(
-        {"three files",
-         SelectionKind::Files,
-         {u"/home/a b/%20 %1.txt", u"D:\\\u00C4\u65E5\xD83D\xDE00\xDC00.txt", u"E:\\Ordner ohne Ende"}});
+TEST_P(RightClickWalk, EndsAsItMay) {
+    walk(
+        GetParam().name, [this] { run(); }, GetParam().memory);
 }
 
-TEST_F(RightClickWalk, OneFile) {
-    walkThrough({"one file", SelectionKind::Files, {folder() + u"a file.txt"}});
-}
-
-TEST_F(RightClickWalk, LongSelection) {
-    walkThrough({"long selection",
-                 SelectionKind::Files,
-                 {u"/" + std::u16string(300, u'a'), u"D:\\b " + std::u16string(600, u'\u00DF'),
-                  u"E:\\" + std::u16string(250, u'\xD800')}});
-}
-
-TEST_F(RightClickWalk, OneDrive) {
-    walkThrough({"one drive", SelectionKind::Drives, {u"D:\\"}});
-}
-
-TEST_F(RightClickWalk, TwoDrives) {
-    walkThrough({"two drives", SelectionKind::Drives, {u"D:\\", u"E:\\"}}, kNoMemory);
-}
-
-TEST_F(RightClickWalk, SystemDrive) {
-    walkThrough({"system drive", SelectionKind::Drives, {u"C:\\"}}, kNoMemory);
-}
-
-TEST_F(RightClickWalk, RecycleBin) {
-    walkThrough({"recycle bin", SelectionKind::RecycleBin, {}});
-}
+INSTANTIATE_TEST_SUITE_P(Of, RightClickWalk, testing::ValuesIn(kScenarios),
+                         [](const auto& scenario) { return std::string(scenario.param.name); });
 
 }  // namespace
 }  // namespace nmshell

@@ -3,13 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 
 #include "contextmenu/handover_file.h"
 #include "contextmenu/launch_request.h"
+#include "foundation/codec/base64.h"
 #include "foundation/path/path_list.h"
+#include "foundation/text/text.h"
 #include "platform/host/utf8.h"
+#include "testing/temporary.h"
+#include "testing/text.h"
 #include "tests/life_walk/answers.h"
 
 namespace nmshell {
@@ -47,52 +49,6 @@ constexpr Due kDue[kOffsets] = {
 constexpr std::size_t kLongestInlineData = 512;
 constexpr std::u16string_view kCursor = u"-cent ZAAAAMgAAAA=";  // (100, 200), where the stand-in's cursor is
 
-std::u16string base64(std::u16string_view units) {
-    constexpr std::u16string_view kDigits =
-        u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::vector<std::uint32_t> bytes;
-    for (const char16_t unit : units) {
-        bytes.push_back(unit & 0xFF);
-        bytes.push_back(unit >> 8);
-    }
-    std::u16string text;
-    for (std::size_t i = 0; i < bytes.size(); i += 3) {
-        const std::size_t left = bytes.size() - i;
-        const std::uint32_t group =
-            bytes[i] << 16 | (left > 1 ? bytes[i + 1] << 8 : 0) | (left > 2 ? bytes[i + 2] : 0);
-        for (std::size_t digit = 0; digit < 4; ++digit)
-            text += digit <= left ? kDigits[group >> (18 - 6 * digit) & 63] : u'=';
-    }
-    return text;
-}
-
-std::u16string replaced(std::u16string text, std::u16string_view from, std::u16string_view to) {
-    for (std::size_t at = 0; (at = text.find(from, at)) != std::u16string::npos; at += to.size())
-        text.replace(at, from.size(), to);
-    return text;
-}
-
-std::vector<std::u16string> items(std::u16string_view parameters) {
-    std::vector<std::u16string> result;
-    for (std::size_t end = 0; end != std::u16string_view::npos; parameters.remove_prefix(end + 1)) {
-        end = parameters.find(u' ');
-        result.emplace_back(parameters.substr(0, end));
-        if (end == std::u16string_view::npos)
-            break;
-    }
-    return result;
-}
-
-// The data part that must carry `data`; for a file, whose name is read from the command line, its content
-// too.
-std::u16string dataPart(std::u16string_view data, const std::u16string& handover,
-                        const std::string& content) {
-    if (data.size() <= kLongestInlineData)
-        return u"-data " + base64(data);
-    EXPECT_EQ(content, platform::toHostName(data));
-    return u"-tfn " + handover;
-}
-
 std::uint32_t checkData(const std::u16string& data, const Selected& selected) {
     if (data == pathList(selected.paths))
         return 0;
@@ -109,11 +65,11 @@ std::uint32_t checkData(const std::u16string& data, const Selected& selected) {
 // `data` receives what the application reads.
 std::uint32_t checkParameters(const Due& due, const platform::host::ShellStart& start,
                               const Selected& selected, std::u16string& data) {
-    const std::vector<std::u16string> list = items(start.parameters);
+    const std::vector<std::u16string> list = test::itemsOf(start.parameters);
     const auto keyword = std::find(list.begin(), list.end(), u"-tfn");
     const std::u16string handover = keyword != list.end() && keyword + 1 != list.end() ? keyword[1] : u"";
-    const std::u16string name = replaced(handover, u"%20", u" ");
-    const std::string content = fileBytes(platform::toHostName(name));
+    const std::u16string name = owlkit::replaceAll(handover, u"%20", u" ");
+    const std::string content = test::fileBytes(platform::toHostName(name));
     LaunchRequest request;
     HandoverFiles files;
     parseArguments(list, request, files);
@@ -129,10 +85,14 @@ std::uint32_t checkParameters(const Due& due, const platform::host::ShellStart& 
         missing |= kWithoutCursor;
     if (due.paths)
         missing |= checkData(request.data, selected);
-    if (!request.data.empty())
-        append(dataPart(request.data, handover, content));
-    else if (start.parameters.ends_with(u' '))
+    if (!request.data.empty() && request.data.size() <= kLongestInlineData) {
+        append(u"-data " + owlkit::base64(test::bytesOf(request.data)));
+    } else if (!request.data.empty()) {
+        append(u"-tfn " + handover);
+        EXPECT_EQ(content, platform::toHostName(request.data));
+    } else if (start.parameters.ends_with(u' ')) {
         expected += u' ';  // stays where a hand-over file could not be written
+    }
     EXPECT_TRUE(due.paths || request.data.empty());
     EXPECT_EQ(platform::toHostName(start.parameters), platform::toHostName(expected));
     if (!name.empty() && name.find(u'/') == std::u16string::npos)
@@ -170,11 +130,6 @@ std::uint32_t checkStart(std::uint32_t offset, const platform::host::ShellStart&
                           (due.rights == Rights::AdministratorForClosedVolume && isClosed);
     EXPECT_EQ(start.verb, elevated ? u"runas"sv : u"open"sv);
     return missing;
-}
-
-std::string fileBytes(const std::string& name) {
-    std::ifstream file(name, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
 }  // namespace nmshell

@@ -27,7 +27,4 @@ std::u16string pathList(const std::vector<std::u16string>& paths);
 std::uint32_t checkStart(std::uint32_t offset, const platform::host::ShellStart& start,
                          const Selected& selected, bool volumeOpens);
 
-// The content of a file, byte for byte.
-std::string fileBytes(const std::string& name);
-
 }  // namespace nmshell

@@ -1,83 +1,24 @@
-// A walk through every failure: a scenario runs again and again, each time with one more of its platform
-// calls or allocations failing, until none is left.
+// The walk through every failure, and what may be otherwise after each.
 #pragma once
 
-#include <cstdint>
-#include <functional>
-#include <string>
-#include <string_view>
-
-#include "comserver/guard.h"
-#include "testing/failing_allocation.h"
-#include "testing/host.h"
+#include "testing/failure_walk.h"
+#include "tests/life_walk/answers.h"
 
 namespace nmshell {
 
-struct Failure {
-    enum class Kind {
-        Nothing,
-        Call,             // the nth platform call
-        EveryCall,        // and every later one
-        Operation,        // the nth call of one function and every later one of it
-        Allocation,       // the nth allocation
-        EveryAllocation,  // and every later one
-    };
-    Kind kind = Kind::Nothing;
-    std::uint32_t nth = 0;
-    std::string operation = "*";  // the function, for Operation
+using test::Failure;
 
-    bool isOfMemory() const { return kind == Kind::Allocation || kind == Kind::EveryAllocation; }
-};
-
-class LifeWalkTest : public test::HostTest {
+class LifeWalkTest : public test::FailureWalkTest {
   protected:
-    // Runs `scenario` with every failure, and at first with none. It must begin with a world like that of the
-    // run before, call begin() and end() around what it walks through, and check what came of it. Without
-    // `memory` no allocation fails. Says how many failures there were.
-    void walk(const char* name, const std::function<void()>& scenario, bool memory = true);
-
-    // Arms the failure of this run; takes it away again.
-    void begin() const;
-    void end();
-
-    // What `work` answers; its allocations count. An exception that comes out of it is a failed test.
-    template <class Work>
-    static auto call(std::string_view name, Work work) -> decltype(work()) {
-        try {
-            const test::failing_allocation::Counted counted;
-            return work();
-        } catch (...) {
-            ADD_FAILURE() << "an exception came out of " << name;
-            return {};
-        }
+    // After end(): what may differ for what failed (bits of Difference).
+    std::uint32_t mayDiffer() const {
+        if (!failed())
+            return 0;
+        if (failure().isOfMemory())
+            return mayDifferWithoutMemory();
+        const bool any = failure().kind == Failure::Kind::EveryCall;
+        return any ? mayDifferAfterAny() : mayDifferAfter(failedOperation());
     }
-
-    const Failure& failure() const { return failure_; }
-
-    // How many failures there have been so far in this run.
-    static bool fails() { return platform::fault::fired() || test::failing_allocation::fired(); }
-
-    // The same for what DllMain does with the module, which turns exceptions into a refusal.
-    static bool dllMain(auto work) {
-        return call("DllMain", [&work] {
-                   return guard(E_FAIL, [&work] {
-                       work();
-                       return S_OK;
-                   });
-               }) == S_OK;
-    }
-
-    // After end(): whether anything failed, and what may differ for it (bits of Difference).
-    bool failed() const { return failed_; }
-    std::uint32_t mayDiffer() const;
-
-  private:
-    // Whether the failure came to pass.
-    bool runWith(const Failure& failure, const std::function<void()>& scenario);
-
-    Failure failure_;
-    bool failed_ = false;
-    std::string failedOperation_;
 };
 
 }  // namespace nmshell

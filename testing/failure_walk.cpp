@@ -1,14 +1,11 @@
-#include "tests/life_walk/walk.h"
+#include "testing/failure_walk.h"
 
 #include <cstdio>
 #include <map>
 
-#include "tests/life_walk/answers.h"
-
-namespace nmshell {
+namespace test {
 namespace {
 
-using namespace test;
 using Kind = Failure::Kind;
 
 std::string describe(const Failure& failure) {
@@ -21,7 +18,7 @@ std::string describe(const Failure& failure) {
 
 }  // namespace
 
-void LifeWalkTest::begin() const {
+void FailureWalkTest::begin() const {
     if (failure_.isOfMemory())
         failing_allocation::arm(failure_.nth, failure_.kind == Kind::EveryAllocation);
     else if (failure_.kind != Kind::Nothing)
@@ -29,22 +26,14 @@ void LifeWalkTest::begin() const {
                    failure_.kind != Kind::Call);
 }
 
-void LifeWalkTest::end() {
+void FailureWalkTest::end() {
     failed_ = fails();
     failedOperation_ = fault::firedOperation();
     fault::disarm();
     failing_allocation::disarm();
 }
 
-std::uint32_t LifeWalkTest::mayDiffer() const {
-    if (!failed_)
-        return 0;
-    if (failure_.isOfMemory())
-        return mayDifferWithoutMemory();
-    return failure_.kind == Kind::EveryCall ? mayDifferAfterAny() : mayDifferAfter(failedOperation_);
-}
-
-bool LifeWalkTest::runWith(const Failure& failure, const std::function<void()>& scenario) {
+bool FailureWalkTest::runWith(const Failure& failure, const std::function<void()>& scenario) {
     failure_ = failure;
     failing_allocation::arm(0);
     SCOPED_TRACE(describe(failure));
@@ -52,7 +41,7 @@ bool LifeWalkTest::runWith(const Failure& failure, const std::function<void()>& 
     return failed_;
 }
 
-void LifeWalkTest::walk(const char* name, const std::function<void()>& scenario, bool memory) {
+void FailureWalkTest::walk(const char* name, const std::function<void()>& scenario, bool memory) {
     runWith({}, scenario);
     std::uint32_t calls = 0, callRuns = 0, allocations = 0, allocationRuns = 0;
     std::map<std::string, std::uint32_t> ordinals;
@@ -76,4 +65,4 @@ void LifeWalkTest::walk(const char* name, const std::function<void()>& scenario,
     RecordProperty("allocation_failures", static_cast<int>(allocationRuns));
 }
 
-}  // namespace nmshell
+}  // namespace test

@@ -55,12 +55,13 @@ TEST(Interlang, EveryOperationKeepsItsState) {
         [&] { EXPECT_TRUE(table.CheckConsistency(text, 0)); },
         [&] { table.BeginLoad(); },
     };
-    for (const auto& call : loading)
-        EXPECT_EQ(errorOf(call), "invalid state") << &call - loading;
-    for (const auto& call : built)
-        EXPECT_EQ(errorOf(call), "") << &call - built;
-    for (const auto& call : built)
-        EXPECT_EQ(errorOf(call), "invalid state") << &call - built;
+    const auto expectEach = [](const auto& calls, const char* error, const char* state) {
+        for (const auto& call : calls)
+            EXPECT_EQ(errorOf(call), error) << state << ' ' << &call - calls;
+    };
+    expectEach(loading, "invalid state", "empty");
+    expectEach(built, "", "empty");
+    expectEach(built, "invalid state", "loading");
     table.SetKey(u"k");
     table.SetLanguage(u" \t");
     EXPECT_EQ(errorOf(addText), "invalid state") << "no language";
@@ -68,8 +69,7 @@ TEST(Interlang, EveryOperationKeepsItsState) {
     table.SetLanguage(u"en");
     EXPECT_EQ(errorOf(addText), "invalid state") << "no key";
     table.EndLoad();
-    for (const auto& call : loading)
-        EXPECT_EQ(errorOf(call), "invalid state") << "built " << &call - loading;
+    expectEach(loading, "invalid state", "built");
     EXPECT_FALSE(table.Write(stream)) << "built, without languages";
 }
 

@@ -1,97 +1,76 @@
 #include "lang/language_loader.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
 #include <fstream>
 #include <set>
-#include <stdexcept>
 
 #include "foundation/stream/file_stream.h"
-#include "foundation/stream/memory_stream.h"
 #include "lang/read_observer.h"
 #include "platform/file.h"
-#include "platform/host/fault.h"
-#include "platform/host/file_host.h"
-#include "platform/host/locale_host.h"
 #include "platform/locale.h"
-#include "testing/temporary.h"
+#include "testing/host.h"
+#include "testing/text.h"
 
 namespace owlkit {
 namespace {
 
+using namespace test;
 namespace fs = std::filesystem;
-namespace fault = platform::fault;
 
-class LanguageLoader : public testing::Test {
+class LanguageLoader : public HostTest {
   protected:
-    ~LanguageLoader() override {
-        fault::disarm();
-        platform::host::resetLocale();
-    }
-    void put(const std::string& name, const std::string& text) const { folder_.write(name, text); }
-    std::u16string path(const std::u16string& name) const { return (folder_ / name).u16string(); }
     static std::u16string failure(const std::u16string& line, const std::u16string& path) {
         return u"Language File Error\nThere is a syntax error at line " + line +
                u" in the following file.\n" + path;
     }
 
-    const test::TemporaryFolder folder_;
+    const std::u16string file_ = folder() + u"a.lang.txt";
     interlang table_;
 };
 
 TEST_F(LanguageLoader, FoldersWithAndWithoutFiles) {
+    const std::u16string here = fs::current_path().u16string();
     for (const char* name : {".lang.txt", "a.LANG.TXT", "a.lang.txt.bak"})
-        put(name, "KEY: a");
-    fs::create_directory(folder_ / "b.lang.txt");
-    for (const std::u16string& folder : {folder_.path().u16string(), path(u"none")})
+        makeFile(name, "KEY: a");
+    fs::create_directory("b.lang.txt");
+    for (const std::u16string& folder : {here, here + u"/none"})
         EXPECT_EQ(LoadLanguageFolder(folder, table_),
                   u"Languange File Error\nFailed to load language files.");
     EXPECT_EQ(table_.state(), interlang::State::Empty);
 
-    put("a.lang.txt", "LANG: en\nKEY: a\nTEXT: 1\nLANG: en\nx");
-    put("d.lang.txt", "LANG: en\nKEY: d\nTEXT: 2");
-    put("c.lang.txt", "LANG: en\nKEY: c\nTEXT: 3\n\nKEY: d\nKEY: e");
+    makeFile("a.lang.txt", "LANG: en\nKEY: a\nTEXT: 1\nLANG: en\nx");
+    makeFile("d.lang.txt", "LANG: en\nKEY: d\nTEXT: 2");
+    makeFile("c.lang.txt", "LANG: en\nKEY: c\nTEXT: 3\n\nKEY: d\nKEY: e");
     std::vector<std::u16string> names;
-    ASSERT_TRUE(ListLanguageFiles(folder_.path().u16string(), names));
+    ASSERT_TRUE(ListLanguageFiles(here, names));
     std::erase(names, u"d.lang.txt");
     ASSERT_EQ(names.size(), 2u);
-    const std::u16string expected = failure(names[0][0] == u'a' ? u"5" : u"6", path(names[0]));
-    EXPECT_EQ(LoadLanguageFolder(folder_.path().u16string(), table_), expected);
-    EXPECT_EQ(LoadLanguageFolder(path({}), table_), expected) << "with a separator at the end";
+    const std::u16string expected = failure(names[0][0] == u'a' ? u"5" : u"6", folder() + names[0]);
+    EXPECT_EQ(LoadLanguageFolder(here, table_), expected);
+    EXPECT_EQ(LoadLanguageFolder(folder(), table_), expected) << "with a separator at the end";
     EXPECT_EQ(table_.GetText(u"a") + table_.GetText(u"d") + table_.GetText(u"c"), u"123");
-    put("a.lang.txt", "");
-    put("c.lang.txt", "KEY: x");
-    EXPECT_EQ(LoadLanguageFolder(folder_.path().u16string(), table_), u"");
+    makeFile("a.lang.txt", "");
+    makeFile("c.lang.txt", "KEY: x");
+    EXPECT_EQ(LoadLanguageFolder(here, table_), u"");
 }
 
 TEST_F(LanguageLoader, EveryPlatformFailureIsTold) {
-    const std::u16string file = path(u"a.lang.txt");
-    put("a.lang.txt", "LANG: en\nKEY: a\nTEXT: " + std::string(300000, 't'));
-    EXPECT_EQ(LoadLanguageFile(path(u"none"), table_), failure(u"-1", path(u"none")));
-    for (std::uint32_t n = 1, failures = 0;; ++n) {
-        SCOPED_TRACE(n);
+    makeFile("a.lang.txt", "LANG: en\nKEY: a\nTEXT: " + std::string(300000, 't'));
+    EXPECT_EQ(LoadLanguageFile(u"none", table_), failure(u"-1", u"none"));
+    int failures = 0;
+    walkFaults("*", platform::kErrorAccessDenied, [&] {
         interlang table;
-        fault::arm("*", n, platform::kErrorAccessDenied);
-        const std::u16string text = LoadLanguageFile(file, table);
+        const std::u16string text = LoadLanguageFile(file_, table);
         EXPECT_EQ(table.state(), interlang::State::Built);
-        EXPECT_EQ(text, table.HasText(u"a") ? u"" : failure(u"-1", file));
+        EXPECT_EQ(text, table.HasText(u"a") ? u"" : failure(u"-1", file_));
         EXPECT_EQ(table.GetText(u"a").size(), text.empty() ? 300000u : 1u) << "all of it or none";
-        failures += text.empty() ? 0 : 1;
-        if (!fault::fired()) {
-            EXPECT_GT(failures, 0u);
-            break;
-        }
-    }
-}
-
-TEST_F(LanguageLoader, OthersMayWriteWhileAFileIsReadInLargePieces) {
-    put("a.lang.txt", "LANG: en\nKEY: a\nTEXT: " + std::string(300000, 't'));
+        failures += !text.empty();
+    });
+    EXPECT_GT(failures, 0);
     fault::resetCounts();
-    EXPECT_EQ(LoadLanguageFile(path(u"a.lang.txt"), table_), u"");
-    EXPECT_LE(fault::calls("ReadFile"), 6u);
-    EXPECT_EQ(platform::host::lastCreateFile().share, platform::kFileShareRead | platform::kFileShareWrite);
-    EXPECT_EQ(platform::host::lastCreateFile().access, platform::kGenericRead);
+    EXPECT_EQ(LoadLanguageFile(file_, table_), u"");
+    EXPECT_LE(fault::calls("ReadFile"), 6u) << "large pieces";
+    EXPECT_EQ(host::lastCreateFile().share, platform::kFileShareRead | platform::kFileShareWrite);
+    EXPECT_EQ(host::lastCreateFile().access, platform::kGenericRead);
 }
 
 // A file that can be read no further, or written no further, or that is too large to be read at all.
@@ -105,43 +84,38 @@ TEST_F(LanguageLoader, FilesThatCannotBeReadOrWrittenToTheEnd) {
         void failed(SyntaxRule) override {}
         int lines = 0;
     };
-    put("a.lang.txt", std::string(40000, '\n'));
-    std::uint32_t n = 0;
-    do {
-        SCOPED_TRACE(++n);
-        FileStream file;
+    makeFile("a.lang.txt", std::string(40000, '\n'));
+    FileStream file;
+    const auto parse = [&] {
         Bound bound;
         std::uint32_t line = 0;
-        ASSERT_TRUE(file.open(path(u"a.lang.txt"), OpenMode::Read));
+        ASSERT_TRUE(file.seek(0, SeekOrigin::Start));
         table_.BeginLoad();
-        fault::arm("ReadFile", n, platform::kErrorAccessDenied, true);
         const bool read = table_.Parse(file, line, &bound);
-        EXPECT_NE(read, fault::fired());
         table_.EndLoad();
-    } while (fault::fired());
-    fault::disarm();
-    EXPECT_GT(n, 1u);
+        EXPECT_NE(read, fault::fired());
+    };
+    ASSERT_TRUE(file.open(file_, OpenMode::Read));
+    walkFaults("ReadFile", platform::kErrorAccessDenied, parse, true);
+    file.close();
 
-    put("a.lang.txt", "LANG: en\nKEY: a\nTEXT: 1");
-    ASSERT_EQ(LoadLanguageFile(path(u"a.lang.txt"), table_), u"");
+    makeFile("a.lang.txt", "LANG: en\nKEY: a\nTEXT: 1");
+    ASSERT_EQ(LoadLanguageFile(file_, table_), u"");
     FileStream out;
-    ASSERT_TRUE(out.open(path(u"out"), OpenMode::CreateWrite));
-    for (const char* const call : {"WriteFile", "WriteFile, short"}) {
-        fault::arm(call, 1, platform::kErrorDiskFull);
-        EXPECT_FALSE(table_.Write(out)) << call;
-    }
-    fault::disarm();
+    ASSERT_TRUE(out.open(folder() + u"out", OpenMode::CreateWrite));
+    failEach({"WriteFile", "WriteFile, short"}, platform::kErrorDiskFull,
+             [&] { EXPECT_FALSE(table_.Write(out)); });
 
-    fs::resize_file(folder_ / "a.lang.txt", 0x80000000);  // a hole, no disk space
-    EXPECT_EQ(LoadLanguageFile(path(u"a.lang.txt"), table_), failure(u"-1", path(u"a.lang.txt")));
+    fs::resize_file("a.lang.txt", 0x80000000);  // a hole, no disk space
+    EXPECT_EQ(LoadLanguageFile(file_, table_), failure(u"-1", file_));
 }
 
 TEST_F(LanguageLoader, SystemLanguage) {
-    put("a.lang.txt", "KEY: k\nLANG: en\nTEXT: E\nLANG: de\nTEXT: D\nLANG: DEU\nTEXT: A");
-    EXPECT_EQ(LoadLanguageFolder(folder_.path().u16string(), table_), u"");
-    platform::host::setLocaleInfo(platform::kLocaleAbbreviatedLanguageName, u"DEU");
+    makeFile("a.lang.txt", "KEY: k\nLANG: en\nTEXT: E\nLANG: de\nTEXT: D\nLANG: DEU\nTEXT: A");
+    EXPECT_EQ(LoadLanguageFolder(folder(), table_), u"");
+    host::setLocaleInfo(platform::kLocaleAbbreviatedLanguageName, u"DEU");
     for (const auto& [iso, text] : {std::pair{u"de", u"D"}, {u"", u"A"}, {u"xx", u"E"}}) {
-        platform::host::setLocaleInfo(platform::kLocaleIso639LanguageName, iso);
+        host::setLocaleInfo(platform::kLocaleIso639LanguageName, iso);
         table_.BeginLoad();
         table_.SetLanguages(u" ", u"en");
         table_.EndLoad();
@@ -170,8 +144,7 @@ TEST_F(LanguageLoader, ShippedFilesAreCompleteAndInTheWritersLayout) {
             text += *reference == 0 && line.starts_with("# ") ? "" : line + '\n';
         MemoryStream out;
         ASSERT_TRUE(table_.Write(out, name, reference));
-        const auto* data = reinterpret_cast<const char*>(out.data());
-        EXPECT_TRUE(text.ends_with(std::string_view(data, static_cast<std::size_t>(out.size())))) << name;
+        EXPECT_TRUE(text.ends_with(bytesOf(out))) << name;
     }
 }
 

@@ -1,47 +1,46 @@
 #include "foundation/process/elevation.h"
 
-#include <gtest/gtest.h>
-
-#include "platform/host/fault.h"
-#include "platform/host/process_host.h"
+#include "testing/host.h"
 
 namespace owlkit {
 namespace {
 
-TEST(Elevation, IsReadFromTheToken) {
+using namespace test;
+using Elevation = HostTest;
+
+TEST_F(Elevation, IsReadFromTheToken) {
+    using enum ElevationState;
     const struct Case {
         const char* name;
         std::uint32_t type, length;
-        const char* fault;
         ElevationState state;
+        const char* fault = "";
     } cases[] = {
-        {"default", 1, 4, "", ElevationState::Unknown},
-        {"full", 2, 4, "", ElevationState::Full},
-        {"limited", 3, 4, "", ElevationState::Limited},
-        {"unknown type", 4, 4, "", ElevationState::Unknown},
-        {"too short", 2, 3, "", ElevationState::Unknown},
-        {"too long", 2, 8, "", ElevationState::Unknown},
-        {"no token", 2, 4, "OpenProcessToken", ElevationState::Unknown},
-        {"no answer", 2, 4, "GetTokenInformation", ElevationState::Unknown},
+        {"default", 1, 4, Unknown},
+        {"full", 2, 4, Full},
+        {"limited", 3, 4, Limited},
+        {"unknown type", 4, 4, Unknown},
+        {"too short", 2, 3, Unknown},
+        {"too long", 2, 8, Unknown},
+        {"no token", 2, 4, Unknown, "OpenProcessToken"},
+        {"no answer", 2, 4, Unknown, "GetTokenInformation"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        platform::host::tokenRecord() = {.elevationType = c.type, .returnedLength = c.length};
-        platform::fault::arm(c.fault, 1, platform::kErrorAccessDenied);
+        host::tokenRecord() = {.elevationType = c.type, .returnedLength = c.length};
+        fault::arm(c.fault, 1, platform::kErrorAccessDenied);
         EXPECT_EQ(queryElevation(), c.state);
-        platform::fault::disarm();
-        EXPECT_EQ(platform::host::openHandleCount(), 0u);
+        EXPECT_EQ(host::openHandleCount(), 0u);
         const bool reached = std::string_view(c.fault) != "OpenProcessToken";
-        EXPECT_EQ(platform::host::tokenRecord().opened,
+        EXPECT_EQ(host::tokenRecord().opened,
                   std::vector<std::uint32_t>(reached ? 1 : 0, platform::kTokenQuery));
     }
 }
 
-TEST(Elevation, IsCachedUntilForgotten) {
-    forgetElevation();
-    platform::host::tokenRecord() = {.elevationType = platform::kElevationTypeDefault};
+TEST_F(Elevation, IsCachedUntilForgotten) {
+    host::tokenRecord() = {.elevationType = platform::kElevationTypeDefault};
     EXPECT_EQ(cachedElevation(), ElevationState::Unknown);
-    platform::host::tokenRecord().elevationType = platform::kElevationTypeFull;
+    host::tokenRecord().elevationType = platform::kElevationTypeFull;
     EXPECT_EQ(cachedElevation(), ElevationState::Unknown);
     forgetElevation();
     EXPECT_EQ(cachedElevation(), ElevationState::Full);

@@ -1,26 +1,27 @@
-#include <gtest/gtest.h>
-
 #include "foundation/process/shell_run.h"
-#include "platform/host/fault.h"
-#include "platform/host/process_host.h"
-#include "platform/host/shell_host.h"
 #include "testing/echo_child.h"
-#include "testing/temporary.h"
+#include "testing/host.h"
 
 namespace owlkit {
 namespace {
 
 using namespace test;
-namespace host = platform::host;
+using ShellRunOnHost = HostTest;
 
-class ShellRunOnHost : public testing::Test {
-  protected:
-    ~ShellRunOnHost() override {
-        EXPECT_EQ(host::openHandleCount(), 0u);
-        host::resetShell();
-        platform::fault::disarm();
+// The one start of `file`, or none.
+void expectStart(bool started, const std::u16string& file, const std::u16string& parameters,
+                 std::uint32_t mask) {
+    ASSERT_EQ(host::shellStarts().size(), started ? 1u : 0u);
+    for (const host::ShellStart& start : host::shellStarts()) {
+        EXPECT_TRUE(start.extended);
+        EXPECT_EQ(start.verb, u"open");
+        EXPECT_EQ(start.file, file);
+        EXPECT_EQ(start.parameters, parameters);
+        EXPECT_EQ(start.show, 1);
+        EXPECT_EQ(start.mask, mask);
     }
-};
+    host::shellStarts().clear();
+}
 
 TEST_F(ShellRunOnHost, StartsAndWaits) {
     const struct Case {
@@ -44,34 +45,24 @@ TEST_F(ShellRunOnHost, StartsAndWaits) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        host::shellStarts().clear();
         host::setShellExecuteResult(c.executeResult);
         host::setShellProcess(c.exitCode);
-        platform::fault::arm(c.fault, 1, platform::kErrorAccessDenied);
+        fault::arm(c.fault, 1, platform::kErrorAccessDenied);
         EXPECT_EQ(runShell(c.file, u"-x \"y z\"", c.wait), c.result);
-        const bool reached = *c.file != u'\0' && std::string_view(c.fault) != "ShellExecuteExW";
-        EXPECT_EQ(host::shellStarts().size(), reached ? 1u : 0u);
-        for (const host::ShellStart& start : host::shellStarts()) {
-            EXPECT_TRUE(start.extended);
-            EXPECT_EQ(start.verb, u"open");
-            EXPECT_EQ(start.file, c.file);
-            EXPECT_EQ(start.parameters, u"-x \"y z\"");
-            EXPECT_EQ(start.show, 1);
-            EXPECT_EQ(start.mask, c.wait ? 1344u : 1280u);
-        }
+        expectStart(*c.file != u'\0' && std::string_view(c.fault) != "ShellExecuteExW", c.file, u"-x \"y z\"",
+                    c.wait ? 1344u : 1280u);
         EXPECT_EQ(host::openHandleCount(), 0u);
     }
     host::setShellExecuteResult(42);
-    platform::fault::disarm();
+    fault::disarm();
     host::startShellProgramsForReal(true);
     EXPECT_EQ(runShell(echoChild(), u"exit  7", true), 7);
     EXPECT_EQ(runShell(echoChild() + u".missing", u"", true), -1);
 }
 
 TEST_F(ShellRunOnHost, OpensWhatItsKindAllows) {
-    const TemporaryFolder folder;
-    const std::u16string path = folder.path().u16string();
-    std::filesystem::create_directory(folder.path() / "blank ");
+    const std::u16string path = std::filesystem::current_path().u16string();
+    std::filesystem::create_directory("blank ");
     const struct Case {
         const char* name;
         std::uint32_t kind;
@@ -95,19 +86,11 @@ TEST_F(ShellRunOnHost, OpensWhatItsKindAllows) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        host::shellStarts().clear();
         EXPECT_EQ(openWithShell(OpenKind{c.kind}, c.target), !c.started.empty());
-        ASSERT_EQ(host::shellStarts().size(), c.started.empty() ? 0u : 1u);
-        if (c.started.empty())
-            continue;
-        const host::ShellStart& start = host::shellStarts()[0];
-        EXPECT_EQ(start.verb, u"open");
-        EXPECT_EQ(start.file, c.started);
-        EXPECT_EQ(start.parameters, u"");
-        EXPECT_EQ(start.show, 1);
-        EXPECT_EQ(start.mask, 1280u);
+        expectStart(!c.started.empty(), c.started, u"", 1280u);
         host::setShellExecuteResult(5);
         EXPECT_FALSE(openWithShell(OpenKind{c.kind}, c.target));
+        host::shellStarts().clear();
         host::setShellExecuteResult(42);
     }
 }

@@ -3,7 +3,6 @@
 #include "platform/win32/win32_api.h"
 
 #include <fstream>
-#include <iterator>
 
 #include "foundation/process/folders.h"
 #include "foundation/process/shell_run.h"
@@ -29,20 +28,11 @@ class TestClasses {
         RegCloseKey(root_);
         RegDeleteTreeW(HKEY_CURRENT_USER, kPath);
     }
-    TestClasses(const TestClasses&) = delete;
-    TestClasses& operator=(const TestClasses&) = delete;
 
-    void set(const std::u16string& key, const std::u16string& name, const std::u16string& text) {
+    void set(const std::u16string& key, const wchar_t* name, const std::u16string& text) const {
         const DWORD size = static_cast<DWORD>((text.size() + 1) * sizeof(char16_t));
-        EXPECT_EQ(
-            RegSetKeyValueW(root_, platform::wide(key), platform::wide(name), REG_SZ, text.c_str(), size),
-            ERROR_SUCCESS);
-    }
-
-    // Makes `commandLine` the handler of a protocol or a type of documents.
-    void setHandler(const std::u16string& name, const std::u16string& commandLine) {
-        set(name, u"URL Protocol", u"");
-        set(name + u"\\shell\\open\\command", u"", commandLine);
+        EXPECT_EQ(RegSetKeyValueW(root_, platform::wide(key), name, REG_SZ, text.c_str(), size),
+                  ERROR_SUCCESS);
     }
 
   private:
@@ -56,8 +46,7 @@ std::string saved(const std::filesystem::path& file) {
     std::string text;
     for (int i = 0; i < 200 && !text.ends_with(']'); ++i) {
         Sleep(i == 0 ? 0 : 50);
-        std::ifstream stream(file, std::ios::binary);
-        text.assign(std::istreambuf_iterator<char>(stream), {});
+        text = fileBytes(file);
     }
     // The child may hold it for a moment longer.
     std::error_code error;
@@ -84,10 +73,12 @@ TEST(ShellRun, OpensEachKindWithItsHandler) {
     const std::filesystem::path document = folder / "a b.owlkittest";
     std::ofstream(document) << "text";
     const std::u16string save = u"\"" + echoChild() + u"\" save \"" + output.u16string() + u"\" \"%1\"";
-    TestClasses classes;
-    for (const char16_t* const name : {u"owlkittest", u"mailto", u"owlkittest.document"})
-        classes.setHandler(name, save);
-    classes.set(u".owlkittest", u"", u"owlkittest.document");
+    const TestClasses classes;  // of two protocols and a type of documents
+    for (const std::u16string name : {u"owlkittest", u"mailto", u"owlkittest.document"}) {
+        classes.set(name, L"URL Protocol", u"");
+        classes.set(name + u"\\shell\\open\\command", nullptr, save);
+    }
+    classes.set(u".owlkittest", nullptr, u"owlkittest.document");
 
     EXPECT_TRUE(openWithShell(OpenKind::FileOrUrl, u"owlkittest://host/page?x=1"));
     EXPECT_EQ(saved(output), "[owlkittest://host/page?x=1]");

@@ -1,14 +1,14 @@
 #include "foundation/process/shutdown.h"
 
-#include <gtest/gtest.h>
-
-#include "platform/host/fault.h"
-#include "platform/host/process_host.h"
+#include "testing/host.h"
 
 namespace owlkit {
 namespace {
 
-TEST(Shutdown, AsksForTheModeUnderItsPrivilege) {
+using namespace test;
+using Shutdown = HostTest;
+
+TEST_F(Shutdown, AsksForTheModeUnderItsPrivilege) {
     const struct Case {
         std::uint32_t mode;
         bool force;
@@ -16,38 +16,29 @@ TEST(Shutdown, AsksForTheModeUnderItsPrivilege) {
     } cases[] = {{1, false, 0}, {2, false, 8}, {3, false, 2}, {1, true, 16}, {2, true, 24}, {3, true, 18}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.flags);
-        platform::host::TokenRecord& record = platform::host::tokenRecord() = {};
+        host::TokenRecord& record = host::tokenRecord() = {};
         EXPECT_TRUE(shutdownSystem(ShutdownMode{c.mode}, c.force));
         EXPECT_EQ(record.opened, std::vector<std::uint32_t>{40});
-        ASSERT_TRUE(record.adjusted.size() == 1);
-        ASSERT_TRUE(record.exits.size() == 1);
+        ASSERT_EQ(record.adjusted.size(), 1u);
+        ASSERT_EQ(record.exits.size(), 1u);
         EXPECT_EQ(record.adjusted[0].attributes, 2u);
         EXPECT_EQ(record.exits[0].flags, c.flags);
         EXPECT_EQ(record.exits[0].reason, 0u);
     }
-}
-
-TEST(Shutdown, TouchesNothingForAnotherMode) {
-    platform::fault::resetCounts();
+    fault::resetCounts();
     for (const std::uint32_t mode : {0u, 4u, 0xFFFFFFFFu})
         EXPECT_FALSE(shutdownSystem(ShutdownMode{mode}, true));
-    EXPECT_EQ(platform::fault::calls("*"), 0u);
+    EXPECT_EQ(fault::calls("*"), 0u) << "for another mode";
 }
 
-TEST(Shutdown, StopsAtEveryFailingCall) {
-    std::uint32_t failures = 0;
-    for (;; ++failures) {
-        platform::host::tokenRecord() = {};
-        platform::fault::arm("*", failures + 1, platform::kErrorNotAllAssigned);
+TEST_F(Shutdown, StopsAtEveryFailingCall) {
+    walkFaults("*", platform::kErrorNotAllAssigned, [] {
+        host::tokenRecord() = {};
         const bool done = shutdownSystem(ShutdownMode::PowerOff, true);
-        EXPECT_EQ(platform::host::openHandleCount(), 0u);
-        EXPECT_EQ(done, !platform::fault::fired());
-        EXPECT_EQ(platform::host::tokenRecord().exits.size(), done ? 1u : 0u);
-        if (done)
-            break;
-    }
-    platform::fault::disarm();
-    EXPECT_GT(failures, 0u);
+        EXPECT_EQ(host::openHandleCount(), 0u);
+        EXPECT_EQ(done, !fault::fired());
+        EXPECT_EQ(host::tokenRecord().exits.size(), done ? 1u : 0u);
+    });
 }
 
 }  // namespace

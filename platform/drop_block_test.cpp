@@ -4,41 +4,32 @@
 
 #include <cstring>
 #include <memory>
-#include <string>
+
+#include "testing/text.h"
 
 namespace platform {
 namespace {
 
 using namespace std::string_literals;
 
-std::string number(std::uint32_t value) {
-    std::string bytes(sizeof(value), '\0');
-    std::memcpy(bytes.data(), &value, sizeof(value));
-    return bytes;
-}
+using test::bytesOf;
 
 std::string header(std::uint32_t offset, std::uint32_t isWide) {
-    return number(offset) + std::string(12, '\xFF') + number(isWide);
-}
-
-std::string units(std::u16string_view text) {
-    std::string bytes(text.size() * 2, '\0');
-    std::memcpy(bytes.data(), text.data(), bytes.size());
+    std::string bytes(20, '\xFF');
+    std::memcpy(bytes.data(), &offset, sizeof offset);
+    std::memcpy(bytes.data() + 16, &isWide, sizeof isWide);
     return bytes;
 }
 
 // Characters above 0xFE cannot be converted.
 std::u16string fromLatin1(std::string_view path) {
-    std::u16string text;
-    for (const char c : path)
-        text += static_cast<unsigned char>(c);
-    return text.find(u'\xFF') == text.npos ? text : std::u16string();
+    return path.find('\xFF') == path.npos ? test::widened(path) : std::u16string();
 }
 
 TEST(DropBlock, FindsThePathsThatEndAndCountsTheRest) {
     const std::string wide = header(20, 1), narrow = header(20, 0);
     const std::u16string twoPaths = u"C:\\a\0\u0100\x6100\0"s;  // units with a zero byte in either half
-    const std::string two = units(twoPaths);
+    const std::string two = bytesOf(twoPaths);
     const struct Case {
         const char* name;
         std::string block;
@@ -54,7 +45,7 @@ TEST(DropBlock, FindsThePathsThatEndAndCountsTheRest) {
         {"any number but 0 is wide", header(20, 0x100) + two + "\0\0"s, 2, two, twoPaths},
         {"at an odd address", header(21, 1) + "?" + two + "\0\0"s, 2, two, twoPaths},
         {"without the closing zero", wide + two, 2, two, twoPaths},
-        {"a last path without its zero", wide + two + units(u"C:\\b"), 3, two, twoPaths},
+        {"a last path without its zero", wide + two + bytesOf(u"C:\\b"), 3, two, twoPaths},
         {"a cut last unit", wide + two + "x", 2, two, twoPaths},
         {"a cut zero", wide + two + "x\0\0"s, 3, two, twoPaths},
         {"ANSI", narrow + "C:\\a\0\xE9\0\0x\0"s, 2, "C:\\a\0\xE9\0"s, u"C:\\a\0\u00E9\0"s},

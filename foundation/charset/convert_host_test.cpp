@@ -1,29 +1,19 @@
-#include <gtest/gtest.h>
-
 #include <stdexcept>
 
 #include "foundation/charset/convert.h"
 #include "foundation/charset/locale_info.h"
-#include "platform/host/fault.h"
-#include "platform/host/locale_host.h"
 #include "platform/locale.h"
+#include "testing/host.h"
 
 namespace owlkit {
 namespace {
 
 using enum ErrorPolicy;
-namespace host = platform::host;
+using namespace test;
+using SystemCharset = HostTest;
 
 // A code page that has no charset; its stand-in knows ISO-8859-1 without 0x80 to 0x9F.
 constexpr std::uint32_t kUnknownCodePage = 1257;
-
-class SystemCharset : public testing::Test {
-  protected:
-    void TearDown() override {
-        host::resetLocale();
-        platform::fault::disarm();
-    }
-};
 
 TEST_F(SystemCharset, IsResolvedAtUse) {
     EXPECT_EQ(ToWide("\xC3\xA9", kCharsetSystem), u"\u00E9");
@@ -97,19 +87,21 @@ TEST_F(SystemCharset, ThePlatformConvertsToNarrow) {
 }
 
 TEST_F(SystemCharset, AFailingPlatformIsReported) {
-    bool failed = false;
+    constexpr platform::Status kError = platform::kErrorInvalidParameter;
     for (const std::uint32_t call : {1u, 2u}) {  // for the length and for the text
         SCOPED_TRACE(call);
-        platform::fault::arm("MultiByteToWideChar", call, platform::kErrorInvalidParameter, true);
+        bool failed = false;
+        fault::arm("MultiByteToWideChar", call, kError, true);
         EXPECT_EQ(ToWide("ab", kCharsetPlatform, Replace, u'?', &failed), u"");
         EXPECT_TRUE(failed);
-        platform::fault::arm("WideCharToMultiByte", call, platform::kErrorInvalidParameter, true);
+        failed = false;
+        fault::arm("WideCharToMultiByte", call, kError, true);
         EXPECT_EQ(ToNarrow(u"ab", kCharsetPlatform, Replace, '?', &failed), "??");
         EXPECT_TRUE(failed);
-        platform::fault::arm("GetLocaleInfoW", call, platform::kErrorInvalidParameter, true);
+        fault::arm("GetLocaleInfoW", call, kError, true);
         EXPECT_EQ(platform::localeInfo(platform::kLocaleShortDate), u"");
     }
-    platform::fault::arm("GetCPInfoExW", 1, platform::kErrorInvalidParameter);
+    fault::arm("GetCPInfoExW", 1, kError);
     EXPECT_EQ(systemCharset(), kCharsetAscii);
 }
 

@@ -1,11 +1,13 @@
 // The standard alphabet held against the system's own base64 program.
+#include <gtest/gtest.h>
+
 #include <cstdio>
 #include <memory>
 #include <random>
 
 #include "foundation/codec/base64.h"
-#include "foundation/stream/memory_stream.h"
-#include "testing/streams.h"
+#include "testing/temporary.h"
+#include "testing/text.h"
 
 namespace owlkit {
 namespace {
@@ -24,9 +26,12 @@ TEST(Base64Host, AgreesWithTheSystemsProgram) {
         const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), &pclose);
         std::string expected(100000, '\0');
         expected.resize(std::fread(expected.data(), 1, expected.size(), pipe.get()));
-        MemoryStream source(bytes.data(), bytes.size());
+        MemoryStream source(bytes.data(), bytes.size()), decoded;
         std::string text;
         Base64Codec(76).encodeToString(source, text);
+        Base64Codec(0, Base64Alphabet::Standard, Base64Strays::IgnoreLineBreaks)
+            .decodeFromString(text, decoded);
+        EXPECT_EQ(bytesOf(decoded), bytes);
         // The program also ends a last line that is not full.
         if (!text.empty() && text.back() != '\n')
             text += '\n';

@@ -168,10 +168,12 @@ TEST_F(HostLife, LosesNothingByCommands) {
     setSetting(L"Enabled", REG_DWORD, std::string(4, '\0'));
     EXPECT_EQ(useCommands(one.get()), Lines());
     const ComPointer<IExplorerCommand> whileOff = makeRoot();  // keeps the module loaded
+    observe(GetModuleHandleW(kCommandModule));
     setSetting(L"Enabled", REG_DWORD, std::string("\1\0\0\0", 4));
+    setSetting(L"Language", REG_SZ, std::string("d\0e\0\0\0", 6));  // for the next process
     Lines again;
     useCommand(*makeRoot().get(), one.get(), again);
-    EXPECT_EQ(again.size(), lines.size());
+    EXPECT_EQ(again, lines);
 }
 
 TEST_F(HostLife, ShowsAndStartsByCommandsWhatTheContextMenuDoes) {

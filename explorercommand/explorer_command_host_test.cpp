@@ -225,6 +225,7 @@ TEST_F(ExplorerCommandTest, EnumeratesAsPromised) {
     ULONG fetched = 7;
     EXPECT_EQ(commands->Next(2, next, nullptr), E_POINTER);
     EXPECT_EQ(commands->Next(1, nullptr, &fetched), E_POINTER);
+    EXPECT_EQ(fetched, 0u);
     EXPECT_EQ(commands->Skip(8), S_OK);
     const auto copy = made<IEnumExplorerCommand>(
         [&](void** object) { return commands->Clone(reinterpret_cast<IEnumExplorerCommand**>(object)); });

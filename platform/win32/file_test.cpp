@@ -1,6 +1,7 @@
 #include "platform/file.h"
 
 #include "platform/win32/win32_api.h"
+#include "testing/imports_win32.h"
 #include "testing/streams.h"
 
 // The entries of this program's import table.
@@ -18,19 +19,14 @@ using namespace test;
 // Puts another function in the place of an imported one, for as long as it lives.
 class Replaced {
   public:
-    Replaced(void*& entry, void* function) : entry_(entry), original_(entry) { set(function); }
-    ~Replaced() { set(original_); }
+    Replaced(void*& entry, void* function) : entry_(entry), original_(entry) {
+        dll_tests::setSlot(&entry, function);
+    }
+    ~Replaced() { dll_tests::setSlot(&entry_, original_); }
     Replaced(const Replaced&) = delete;
     Replaced& operator=(const Replaced&) = delete;
 
   private:
-    void set(void* function) {
-        DWORD protection = 0;
-        VirtualProtect(&entry_, sizeof(entry_), PAGE_READWRITE, &protection);
-        entry_ = function;
-        VirtualProtect(&entry_, sizeof(entry_), protection, &protection);
-    }
-
     void*& entry_;
     void* original_;
 };

@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "platform/com.h"
-#include "tests/dll/imports.h"
+#include "testing/imports_win32.h"
 
 namespace dll_tests {
 

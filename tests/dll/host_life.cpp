@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/dll/imports.h"
+#include "testing/imports_win32.h"
 
 namespace dll_tests {
 namespace {

@@ -8,8 +8,8 @@
 
 #include "comserver/identifiers.h"
 #include "platform/com.h"
+#include "testing/footprint_win32.h"
 #include "tests/dll/faults.h"
-#include "tests/dll/footprint.h"
 #include "tools/rightclick/com_pointer.h"
 #include "tools/rightclick/shell_selection_win32.h"
 

@@ -1,4 +1,4 @@
-#include "tests/dll/footprint.h"
+#include "testing/footprint_win32.h"
 
 #include "platform/win32/win32_api.h"
 

@@ -111,27 +111,16 @@ class Items {
 
     std::string text() { return input_.ConsumeRandomLengthString(200); }
 
-    static constexpr auto write16 = [](Archive& s, const auto& v) { return s.writeInt16(v); };
     static constexpr auto write32 = [](Archive& s, const auto& v) { return s.writeInt32(v); };
     static constexpr auto write64 = [](Archive& s, const auto& v) { return s.writeInt64(v); };
     static constexpr auto writeFloating = [](Archive& s, const auto& v) { return s.writeFloating(v); };
-    static constexpr auto write8 = [](Archive& s, const auto& v) { return s.writeByte(v); };
     static constexpr auto value16 = [](Archive& s, const auto& v) { return s.writeValue16(v); };
-    static constexpr auto value32 = [](Archive& s, const auto& v) { return s.writeValue32(v); };
-    static constexpr auto value64 = [](Archive& s, const auto& v) { return s.writeValue64(v); };
 
     static constexpr std::int64_t (Items::*kKinds[])() = {
         &Items::number<int, write32, &Archive::readInt32>,
-        &Items::number<unsigned, write32, &Archive::readInt32>,
-        &Items::number<long, write32, &Archive::readInt32, int>,
         &Items::number<unsigned long, write32, &Archive::readInt32, unsigned>,
-        &Items::number<unsigned, value32, &Archive::readInt32>,
-        &Items::number<short, write16, &Archive::readInt16>,
         &Items::number<unsigned short, value16, &Archive::readInt16>,
-        &Items::number<unsigned char, write8, &Archive::readByte>,
         &Items::number<long long, write64, &Archive::readInt64>,
-        &Items::number<unsigned long long, value64, &Archive::readInt64>,
-        &Items::number<double, writeFloating, &Archive::readFloating>,
         &Items::number<float, writeFloating, &Archive::readFloating>,
         &Items::raw,
         &Items::narrowText,

@@ -128,13 +128,13 @@ TEST(Interlang, ActiveLanguageIsSettledAtTheEnd) {
 TEST(Interlang, LanguagesInUseNeedNotBeSetAgain) {
     const char16_t* const kNames[] = {u"en", u"de", u" fr ", u"fr", u"xx", u""};
     std::mt19937 random(1);
-    const auto name = [&] { return kNames[random() % std::size(kNames)]; };
     int kept = 0;
     for (int round = 0; round < 200; ++round) {
         interlang again, sparing;
         for (int step = 0; step < 8; ++step) {
-            const char16_t* const active = name();
-            const char16_t* const primary = name();
+            SCOPED_TRACE(testing::Message() << round << ' ' << step);
+            const char16_t* const active = kNames[random() % std::size(kNames)];
+            const char16_t* const primary = kNames[random() % std::size(kNames)];
             const bool brings = random() % 3 == 0 && *active != u'\0';
             for (interlang* const table : {&again, &sparing}) {
                 if (brings)
@@ -146,9 +146,8 @@ TEST(Interlang, LanguagesInUseNeedNotBeSetAgain) {
             }
             EXPECT_TRUE(brings || sparing.usesLanguages(active, primary));
             EXPECT_EQ(sparing.state(), again.state());
-            for (const std::u16string_view key : kNames)
-                EXPECT_EQ(sparing.GetText(key), again.GetText(key)) << round << ' ' << step;
-            EXPECT_EQ(sparing.GetText(u"k"), again.GetText(u"k")) << round << ' ' << step;
+            for (const std::u16string_view key : {u"k", u"en", u"de", u" fr ", u"fr", u"xx"})
+                EXPECT_EQ(sparing.GetText(key), again.GetText(key));
         }
     }
     EXPECT_GT(kept, 20);
@@ -157,6 +156,7 @@ TEST(Interlang, LanguagesInUseNeedNotBeSetAgain) {
     EXPECT_FALSE(loading.usesLanguages(u"", u""));
 }
 
+// A row each: what the narrow forms add is the conversion.
 TEST(Interlang, NarrowForms) {
     interlang table;
     table.BeginLoad();
@@ -178,15 +178,12 @@ TEST(Interlang, NarrowForms) {
     std::string text;
     EXPECT_TRUE(table.Find("\xE9", "\xC3\xA9", NotFoundMode::GiveNothing, &text, kCharsetUtf8));
     EXPECT_EQ(text, "%1\xC3\xA4");
-    EXPECT_FALSE(table.Find("en", "none", NotFoundMode::GiveKey, &text));
-    EXPECT_EQ(text, "none");
-    std::vector<std::string> names;
+    std::vector<std::string> names, keys;
     EXPECT_EQ(table.GetLanguages(names), 2u);
     EXPECT_EQ(names, (std::vector<std::string>{"\xE9", "en"}));
-    EXPECT_EQ(table.GetKeys(names), 2u);
-    EXPECT_EQ(names.front(), "k");
+    EXPECT_EQ(table.GetKeys(keys), 2u);
+    EXPECT_EQ(keys.front(), "k");
     EXPECT_FALSE(table.CheckConsistency(text, 1));
-    EXPECT_TRUE(text.starts_with("KEY: k\nObsolete Key?")) << text;
     EXPECT_TRUE(text.ends_with("report truncated.")) << text;
 }
 

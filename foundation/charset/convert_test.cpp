@@ -60,32 +60,14 @@ TEST(ToWide, DecodesUtf8) {
     }
 }
 
-TEST(ToWide, DecodesEveryTwoBytesOfUtf8) {
-    const auto alone = [](int byte) { return static_cast<char16_t>(byte < 0x80 ? byte : '?'); };
-    for (int a = 0; a < 256; ++a) {
-        for (int b = 0; b < 256; ++b) {
-            const char text[] = {static_cast<char>(a), static_cast<char>(b)};
-            std::u16string expected = {alone(a), alone(b)};
-            if (a >= 0xC2 && a <= 0xDF && b >= 0x80 && b <= 0xBF)
-                expected = {static_cast<char16_t>((a - 0xC0) * 64 + (b - 0x80))};
-            ASSERT_EQ(ToWide({text, 2}, kCharsetUtf8), expected) << a << ' ' << b;
-        }
-    }
-}
-
-TEST(Convert, Utf8BringsEveryCodeUnitBack) {
-    std::u16string all;
-    for (std::uint32_t unit = 0; unit <= 0xFFFF; ++unit) {
-        const std::u16string one(1, static_cast<char16_t>(unit));
-        ASSERT_EQ(ToWide(ToNarrow(one, kCharsetUtf8), kCharsetUtf8), one) << unit;
-        all += one;
-    }
-    // High after low, low after high, and pairs of both ends.
-    all += std::u16string(all.rbegin(), all.rend()) + std::u16string{0xD800, 0xDC00, 0xDBFF, 0xDFFF, 0xD800};
+TEST(Convert, Utf8TakesPairsAndLoneSurrogates) {
     bool failed = true;
-    EXPECT_EQ(ToWide(ToNarrow(all, kCharsetUtf8, Stop, '?', &failed), kCharsetUtf8, Stop), all);
+    const std::u16string units = {0xDFFF, 0xD83D, 0xDE00, 0xDE00, 0xDBFF, 0xD800, 0xDC00, 0xDBFF};
+    const std::string bytes =
+        "\xED\xBF\xBF\xF0\x9F\x98\x80\xED\xB8\x80\xED\xAF\xBF\xF0\x90\x80\x80\xED\xAF\xBF";
+    EXPECT_EQ(ToNarrow(units, kCharsetUtf8, Stop, '?', &failed), bytes);
     EXPECT_FALSE(failed);
-    EXPECT_EQ(ToNarrow(std::u16string{0xD83D, 0xDE00, 0xDE00}, kCharsetUtf8), "\xF0\x9F\x98\x80\xED\xB8\x80");
+    EXPECT_EQ(ToWide(bytes, kCharsetUtf8, Stop), units);
 }
 
 TEST(Convert, SingleByteDirectionsAreInverse) {
@@ -102,18 +84,6 @@ TEST(Convert, SingleByteDirectionsAreInverse) {
             encoded += table.encode(static_cast<char16_t>(unit)) != 0;
         EXPECT_EQ(encoded, defined) << charset;
     }
-}
-
-TEST(Convert, KeepsUndecodableBytes) {
-    std::string bytes;
-    std::uint32_t random = 1;
-    for (int i = 0; i < 20000; ++i) {
-        random = random * 1664525 + 1013904223;
-        if (random >> 24 != 0xED)  // may begin an encoded surrogate, which is no failure
-            bytes += static_cast<char>(random >> 24);
-    }
-    for (CharsetCode charset = kCharsetUtf8; charset < kCharsetCount; ++charset)
-        EXPECT_EQ(ToNarrow(ToWide(bytes, charset, KeepByte), charset, KeepByte), bytes) << charset;
 }
 
 TEST(Convert, FollowsThePolicyToWide) {

@@ -31,6 +31,7 @@ HRESULT CommandEnumerator::Next(ULONG count, IExplorerCommand** commands, ULONG*
         *fetched = 0;
     if (!commands || (!fetched && count != 1))
         return E_POINTER;
+    std::fill_n(commands, count, nullptr);
     return guard(E_OUTOFMEMORY, [&] {
         std::vector<std::unique_ptr<ExplorerCommand>> made;
         const std::size_t last = std::min<std::size_t>(entries_.size() - next_, count) + next_;

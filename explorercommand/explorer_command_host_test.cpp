@@ -230,8 +230,10 @@ TEST_F(ExplorerCommandTest, EnumeratesAsPromised) {
     const auto copy = made<IEnumExplorerCommand>(
         [&](void** object) { return commands->Clone(reinterpret_cast<IEnumExplorerCommand**>(object)); });
     EXPECT_EQ(commands->Skip(3), S_FALSE);
+    next[0] = reinterpret_cast<IExplorerCommand*>(this);
     EXPECT_EQ(commands->Next(1, next, &fetched), S_FALSE);
     EXPECT_EQ(fetched, 0u);
+    EXPECT_EQ(next[0], nullptr);
     EXPECT_EQ(copy->Next(12, next, &fetched), S_FALSE);
     ASSERT_EQ(fetched, 2u);
     EXPECT_EQ(offsetOf(*next[1]), kAbout);

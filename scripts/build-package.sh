@@ -4,7 +4,7 @@
 # VERSION is the project's, OUTPUT build/nmcommand.msix unless given. NAME is the subject of the certificate that signs it, to the letter
 # (CN=QuietOwl unless given): Windows registers no other. COMMAND is called with the name of the file behind it and signs it in place.
 # The package holds no program: it is registered with the folder of nmcommand.dll (docs/deployment.md). The same sources give the
-# same bytes; SOURCE_DATE_EPOCH is the time that they carry, that of the last commit unless set.
+# same bytes.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/packaging.sh"
 

@@ -41,23 +41,35 @@ class PackageTest(unittest.TestCase):
         cls.addClassCleanup(folder.cleanup)
         cls.work = pathlib.Path(folder.name)
         cls.file = cls.work / "one.msix"
-        build(cls.file, SOURCE_DATE_EPOCH="1700000000")
+        build(cls.file)
         with zipfile.ZipFile(cls.file) as archive:
-            cls.entries = archive.infolist()
-            cls.files = {entry.filename: archive.read(entry) for entry in cls.entries}
+            cls.files = {name: archive.read(name) for name in archive.namelist()}
         cls.manifest = ET.fromstring(cls.files["AppxManifest.xml"])
 
     def test_block_map_gives_every_file_and_block(self):
-        blocks = ET.fromstring(self.files["AppxBlockMap.xml"])
+        self.check_block_map(self.file)
+        logos, large = self.work / "logos", self.work / "large.msix"
+        logos.mkdir()
+        for name, size in (("empty", 0), ("full", 65536), ("large", 2 * 65536 + 1)):
+            (logos / f"{name}.png").write_bytes(bytes(number % 251 for number in range(size)))
+        subprocess.run([ROOT / "installer/package/make_package.py", "--version", "1.0.0.0", "--publisher", "CN=x", "--class-id", "x",
+                        "--logos", logos, large], check=True)
+        self.check_block_map(large)
+
+    def check_block_map(self, package):
+        with zipfile.ZipFile(package) as archive:
+            entries = archive.infolist()
+            files = {entry.filename: archive.read(entry) for entry in entries}
+        blocks = ET.fromstring(files["AppxBlockMap.xml"])
         self.assertEqual(blocks.get("HashMethod"), "http://www.w3.org/2001/04/xmlenc#sha256")
         listed = {element.get("Name").replace("\\", "/"): element for element in blocks.iter(BLOCK_MAP + "File")}
-        self.assertEqual(set(listed), set(self.files) - {"AppxBlockMap.xml", "[Content_Types].xml"})
-        raw = self.file.read_bytes()
-        for entry in self.entries:
+        self.assertEqual(set(listed), set(files) - {"AppxBlockMap.xml", "[Content_Types].xml"})
+        raw = package.read_bytes()
+        for entry in entries:
             if entry.filename not in listed:
                 continue
             with self.subTest(entry.filename):
-                data, element = self.files[entry.filename], listed[entry.filename]
+                data, element = files[entry.filename], listed[entry.filename]
                 self.assertEqual(int(element.get("Size")), len(data))
                 name, extra = struct.unpack_from("<HH", raw, entry.header_offset + 26)
                 self.assertEqual(int(element.get("LfhSize")), 30 + name + extra)
@@ -97,6 +109,13 @@ class PackageTest(unittest.TestCase):
                          ["runFullTrust", "unvirtualizedResources"])
         kinds = [element.get("Category") for element in self.manifest.find(f".//{FOUNDATION}Extensions")]
         self.assertEqual(kinds, ["windows.fileExplorerContextMenus", "windows.comServer"])
+        for element, attribute, form in (
+                ("Identity", "Name", r"[A-Za-z0-9.-]{3,50}"), ("Identity", "ProcessorArchitecture", "x64"),
+                ("TargetDeviceFamily", "MinVersion", r"10\.0\.22000\.0"), ("Application", "Id", r"[A-Za-z][A-Za-z0-9]{0,63}")):
+            self.assertRegex(self.manifest.find(f".//{FOUNDATION}{element}").get(attribute), f"^{form}$")
+        for verb in self.manifest.iter(DESKTOP5 + "Verb"):
+            self.assertRegex(verb.get("Id"), "^[A-Za-z][A-Za-z0-9]{0,63}$")
+            self.assertRegex(verb.get("Clsid"), "^[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$")
         declared = dict(re.findall(rb'xmlns:(\w+)="([^"]+)"', self.files["AppxManifest.xml"]))
         self.assertEqual(set(self.manifest.get("IgnorableNamespaces").split()), {name.decode() for name in declared})
 
@@ -114,7 +133,7 @@ class PackageTest(unittest.TestCase):
 
     def test_options(self):
         again = self.work / "again.msix"
-        build(again, SOURCE_DATE_EPOCH="1700000000", TZ="Asia/Tokyo")
+        build(again, SOURCE_DATE_EPOCH="1900000000", TZ="Asia/Tokyo")
         self.assertEqual(again.read_bytes(), self.file.read_bytes())
         build(again, "--publisher", 'CN="Owl & Sons", C=NL', "-v", "4.1.65535", "--sign", "printf signed >>")
         self.assertTrue(again.read_bytes().endswith(b"signed"))

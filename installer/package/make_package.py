@@ -3,15 +3,14 @@
 
     make_package.py --version A.B.C.D --publisher NAME --class-id ID --logos FOLDER OUTPUT.msix
 
-The same input gives the same bytes; SOURCE_DATE_EPOCH is the time that the files carry.
+The same input gives the same bytes: the files carry no time but the first that a zip file knows, for the installer's product code
+follows from this file too.
 """
 import argparse
 import base64
 import hashlib
-import os
 import pathlib
 import sys
-import time
 import xml.sax.saxutils
 import zipfile
 
@@ -50,10 +49,9 @@ def block_map(files):
 
 
 def write(output, files):
-    moment = max(int(os.environ.get("SOURCE_DATE_EPOCH", time.time())), 315532800)  # a zip file knows no time before 1980
     with zipfile.ZipFile(output, "w", zipfile.ZIP_STORED) as archive:
         for name, data in files.items():
-            entry = zipfile.ZipInfo(name, time.gmtime(moment)[:6])
+            entry = zipfile.ZipInfo(name)
             entry.create_system = 0  # no permissions
             archive.writestr(entry, data)
 

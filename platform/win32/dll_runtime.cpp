@@ -1,8 +1,8 @@
-// What nmshell.dll brings itself of the C++ runtime. A DLL that is loaded and unloaded a thousand times a day
-// must give back all that it took: the library keeps the exceptions in flight in thread-local storage that it
-// never frees, and sets memory aside for exceptions at every load. The four functions around exceptions that
-// stand here are those of the Itanium C++ ABI. Because they are linked first, the library's own, and the
-// thread library below them, stay out.
+// What the servers bring themselves of the C++ runtime. A DLL that is loaded and unloaded a thousand times a
+// day must give back all that it took: the library keeps the exceptions in flight in thread-local storage
+// that it never frees, and sets memory aside for exceptions at every load. The four functions around
+// exceptions that stand here are those of the Itanium C++ ABI. Because they are linked first, the library's
+// own, and the thread library below them, stay out.
 #include <atomic>
 #include <cstddef>
 #include <cstdint>

@@ -8,6 +8,7 @@ import struct
 import subprocess
 import tempfile
 import unittest
+import zipfile
 import xml.etree.ElementTree as xml
 
 from wine_session import BIN, ROOT, SETTINGS, WineTest, windows_path
@@ -200,6 +201,8 @@ class PackageTest(unittest.TestCase):
         other = build(self.work / "other.msi", "-b", changed, "-v", "4.0.3")
         codes = {table(package, "Property")["ProductCode"][0] for package in (again, other, PACKAGES / "new.msi")}
         self.assertEqual(len(codes), 3)
+        later = build(self.work / "later.msi", "-b", BIN, "-v", "4.0.3", SOURCE_DATE_EPOCH="1900000000")
+        self.assertEqual(table(later, "Property")["ProductCode"], table(again, "Property")["ProductCode"])
         for version in ("4.0", "4.0.65536", "256.0.0", "04.0.0", "4.0.0.1", "x"):
             finished = subprocess.run([ROOT / "scripts/build-msi.sh", "-b", BIN, "-v", version, self.work / "x.msi"],
                                       capture_output=True, check=False)
@@ -231,16 +234,19 @@ class PackageTest(unittest.TestCase):
             "-subj", "/CN=throwaway", "-addext", "extendedKeyUsage=codeSigning")
         sign = self.work / "sign.sh"
         sign.write_text(f"""#!/bin/sh -e
+            echo "${{1##*/}}" >>{self.work}/signed
+            case $1 in *.msix) exit ;; esac  # of which the installed osslsigncode may know nothing
             osslsigncode sign -certs {self.work}/cert.pem -key {self.work}/key.pem -h sha256 -in "$1" -out "$1.signed" >/dev/null
             mv "$1.signed" "$1"
-            echo "${{1##*/}}" >>{self.work}/signed
             """, encoding="utf-8")
         sign.chmod(0o755)
-        package = build(self.work / "signed.msi", "-b", BIN, "--sign", str(sign))
+        package = build(self.work / "signed.msi", "-b", BIN, "--sign", str(sign), "--publisher", "CN=throwaway")
         order = (self.work / "signed").read_text(encoding="utf-8").split()
         self.assertEqual(order, ["nmshell.dll", "nmcommand.dll", "nmshell-actions.dll", "nmshell-setup.exe", "nmshell-setupw.exe",
-                                 "nmshell.msi"])
+                                 "nmcommand.msix", "nmshell.msi"])
         run("msiextract", "-C", "out", package)
+        with zipfile.ZipFile(next((self.work / "out").rglob("nmcommand.msix"))) as archive:
+            self.assertIn(b'Publisher="CN=throwaway"', archive.read("AppxManifest.xml"))
         actions = run("msiinfo", "streams", package)
         self.assertIn("Binary.Actions", actions)
         with open(self.work / "actions.dll", "wb") as file:

@@ -53,8 +53,10 @@ void CommandMenu::open(const Request& request) {
     const HRESULT made = client_.createObject(nmshell::classIdFrom(nmshell::kCommandClassId),
                                               IID_IExplorerCommand, receive(root));
     if (made == kNotRegistered)
-        throw Failure(kExtensionUnavailable,
-                      "the class of the commands is not registered; --dll names the file");
+        throw Failure(
+            kExtensionUnavailable,
+            "the class of the commands is not registered for use in this process, which its package "
+            "does not do; --dll names the file");
     require(made, "the root command cannot be made");
     root_ = read(std::move(root));
 }

@@ -22,9 +22,11 @@ namespace {
 constexpr const char* kExitCodes =
     "Exit codes: 0 done, 2 wrong usage, 3 a named object is missing, 4 the extension is not registered, not "
     "approved,\n"
-    "switched off or without texts, 5 another failure of the platform or of the output, 6 the extension "
-    "refuses what --pick\n"
-    "chooses, or has no help text for an offset.";
+    "switched off or without texts (of these, --modern tells the first alone and shows the others as a "
+    "hidden root),\n"
+    "5 another failure of the platform or of the output, 6 the extension refuses what --pick chooses, or has "
+    "no help\n"
+    "text for an offset.";
 
 struct Arguments {
     std::vector<std::string> files;

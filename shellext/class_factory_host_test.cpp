@@ -20,7 +20,7 @@ class ClassFactoryTest : public ExtensionTest {
         const HRESULT result = getClassObject(module_, clsid, IID_IUnknown, &object);
         const Ref<IUnknown> held(static_cast<IUnknown*>(object));
         EXPECT_TRUE((held != nullptr) == (result == S_OK));
-        EXPECT_TRUE(module_.ModuleObjectCount == (held ? 1 : 0));
+        EXPECT_EQ(module_.ModuleObjectCount, held ? 1 : 0);
         return result;
     }
 };
@@ -44,8 +44,8 @@ TEST_F(ClassFactoryTest, ServesThreeClassesWhileEnabled) {
 
 TEST_F(ClassFactoryTest, CountsReferencesAndMakesObjects) {
     const Ref<IClassFactory> held = factory(SelectionKind::Drives);
-    EXPECT_TRUE(held->AddRef() == 2);
-    EXPECT_TRUE(held->Release() == 1);
+    EXPECT_EQ(held->AddRef(), 2u);
+    EXPECT_EQ(held->Release(), 1u);
     EXPECT_EQ(query<IUnknown>(held, IID_IUnknown).get(), held.get());
     void* none[] = {this, this, this, this};
     EXPECT_EQ(held->QueryInterface(IID_IContextMenu, &none[0]), E_NOINTERFACE);
@@ -124,7 +124,7 @@ TEST_F(LanguageTest, IsServedThroughTheExports) {
     EXPECT_EQ(initialize(enter(DLL_PROCESS_ATTACH)), S_OK);
     Ref<IContextMenu> menu = enter(DLL_PROCESS_DETACH, false);
     EXPECT_EQ(initialize(menu, {{u"a"}}), S_OK);
-    EXPECT_TRUE(show(menu) == 15);
+    EXPECT_EQ(show(menu), 15);
     EXPECT_TRUE(host::userInterface().liveBitmaps != 0);
     EXPECT_EQ(invoke(menu, 7), S_OK);
     EXPECT_EQ(lastStart(), u"open|" + folder() + u"nmark.exe|-cent ZAAAAMgAAAA=");

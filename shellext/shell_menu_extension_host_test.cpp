@@ -25,9 +25,9 @@ TEST_F(ShellMenuTest, KeepsTheRulesOfIdentity) {
     void* other = this;
     EXPECT_TRUE(init->QueryInterface(IID_IClassFactory, &other) == E_NOINTERFACE);
     EXPECT_TRUE(!other);
-    EXPECT_TRUE(init->AddRef() == 3);
-    EXPECT_TRUE(menu->Release() == 2);
-    EXPECT_TRUE(module_.ModuleObjectCount == 1);
+    EXPECT_EQ(init->AddRef(), 3u);
+    EXPECT_EQ(menu->Release(), 2u);
+    EXPECT_EQ(module_.ModuleObjectCount, 1);
 }
 
 TEST_F(ShellMenuTest, AddsEntriesWhenItMay) {
@@ -35,31 +35,31 @@ TEST_F(ShellMenuTest, AddsEntriesWhenItMay) {
     for (const UINT flags : {0u, 4u, ~11u, 1u, 2u, 8u, ~0u})
         EXPECT_EQ(show(menu, flags), flags & 11 ? 0 : 15) << flags;
     EXPECT_EQ(show(menu, CMF_NORMAL, 7, 7) + show(menu, CMF_NORMAL, 8, 7), 0);
-    EXPECT_TRUE(show(extension(Drives, {{u"D:\\"}})) == 15);
-    EXPECT_TRUE(shown_ == 6);
+    EXPECT_EQ(show(extension(Drives, {{u"D:\\"}})), 15);
+    EXPECT_EQ(shown_, 6u);
     setFlag(u"Icons", false);
     const Ref<IContextMenu> plain = extension(Files, {{u"a", false}, {u"b", false}});
     module_.bitmaps.clear();
-    EXPECT_TRUE(show(plain) == 15);
-    EXPECT_TRUE(host::userInterface().liveBitmaps == 0);
-    EXPECT_TRUE(show(menu) == 15);
+    EXPECT_EQ(show(plain), 15);
+    EXPECT_EQ(host::userInterface().liveBitmaps, 0);
+    EXPECT_EQ(show(menu), 15);
     EXPECT_TRUE(host::userInterface().liveBitmaps != 0);  // made while icons were on
-    EXPECT_TRUE(initialize(menu) == S_OK);
-    EXPECT_TRUE(show(menu) == 0);
+    EXPECT_EQ(initialize(menu), S_OK);
+    EXPECT_EQ(show(menu), 0);
     module_.languageLoaded = false;
     const Ref<IContextMenu> refused = extension(RecycleBin);
     EXPECT_EQ(show(refused) + show(plain), 0);
     module_.languageLoaded = true;
-    EXPECT_TRUE(show(refused) == 0);
-    EXPECT_TRUE(show(plain) == 15);
+    EXPECT_EQ(show(refused), 0);
+    EXPECT_EQ(show(plain), 15);
 }
 
 TEST_F(ShellMenuTest, IsSilentWhileARecycleBinMenuLives) {
     Ref<IContextMenu> bin = extension(RecycleBin), other = extension(RecycleBin);
     const Ref<IContextMenu> files = extension(Files, {{u"a"}});
-    EXPECT_TRUE(show(bin, CMF_DEFAULTONLY) == 0);
-    EXPECT_TRUE(show(files) == 15);
-    EXPECT_TRUE(show(bin) == 15);
+    EXPECT_EQ(show(bin, CMF_DEFAULTONLY), 0);
+    EXPECT_EQ(show(files), 15);
+    EXPECT_EQ(show(bin), 15);
     EXPECT_EQ(show(bin) + show(other) + show(files), 0);
     other.reset();
     EXPECT_EQ(show(files), 0);

@@ -29,13 +29,12 @@ TEST_F(SystemCharset, IsResolvedAtUse) {
 }
 
 TEST_F(SystemCharset, ThePlatformConvertsToWide) {
-    struct Case {
+    const struct Case {
         std::uint32_t codePage;
         std::string text;
         std::u16string expected;
         bool failed;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {kUnknownCodePage, std::string("a\0\xE9", 3), {u'a', 0, 0xE9}, false},
         {kUnknownCodePage, "a\x80", u"a\uFFFD", true},
         {65001, "\xC3\xA9\xF0\x9F\x98\x80", u"\u00E9\U0001F600", false},

@@ -30,12 +30,11 @@ TEST(Charset, NamesFitTheCodePages) {
 }
 
 TEST(ToWide, DecodesUtf8) {
-    struct Case {
+    const struct Case {
         const char* name;
         std::string text;
         std::u16string expected;  // with '?' for each failure
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"empty", "", u""},
         {"zero is a character", std::string("a\0b", 3), std::u16string(u"a\0b", 3)},
         {"two bytes", "\xC3\xA9", u"\u00E9"},
@@ -87,13 +86,12 @@ TEST(Convert, SingleByteDirectionsAreInverse) {
 }
 
 TEST(Convert, FollowsThePolicyToWide) {
-    struct Case {
+    const struct Case {
         CharsetCode charset;
         ErrorPolicy policy;
         char16_t replacement;
         std::u16string expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {kCharsetAscii, Replace, u'\u20AC', u"a\u20AC\u20ACz"},
         {kCharsetUtf8, Replace, 0, u"az"},
         {kCharsetAscii, Stop, u'?', u"a"},

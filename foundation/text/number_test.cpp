@@ -40,7 +40,7 @@ TEST(FormatNumber, AgreesWithPrintf) {
 }
 
 TEST(ParseNumber, TakesWhatIsANumber) {
-    struct Case {
+    const struct Case {
         const char* name;
         std::string_view text;
         std::string_view separator;
@@ -49,8 +49,7 @@ TEST(ParseNumber, TakesWhatIsANumber) {
         std::uint64_t value;
         std::uint32_t radixOut;
         bool negative;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"empty", "", "", 10, 0, 0, 10, false},
         {"white space before", " \t\n12 3", "", 10, 5, 12, 10, false},
         {"white space alone", "  ", "", 10, 2, 0, 10, false},

@@ -19,9 +19,8 @@ void bytesToWide(const std::string& bytes, owlkit::CharsetCode charset, ErrorPol
     // An encoded surrogate pair is taken, though another one is written.
     if (!failed && charset != owlkit::kCharsetUtf8)
         require(ToNarrow(wide, charset) == bytes);
-    // Bytes that are none are kept and come back.
-    if (policy == ErrorPolicy::KeepByte &&
-        (charset != owlkit::kCharsetUtf8 || bytes.find('\xED') == bytes.npos))
+    // Bytes that are none are kept and come back, unless an encoded surrogate looks like one of them.
+    if (policy == ErrorPolicy::KeepByte && bytes.find('\xED') == bytes.npos)
         require(ToNarrow(wide, charset, policy) == bytes);
     bool stopped = false;
     const std::u16string start = ToWide(bytes, charset, ErrorPolicy::Stop, u'?', &stopped);

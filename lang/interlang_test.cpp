@@ -99,6 +99,11 @@ TEST(Interlang, FindAndItsModes) {
               "interlang translation not found for key 'EN%2%1'");
     EXPECT_FALSE(table.HasText(u"EN%2%1", u"de"));
     EXPECT_EQ(table.GetTextWithArgs(u"EN%2%1", u"%2%1", u"b"), u"ENbb%1en");
+    table.BeginLoad();
+    table.Clear();
+    table.EndLoad();
+    load(table, {{u"both", u"en"}}, nullptr);
+    EXPECT_EQ(table.GetText(u"both", u"de"), u"both") << "what was set is removed too";
 }
 
 TEST(Interlang, ActiveLanguageIsSettledAtTheEnd) {

@@ -5,10 +5,8 @@
 #include "foundation/charset/convert.h"
 #include "foundation/errors.h"
 #include "foundation/text/text.h"
-#include "lang/consistency.h"
 #include "lang/escapes.h"
 #include "lang/language_reader.h"
-#include "lang/language_writer.h"
 #include "platform/locale.h"
 
 namespace owlkit {
@@ -50,14 +48,14 @@ void interlang::Clear() {
     active_.clear();
     activeSource_ = ActiveSource::Named;
     primary_.clear();
-    currentKey_.clear();
+    currentKey_ = {};
     SetLanguage(u"");
     notFoundMode_ = NotFoundMode::UsePrimary;
 }
 
 void interlang::BeginLoad() {
     requireNotLoading();
-    currentKey_.clear();
+    currentKey_ = {};
     currentLanguage_.clear();
     currentPlace_.reset();
     state_ = State::Loading;
@@ -69,7 +67,7 @@ void interlang::EndLoad() {
     requireLoading();
     if (!knowsLanguage(activeLanguage()))
         activeSource_ = settledSource(activeLanguage(), primary_);
-    currentKey_.clear();
+    currentKey_ = {};
     currentLanguage_.clear();
     state_ = State::Built;
 }
@@ -93,7 +91,7 @@ bool interlang::usesLanguages(std::u16string_view active, std::u16string_view pr
 
 void interlang::SetKey(std::u16string_view key) {
     requireLoading();
-    currentKey_ = key;
+    currentKey_ = pool_.keep(ToNarrow(key, kCharsetUtf8));
 }
 
 void interlang::SetLanguage(std::u16string_view name) {
@@ -106,25 +104,31 @@ void interlang::AddText(std::u16string_view text) {
     requireLoading();
     if (currentKey_.empty() || currentLanguage_.empty())
         throwInvalidState();
-    std::u16string decoded;
-    if (text.find(u'\\') != text.npos) {
-        decoded = text;
-        decodeEscapes(decoded);
-        text = decoded;
-    }
-    const std::u16string_view kept = pool_.keep(text);
+    std::u16string decoded(text);
+    decodeEscapes(decoded);
+    storeText(pool_.keep(ToNarrow(decoded, kCharsetUtf8)));
+}
+
+// Stores a text that the pool keeps, its escapes decoded.
+void interlang::storeText(std::string_view text) {
+    std::vector<std::string_view>& texts = currentEntry().texts;
+    const std::size_t key = placeOfCurrentKey();
+    if (key >= texts.size())
+        texts.resize(key + 1);
+    texts[key] = text;
+    lastKey_ = key;
+}
+
+interlang::Language& interlang::currentEntry() {
     if (!currentPlace_)
         currentPlace_ = placeOf(currentLanguage_);
     if (!currentPlace_) {
-        languages_.push_back({currentLanguage_, {}});
+        Language added{currentLanguage_, {}};
+        added.texts.reserve(expectedKeys_);
+        languages_.push_back(std::move(added));
         currentPlace_ = languages_.size() - 1;
     }
-    const std::size_t key = placeOfCurrentKey();
-    std::vector<std::u16string_view>& texts = languages_[*currentPlace_].texts;
-    if (key >= texts.size())
-        texts.resize(key + 1);
-    texts[key] = kept;
-    lastKey_ = key;
+    return languages_[*currentPlace_];
 }
 
 // Files have their keys in the same order, so the next one is tried first.
@@ -160,26 +164,8 @@ bool interlang::HasLanguage(std::u16string_view name) const {
     return knowsLanguage(name);
 }
 
-std::size_t interlang::GetLanguages(std::vector<std::u16string>& names) const {
-    requireNotLoading();
-    names.clear();
-    names.reserve(languages_.size());
-    for (const Language& language : languages_)
-        names.push_back(language.name);
-    return names.size();
-}
-
-std::size_t interlang::GetKeys(std::vector<std::u16string>& keys) const {
-    requireNotLoading();
-    keys.clear();
-    keys.reserve(keys_.size());
-    for (const std::size_t place : keys_.sorted())
-        keys.emplace_back(keys_[place]);
-    return keys.size();
-}
-
 // Lies nowhere when there is none.
-std::u16string_view interlang::storedText(std::u16string_view language, std::u16string_view key) const {
+std::string_view interlang::storedText(std::u16string_view language, std::u16string_view key) const {
     const std::optional<std::size_t> place = placeOf(language);
     const std::optional<std::size_t> at = place ? keys_.find(key) : std::nullopt;
     if (!at || *at >= languages_[*place].texts.size())
@@ -190,7 +176,7 @@ std::u16string_view interlang::storedText(std::u16string_view language, std::u16
 bool interlang::Find(std::u16string_view language, std::u16string_view key, NotFoundMode mode,
                      std::u16string* out) const {
     requireNotLoading();
-    std::u16string_view text = storedText(language, key);
+    std::string_view text = storedText(language, key);
     if (text.data() == nullptr && mode == NotFoundMode::UsePrimary)
         text = storedText(primary_, key);
     const bool found = text.data() != nullptr;
@@ -198,7 +184,7 @@ bool interlang::Find(std::u16string_view language, std::u16string_view key, NotF
         throwNoTranslation(key);
     if (out != nullptr) {
         if (found)
-            *out = text;
+            *out = ToWide(text, kCharsetUtf8);
         else if (mode == NotFoundMode::UsePrimary || mode == NotFoundMode::GiveKey)
             *out = key;
         else
@@ -226,14 +212,6 @@ std::u16string interlang::GetTextWithArgs(std::u16string_view key, std::u16strin
 
 bool interlang::Parse(ByteStream& stream, std::uint32_t& line, ReadObserver* observer) {
     return readLanguages(*this, stream, line, observer);
-}
-
-bool interlang::Write(ByteStream& out, std::u16string_view language, std::u16string_view reference) const {
-    return writeLanguages(*this, out, language, reference);
-}
-
-bool interlang::CheckConsistency(std::u16string& report, std::int32_t maximum) const {
-    return checkConsistency(*this, report, maximum);
 }
 
 }  // namespace owlkit

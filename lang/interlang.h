@@ -10,6 +10,7 @@
 
 #include "foundation/charset/charset.h"
 #include "lang/key_table.h"
+#include "lang/text_pool.h"
 
 namespace owlkit {
 
@@ -24,8 +25,8 @@ enum class NotFoundMode : std::uint32_t {
     Throw = 3,        // std::runtime_error "interlang translation not found for key 'KEY'"
 };
 
-// Keys, language names and texts are compared by code unit, letter case included.
-//
+// Keys, language names and texts are compared by code unit, letter case included. Keys and texts are kept in
+// UTF-8, from which each code unit comes back: so those of a file lie where they were read.
 // The table is filled between BeginLoad and EndLoad and asked afterwards. "Loading" below marks operations
 // that need the first, "built" those that need the second; called in the wrong state they throw
 // std::logic_error "invalid state". A table into which nothing was ever loaded (empty) answers the built
@@ -33,11 +34,9 @@ enum class NotFoundMode : std::uint32_t {
 class interlang {
   public:
     enum class State : std::uint32_t { Empty = 0, Loading = 1, Built = 2 };
-
     interlang() = default;
     interlang(const interlang&) = delete;
     interlang& operator=(const interlang&) = delete;
-
     State state() const { return state_; }
 
     // Loading: removes all that was loaded and set; the table stays loading.
@@ -61,8 +60,6 @@ class interlang {
     // trimmed, the key is not.
     void SetKey(std::u16string_view key);
     void SetLanguage(std::u16string_view name);
-    const std::u16string& currentKey() const { return currentKey_; }
-    const std::u16string& currentLanguage() const { return currentLanguage_; }
 
     // Loading, with a current key and a current language: decodes the escapes of `text` (lang/escapes.h) and
     // stores it, in place of an earlier text of the same key and language.
@@ -95,9 +92,8 @@ class interlang {
     // Built: whether every key has a text in every language; see checkConsistency in lang/consistency.h.
     bool CheckConsistency(std::u16string& report, std::int32_t maximum) const;
 
-    // The narrow forms, which the extension itself does not call. They convert at the boundary, with '?' for
-    // what cannot be converted: language names as ISO-8859-1, keys and texts in the system charset or in the
-    // one given.
+    // The narrow forms, which the extension itself does not call: language names in ISO-8859-1, keys and
+    // texts in the system charset or the one given, '?' for what cannot be converted.
     void SetLanguages(std::string_view active, std::string_view primary);
     void SetKey(std::string_view key, CharsetCode charset = kCharsetSystem);
     void SetLanguage(std::string_view name);
@@ -117,33 +113,36 @@ class interlang {
     bool CheckConsistency(std::string& report, std::int32_t maximum) const;
 
   private:
+    friend class LanguageFileReader;
     enum class ActiveSource { Named, Primary, First };
-    // A language of the list and its texts, by the places of their keys. One that is missing lies nowhere, or
-    // behind the last.
+    // Texts lie at the places of their keys; one that is missing lies nowhere, or behind the last.
     struct Language {
         std::u16string name;
-        std::vector<std::u16string_view> texts;
+        std::vector<std::string_view> texts;
     };
 
     void requireLoading() const;
     void requireNotLoading() const;
     std::optional<std::size_t> placeOf(std::u16string_view language) const;
     bool knowsLanguage(std::u16string_view name) const { return placeOf(name).has_value(); }
-    std::u16string_view storedText(std::u16string_view language, std::u16string_view key) const;
+    std::string_view storedText(std::u16string_view language, std::u16string_view key) const;
     std::u16string_view activeLanguage() const;
     ActiveSource settledSource(std::u16string_view active, std::u16string_view primary) const;
+    void storeText(std::string_view text);
+    Language& currentEntry();
     std::size_t placeOfCurrentKey();
 
     KeyTable keys_;
-    TextPool pool_;                    // the texts of all languages; one that was replaced stays in it
+    TextPool pool_;                    // of all keys and texts; what was replaced stays in it
     std::vector<Language> languages_;  // in the order in which they were first met, each exactly once
     std::u16string active_;            // in use as long as the source is Named
     ActiveSource activeSource_ = ActiveSource::Named;
     std::u16string primary_;
-    std::u16string currentKey_;
+    std::string_view currentKey_;  // in the pool
     std::u16string currentLanguage_;
     std::optional<std::size_t> currentPlace_;  // of the current language, once it has been looked up
     std::size_t lastKey_ = 0;                  // the place of the key of the last text
+    std::size_t expectedKeys_ = 0;             // in each language that is new
     State state_ = State::Empty;
     NotFoundMode notFoundMode_ = NotFoundMode::UsePrimary;
 };

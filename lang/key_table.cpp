@@ -1,32 +1,51 @@
 #include "lang/key_table.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
-#include <numeric>
+#include <iterator>
+
+#include "foundation/charset/conversion_runs.h"
+#include "foundation/charset/convert.h"
 
 namespace owlkit {
 namespace {
 
-constexpr std::size_t kFirstSlots = 64;
+constexpr std::size_t kFirstKeys = 42;  // for 64 slots
+constexpr std::size_t kUsualKey = 64;   // code units; a longer key is converted on the heap
+constexpr std::size_t kMostOfUnit = 3;  // bytes that a code unit becomes
 
-// Four code units at a time: multiplied, and the high half folded in, since slots are taken by the low bits.
-std::uint32_t hashOf(std::u16string_view key) {
+std::uint64_t eightBytes(const char* from) {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, from, sizeof bytes);
+    return bytes;
+}
+
+// Eight bytes at a time, the last eight again for the rest. A product's bits hang on lower ones only, but
+// keys differ in their last bytes: so the high half is folded in after each, and taken in the end.
+std::uint32_t hashOf(std::string_view key) {
+    constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15;
     std::uint64_t hash = key.size();
-    while (!key.empty()) {
-        std::uint64_t units = 0;
-        const std::size_t count = std::min<std::size_t>(key.size(), 4);
-        std::memcpy(&units, key.data(), count * sizeof(char16_t));
-        hash = (hash ^ units) * 0x9E3779B97F4A7C15;
+    const auto take = [&hash](std::uint64_t bytes) {
+        hash = (hash ^ bytes) * kFactor;
         hash ^= hash >> 32;
-        key.remove_prefix(count);
-    }
-    return static_cast<std::uint32_t>(hash);
+    };
+    const std::size_t whole = key.size() / 8 * 8;
+    for (std::size_t at = 0; at < whole; at += 8)
+        take(eightBytes(key.data() + at));
+    std::uint64_t rest = 0;
+    if (whole == 0)
+        std::memcpy(&rest, key.data(), key.size());
+    else if (whole != key.size())
+        rest = eightBytes(key.data() + key.size() - 8);
+    take(rest);
+    return static_cast<std::uint32_t>(hash * kFactor >> 32);
 }
 
 }  // namespace
 
 // The slot that holds the key, or the empty one where it belongs. There must be slots.
-std::size_t KeyTable::slotOf(std::u16string_view key, std::uint32_t hash) const {
+std::size_t KeyTable::slotOf(std::string_view key, std::uint32_t hash) const {
     const std::size_t mask = slots_.size() - 1;
     std::size_t at = hash & mask;
     while (slots_[at].number != 0 && (slots_[at].hash != hash || keys_[slots_[at].number - 1] != key))
@@ -35,24 +54,41 @@ std::size_t KeyTable::slotOf(std::u16string_view key, std::uint32_t hash) const 
 }
 
 std::optional<std::size_t> KeyTable::find(std::u16string_view key) const {
+    if (key.size() > kUsualKey)
+        return findUtf8(ToNarrow(key, kCharsetUtf8));
+    std::uint8_t bytes[kUsualKey * kMostOfUnit + kRunSlack];
+    const char16_t* in = key.data();
+    std::uint8_t* out = bytes;
+    encodeUtf8Run(in, in + key.size(), out, std::end(bytes), false);
+    return findUtf8({reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(out - bytes)});
+}
+
+std::optional<std::size_t> KeyTable::findUtf8(std::string_view key) const {
     const std::uint32_t number = slots_.empty() ? 0 : slots_[slotOf(key, hashOf(key))].number;
     return number == 0 ? std::nullopt : std::optional<std::size_t>(number - 1);
 }
 
-std::size_t KeyTable::findOrAdd(std::u16string_view key) {
+std::size_t KeyTable::findOrAdd(std::string_view key) {
     if ((keys_.size() + 1) * 3 > slots_.size() * 2)
-        grow();
+        makeSlots(std::max(keys_.size() * 2, kFirstKeys));
     const std::uint32_t hash = hashOf(key);
     Slot& slot = slots_[slotOf(key, hash)];
     if (slot.number == 0) {
-        keys_.push_back(texts_.keep(key));
+        keys_.push_back(key);
         slot = {hash, static_cast<std::uint32_t>(keys_.size())};
     }
     return slot.number - 1;
 }
 
-void KeyTable::grow() {
-    std::vector<Slot> larger(std::max(slots_.size() * 2, kFirstSlots));
+void KeyTable::reserve(std::size_t count) {
+    keys_.reserve(count);
+    if (count * 3 > slots_.size() * 2)
+        makeSlots(count);
+}
+
+// As many slots as so many keys need.
+void KeyTable::makeSlots(std::size_t keys) {
+    std::vector<Slot> larger(std::bit_ceil(keys + (keys + 1) / 2));
     slots_.swap(larger);
     for (const Slot& slot : larger)
         if (slot.number != 0)
@@ -61,16 +97,7 @@ void KeyTable::grow() {
 
 void KeyTable::clear() {
     keys_.clear();
-    texts_.clear();
     slots_.clear();
-}
-
-std::vector<std::size_t> KeyTable::sorted() const {
-    std::vector<std::size_t> places(keys_.size());
-    std::iota(places.begin(), places.end(), std::size_t{0});
-    std::sort(places.begin(), places.end(),
-              [this](std::size_t a, std::size_t b) { return keys_[a] < keys_[b]; });
-    return places;
 }
 
 }  // namespace owlkit

@@ -1,10 +1,15 @@
 #include "lang/language_reader.h"
 
+#include <emmintrin.h>
+
+#include <algorithm>
+#include <bit>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
+#include "foundation/charset/convert.h"
 #include "foundation/errors.h"
 #include "foundation/stream/memory_stream.h"
 #include "foundation/stream/text_units.h"
@@ -15,38 +20,73 @@ namespace {
 
 constexpr std::size_t kSampleSize = 2048;
 constexpr std::uint32_t kNotRead = 0xFFFFFFFF;
+constexpr std::size_t kUsualEntry = 64;          // bytes of a key and its text in a file
+constexpr std::size_t kMostExpected = 1u << 17;  // keys; a file of comments is to reserve no more
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
-bool isComment(std::u16string_view line) {
-    return line.starts_with(u'#') || line.starts_with(u"//");
+// Where in `text` the byte is, or its size: sixteen at a time, as the C library of Windows does not look for
+// it.
+std::size_t placeOf(char byte, std::string_view text) {
+    const __m128i wanted = _mm_set1_epi8(byte);
+    std::size_t at = 0;
+    for (; text.size() - at >= sizeof wanted; at += sizeof wanted) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
+        if (const int found = _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, wanted)); found != 0)
+            return at + static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(found)));
+    }
+    while (at < text.size() && text[at] != byte)
+        ++at;
+    return at;
+}
+
+std::u16string wide(std::string_view text) {
+    return ToWide(text, kCharsetUtf8);
+}
+
+bool isComment(std::string_view line) {
+    return line.starts_with('#') || line.starts_with("//");
 }
 
 // A record's text as it grows: a part of the file until it is continued.
 class Pending {
   public:
-    std::u16string_view text() const { return text_; }
+    std::string_view text() const { return text_; }
     bool empty() const { return text_.empty(); }
-    void set(std::u16string_view text) { text_ = text; }
-    void append(std::u16string_view line) {
+    void set(std::string_view text) { text_ = text; }
+    void append(std::string_view line) {
         if (text_.data() != joined_.data())
             joined_ = text_;
-        joined_ += u' ';
+        joined_ += ' ';
         joined_ += line;
         text_ = joined_;
     }
-    std::u16string_view take() { return std::exchange(text_, {}); }
+    // Where it stays: a joined one goes into `pool`.
+    std::string_view take(TextPool& pool) {
+        if (text_.data() == joined_.data())
+            text_ = pool.keep(text_);
+        return std::exchange(text_, {});
+    }
 
   private:
-    std::u16string_view text_;
-    std::u16string joined_;
+    std::string_view text_;
+    std::string joined_;
 };
 
-// The grammar of language files, fed one line at a time. Lines must stay where they are.
-class Reader {
+}  // namespace
+
+// The grammar of language files, fed one line at a time. The lines lie in the pool of the table.
+class LanguageFileReader {
   public:
-    Reader(interlang& table, ReadObserver* observer) : table_(table), observer_(observer) {}
+    LanguageFileReader(interlang& table, ReadObserver* observer) : table_(table), observer_(observer) {}
+
+    // See readLanguages().
+    bool read(ByteStream& stream, std::uint32_t& line);
+
+  private:
+    enum class Record { None, Key, Language, Text };
 
     // False on a syntax error. `atEnd` tells that this is the last line.
-    bool line(std::u16string_view text, std::uint32_t number, bool atEnd) {
+    bool line(std::string_view text, std::uint32_t number, bool atEnd) {
         text = trim(text);
         number_ = number;
         if (text.empty() || isComment(text))
@@ -56,12 +96,9 @@ class Reader {
         return last_ == Record::None || commit(atEnd);
     }
 
-  private:
-    enum class Record { None, Key, Language, Text };
-
-    void tell(LineKind kind, std::u16string_view content) {
+    void tell(LineKind kind, std::string_view content) {
         if (observer_ != nullptr)
-            observer_->line(number_, kind, content);
+            observer_->line(number_, kind, wide(content));
     }
 
     bool fail(SyntaxRule rule) {
@@ -70,17 +107,17 @@ class Reader {
         return false;
     }
 
-    bool record(std::u16string_view text) {
-        if (text.starts_with(u"KEY:"))
+    bool record(std::string_view text) {
+        if (text.starts_with("KEY:"))
             return keyRecord(trimLeft(text.substr(4)));
-        if (text.starts_with(u"LANG:"))
+        if (text.starts_with("LANG:"))
             return languageRecord(trimLeft(text.substr(5)));
-        if (text.starts_with(u"TEXT:"))
+        if (text.starts_with("TEXT:"))
             return textRecord(trimLeft(text.substr(5)));
         return continuation(text);
     }
 
-    bool keyRecord(std::u16string_view payload) {
+    bool keyRecord(std::string_view payload) {
         tell(LineKind::Key, payload);
         if (!key_.empty())
             return fail(SyntaxRule::KeyAfterKey);
@@ -89,14 +126,14 @@ class Reader {
         return true;
     }
 
-    bool languageRecord(std::u16string_view payload) {
+    bool languageRecord(std::string_view payload) {
         tell(LineKind::Language, payload);
         language_ = payload;
         last_ = Record::Language;
         return true;
     }
 
-    bool textRecord(std::u16string_view payload) {
+    bool textRecord(std::string_view payload) {
         tell(LineKind::Text, payload);
         if (textPending_)
             return fail(SyntaxRule::TextAfterText);
@@ -107,7 +144,7 @@ class Reader {
         return true;
     }
 
-    bool continuation(std::u16string_view text) {
+    bool continuation(std::string_view text) {
         tell(LineKind::Continuation, text);
         if (last_ != Record::Key && last_ != Record::Text)
             return fail(SyntaxRule::NothingToContinue);
@@ -129,26 +166,31 @@ class Reader {
             return true;
         takeKey();
         if (last_ == Record::Language && !language_.empty())
-            table_.SetLanguage(std::exchange(language_, {}));
+            table_.SetLanguage(wide(std::exchange(language_, {})));
         return true;
     }
 
     void takeKey() {
         if (!key_.empty())
-            table_.SetKey(key_.take());
+            table_.currentKey_ = key_.take(table_.pool_);
     }
 
     bool storeText() {
         if (!textPending_)
             return true;
-        if (table_.currentKey().empty())
+        if (table_.currentKey_.empty())
             return fail(SyntaxRule::NoKey);
-        if (table_.currentLanguage().empty())
+        if (table_.currentLanguage_.empty())
             return fail(SyntaxRule::NoLanguage);
         textPending_ = false;
         if (observer_ != nullptr)
-            observer_->stored({textLine_, table_.currentKey(), table_.currentLanguage(), text_.text()});
-        table_.AddText(text_.take());
+            observer_->stored(
+                {textLine_, wide(table_.currentKey_), table_.currentLanguage_, wide(text_.text())});
+        const std::string_view text = text_.take(table_.pool_);
+        if (placeOf('\\', text) == text.size())
+            table_.storeText(text);
+        else
+            table_.AddText(wide(text));
         return true;
     }
 
@@ -156,62 +198,80 @@ class Reader {
     ReadObserver* observer_;
     std::uint32_t number_ = 0;
     Record last_ = Record::None;
-    Pending key_;                   // while not empty
-    std::u16string_view language_;  // pending while not empty
+    Pending key_;                // while not empty
+    std::string_view language_;  // pending while not empty
     Pending text_;
     bool textPending_ = false;  // a pending text may be empty
     std::uint32_t textLine_ = 0;
 };
 
-// What remains of a stream, decoded.
+namespace {
+
+// What remains of a stream, as UTF-8 that comes back from ToWide.
 struct Content {
-    std::u16string text;
+    std::string_view text;
     bool cut = false;  // the end cuts a unit, which then counts as a line's last
 };
 
-// False when the encoding or not all of it could be read. All is read before any is looked at: a read that
-// fails once within a line and then goes on would otherwise make two lines of it.
-bool readContent(ByteStream& stream, Content& content) {
-    const std::int64_t left = stream.remaining();
-    if (!stream.isReadable() || left > MemoryStream::kMaximumSize)
-        return false;
-    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(left));
-    if (stream.read(bytes.data(), bytes.size()) != bytes.size())
-        return false;
-    MemoryStream rest(std::move(bytes));
-    rest.setSettings(stream.settings());
+// Nearly all files are UTF-8 that can stay as it is; of any other `bytes` the text is written as UTF-8.
+bool decodeContent(std::string_view bytes, const StreamSettings& settings, TextPool& pool, Content& content) {
+    MemoryStream rest(bytes.data(), bytes.size());
+    rest.setSettings(settings);
     if (!rest.detectTextEncoding(kSampleSize))
         return false;
     const TextFormat format = {rest.textEncoding(), rest.charset(), rest.byteOrder() == ByteOrder::BigEndian};
-    const auto size = static_cast<std::size_t>(rest.remaining());
-    content.text = decodeUnits({reinterpret_cast<const char*>(rest.data() + rest.position()), size}, format);
-    content.cut = size % unitWidth(format, true) != 0;
+    bytes.remove_prefix(static_cast<std::size_t>(rest.position()));
+    content.text = pool.keep(ToNarrow(decodeUnits(bytes, format), kCharsetUtf8));
+    content.cut = bytes.size() % unitWidth(format, true) != 0;
+    return true;
+}
+
+// False when the encoding or not all of it could be read. All is read before any is looked at: a read that
+// fails once within a line and then goes on would otherwise make two lines of it.
+bool readContent(ByteStream& stream, TextPool& pool, Content& content) {
+    const std::int64_t left = stream.remaining();
+    if (!stream.isReadable() || left > MemoryStream::kMaximumSize)
+        return false;
+    const auto size = static_cast<std::size_t>(left);
+    auto bytes = std::make_unique_for_overwrite<char[]>(size);
+    if (stream.read(bytes.get(), size) != size)
+        return false;
+    const std::string_view text(bytes.get(), size);
+    if (!comesBackFromWide(text))
+        return decodeContent(text, stream.settings(), pool, content);
+    pool.takeOver(std::move(bytes));
+    content.text = text.substr(text.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0);
     return true;
 }
 
 }  // namespace
 
+bool LanguageFileReader::read(ByteStream& stream, std::uint32_t& line) {
+    Content content;
+    if (!readContent(stream, table_.pool_, content)) {
+        line = kNotRead;
+        return false;
+    }
+    std::string_view rest = content.text;
+    table_.expectedKeys_ = std::min(rest.size() / kUsualEntry, kMostExpected);
+    table_.keys_.reserve(table_.expectedKeys_);
+    while (!rest.empty() || content.cut) {
+        ++line;
+        const std::size_t end = placeOf('\n', rest);
+        const std::string_view text = rest.substr(0, end);
+        content.cut = content.cut && end != rest.size();
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+        if (!this->line(text, line, rest.empty() && !content.cut))
+            return false;
+    }
+    return true;
+}
+
 bool readLanguages(interlang& table, ByteStream& stream, std::uint32_t& line, ReadObserver* observer) {
     if (table.state() != interlang::State::Loading)
         throwInvalidState();
     line = 0;
-    Content content;
-    if (!readContent(stream, content)) {
-        line = kNotRead;
-        return false;
-    }
-    Reader reader(table, observer);
-    std::u16string_view rest = content.text;
-    while (!rest.empty() || content.cut) {
-        ++line;
-        const std::size_t end = rest.find(u'\n');
-        const std::u16string_view text = rest.substr(0, end);
-        content.cut = content.cut && end != rest.npos;
-        rest = end == rest.npos ? std::u16string_view() : rest.substr(end + 1);
-        if (!reader.line(text, line, rest.empty() && !content.cut))
-            return false;
-    }
-    return true;
+    return LanguageFileReader(table, observer).read(stream, line);
 }
 
 }  // namespace owlkit

@@ -13,13 +13,21 @@ namespace owlkit {
 class TextPool {
   public:
     // A copy of `text` that lasts until clear(). Its address is not null, even when it is empty.
-    std::u16string_view keep(std::u16string_view text) {
-        if (text.size() >= free_.size())
-            addBlock(std::max(text.size() + 1, kBlock));
+    std::string_view keep(std::string_view text) {
+        if (text.size() >= free_.size()) {
+            const std::size_t size = std::max(text.size() + 1, kBlock);
+            free_ = {takeOver(std::make_unique_for_overwrite<char[]>(size)), size};
+        }
         text.copy(free_.data(), text.size());
-        const std::u16string_view kept(free_.data(), text.size());
+        const std::string_view kept(free_.data(), text.size());
         free_ = free_.subspan(text.size());
         return kept;
+    }
+
+    // Keeps a whole block of texts where it is until clear(). Gives its start.
+    char* takeOver(std::unique_ptr<char[]> block) {
+        blocks_.push_back(std::move(block));
+        return blocks_.back().get();
     }
 
     void clear() {
@@ -28,15 +36,10 @@ class TextPool {
     }
 
   private:
-    static constexpr std::size_t kBlock = 2048;  // code units
+    static constexpr std::size_t kBlock = 2048;  // bytes
 
-    void addBlock(std::size_t size) {
-        blocks_.push_back(std::make_unique_for_overwrite<char16_t[]>(size));
-        free_ = {blocks_.back().get(), size};
-    }
-
-    std::vector<std::unique_ptr<char16_t[]>> blocks_;
-    std::span<char16_t> free_;  // what is left of the last block
+    std::vector<std::unique_ptr<char[]>> blocks_;
+    std::span<char> free_;  // what is left of the last block that was made here
 };
 
 }  // namespace owlkit

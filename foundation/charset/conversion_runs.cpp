@@ -220,6 +220,32 @@ void decodeUtf8Run(const std::uint8_t*& in, const std::uint8_t* end, char16_t*& 
         });
 }
 
+void passUtf8Run(const std::uint8_t*& in, const std::uint8_t* end) {
+    while (in != end) {
+        if (end - in >= kBlock) {
+            const std::ptrdiff_t ascii =
+                leading(~static_cast<unsigned>(_mm_movemask_epi8(load(in))) & 0xFFFF);
+            in += ascii;
+            if (ascii == kBlock)
+                continue;
+        }
+        if (*in < 0x80) {
+            ++in;
+            continue;
+        }
+        std::uint8_t rest[4] = {};  // 0 continues no sequence
+        const std::uint8_t* behind = in;
+        if (end - in < 4)
+            behind = static_cast<std::uint8_t*>(std::memcpy(rest, in, static_cast<std::size_t>(end - in)));
+        const std::uint8_t* const start = behind;
+        char16_t units[2];
+        char16_t* to = units;
+        if (!decodeSequence(behind, to) || (to - units == 1 && isSurrogate(units[0])))
+            return;
+        in += behind - start;
+    }
+}
+
 void encodeUtf8Run(const char16_t*& in, const char16_t* end, std::uint8_t*& out, const std::uint8_t* limit,
                    bool keepBytes) {
     const auto one = [=](const char16_t*& from, std::uint8_t*& to) {

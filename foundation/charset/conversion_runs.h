@@ -17,6 +17,9 @@ inline constexpr std::size_t kRunSlack = 64;
 // UTF-8 to UTF-16 by the rules of ToWide.
 void decodeUtf8Run(const std::uint8_t*& in, const std::uint8_t* end, char16_t*& out, const char16_t* limit);
 
+// The same without a target; an encoded surrogate fails as well.
+void passUtf8Run(const std::uint8_t*& in, const std::uint8_t* end);
+
 // UTF-16 to UTF-8 by the rules of ToNarrow; with `keepBytes` a lone 0xDC80 to 0xDCFF fails, else nothing
 // does.
 void encodeUtf8Run(const char16_t*& in, const char16_t* end, std::uint8_t*& out, const std::uint8_t* limit,

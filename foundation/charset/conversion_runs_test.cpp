@@ -45,6 +45,22 @@ void expectAsItsPieces(const std::vector<Text>& pieces, int first = 0, int last 
     }
 }
 
+// Each piece, and all of them in one text.
+void expectToComeBackWhereNothingFails(const std::vector<std::string>& pieces) {
+    std::string whole;
+    bool wholeComesBack = true;
+    for (const std::string& piece : pieces) {
+        bool failed = false;
+        const std::u16string wide = ToWide(piece, kCharsetUtf8, ErrorPolicy::Replace, u'!', &failed);
+        for (std::size_t at = piece.find('\xED'); at < piece.size() - 1; at = piece.find('\xED', at + 1))
+            failed = failed || static_cast<unsigned char>(piece[at + 1]) >= 0xA0;  // a surrogate
+        ASSERT_EQ(comesBackFromWide(piece), !failed);
+        ASSERT_TRUE(failed || ToNarrow(wide, kCharsetUtf8) == piece);
+        wholeComesBack = wholeComesBack && !failed;
+        ASSERT_EQ(comesBackFromWide(whole += piece), wholeComesBack);
+    }
+}
+
 TEST(ConversionRuns, TakeEveryCharacterAtEveryPlaceInABlock) {
     std::mt19937 random(2);
     std::vector<std::string> bytes;
@@ -64,6 +80,8 @@ TEST(ConversionRuns, TakeEveryCharacterAtEveryPlaceInABlock) {
     }
     ASSERT_NO_FATAL_FAILURE(expectAsItsPieces(bytes, 5, 5));
     ASSERT_NO_FATAL_FAILURE(expectAsItsPieces(units, 5, 5));
+    for (const std::string& piece : bytes)
+        ASSERT_NO_FATAL_FAILURE(expectToComeBackWhereNothingFails({piece, std::string(40, 'a'), piece}));
 }
 
 TEST(ConversionRuns, StopAtEveryDamage) {
@@ -84,6 +102,7 @@ TEST(ConversionRuns, StopAtEveryDamage) {
             units.push_back(unit + (left == 1 ? u"" : u"a"));
         }
         ASSERT_NO_FATAL_FAILURE(expectAsItsPieces(bytes));
+        ASSERT_NO_FATAL_FAILURE(expectToComeBackWhereNothingFails(bytes));
         ASSERT_NO_FATAL_FAILURE(expectAsItsPieces(units));
     }
 }

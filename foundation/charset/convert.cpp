@@ -273,4 +273,11 @@ std::string ToNarrow(std::u16string_view text, CharsetCode charset, ErrorPolicy 
     return out.take();
 }
 
+bool comesBackFromWide(std::string_view bytes) {
+    const auto* in = reinterpret_cast<const std::uint8_t*>(bytes.data());
+    const std::uint8_t* const end = in + bytes.size();
+    passUtf8Run(in, end);
+    return in == end;
+}
+
 }  // namespace owlkit

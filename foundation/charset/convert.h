@@ -39,4 +39,8 @@ std::u16string ToWide(std::string_view text, CharsetCode charset, ErrorPolicy po
 std::string ToNarrow(std::u16string_view text, CharsetCode charset, ErrorPolicy policy = ErrorPolicy::Replace,
                      char replacement = '?', bool* failed = nullptr);
 
+// Whether `bytes` are UTF-8 that ToWide takes without a failure and ToNarrow gives back as it is; so without
+// an encoded surrogate, of which two could come back as one character.
+bool comesBackFromWide(std::string_view bytes);
+
 }  // namespace owlkit

@@ -85,7 +85,6 @@ FileStream& FileStream::operator=(FileStream&& other) noexcept {
 
 void FileStream::swap(FileStream& other) noexcept {
     swapByteStream(other);
-    narrowPath_.swap(other.narrowPath_);
     path_.swap(other.path_);
     std::swap(readable_, other.readable_);
     std::swap(writable_, other.writable_);
@@ -107,7 +106,6 @@ bool FileStream::open(const std::u16string& path, OpenMode mode, TextEncoding en
     const Access& access = kAccesses[row];
     if (hasAny(mode, OpenMode::WriteThrough))
         mode = mode | OpenMode::FlagWriteThrough;
-    std::string narrowPath = ToNarrow(path, kCharsetSystem);
     platform::FileHandle file;
     if (!platform::createFile(path, access.access, shareOf(mode, access), access.creation, attributesOf(mode),
                               file)
@@ -128,8 +126,11 @@ bool FileStream::open(const std::u16string& path, OpenMode mode, TextEncoding en
     }
     setTextEncoding(encoding);
     path_ = path;
-    narrowPath_ = std::move(narrowPath);
     return true;
+}
+
+std::string FileStream::narrowPath() const {
+    return ToNarrow(path_, kCharsetSystem);
 }
 
 bool FileStream::open(const std::string& narrowPath, OpenMode mode, TextEncoding encoding) {

@@ -91,7 +91,7 @@ class FileStream final : public ByteStream {
     [[nodiscard]] bool flush();
 
     // The path of the last open that succeeded, in the system charset and as given; a failed one keeps it.
-    const std::string& narrowPath() const { return narrowPath_; }
+    std::string narrowPath() const;
     const std::u16string& path() const { return path_; }
     OpenMode openFlags() const { return openFlags_; }
     // Whether the last write, seek or resize failed because the disk is full; success of a later write, read,
@@ -103,7 +103,6 @@ class FileStream final : public ByteStream {
     std::size_t readThrough(std::uint8_t* buffer, std::size_t count);
     bool readMoreAhead();
 
-    std::string narrowPath_;
     std::u16string path_;
     bool readable_ = false;
     bool writable_ = false;

@@ -51,9 +51,11 @@ class Builder {
     }
 
     MenuEntry entry(std::uint32_t offset, bool grayed = false) const {
-        const Command& row = command(offset);
+        return entry(offset, texts_.GetText(command(offset).menuKey), grayed);
+    }
+    static MenuEntry entry(std::uint32_t offset, std::u16string text, bool grayed = false) {
         return {
-            .text = texts_.GetText(row.menuKey), .offset = offset, .bitmap = row.bitmap, .grayed = grayed};
+            .text = std::move(text), .offset = offset, .bitmap = command(offset).bitmap, .grayed = grayed};
     }
 
     static MenuEntry submenu(std::u16string text, int bitmap, bool grayed, std::vector<MenuEntry> children) {
@@ -79,11 +81,7 @@ class Builder {
         return u"";
     }
 
-    MenuEntry wipeFiles() const {
-        return {.text = texts_.GetText(wipeFilesKey()),
-                .offset = kWipeFiles,
-                .bitmap = command(kWipeFiles).bitmap};
-    }
+    MenuEntry wipeFiles() const { return entry(kWipeFiles, texts_.GetText(wipeFilesKey())); }
 
     MenuEntry wipeDrive() const {
         return entry(kWipeDrive, selection_.count >= 2 || facts_.firstPathOnSystemDrive);
@@ -113,12 +111,11 @@ class Builder {
     }
 
     MenuEntry product() const {
-        MenuEntry about = entry(kAbout);
-        about.text = texts_.GetTextWithArgs(command(kAbout).menuKey, kProductName, {});
         return submenu(
             texts_.GetTextWithArgs(u"CXT_MENU_PARENT", kProductName, {}), IDB_NULLMARK, false,
             listOf(entry(kOptions), entry(kStandalone), separatorEntry(), entry(kUpdate), entry(kRegister),
-                   entry(kUpgrade), separatorEntry(), entry(kHelp), std::move(about)));
+                   entry(kUpgrade), separatorEntry(), entry(kHelp),
+                   entry(kAbout, texts_.GetTextWithArgs(command(kAbout).menuKey, kProductName, {}))));
     }
 
     const Selection& selection_;

@@ -206,8 +206,10 @@ bool interlang::HasText(std::u16string_view key, std::u16string_view language) c
 std::u16string interlang::GetTextWithArgs(std::u16string_view key, std::u16string_view first,
                                           std::u16string_view second, std::u16string_view language) const {
     std::u16string text = GetText(key, language);
-    text = replaceAll(text, u"%1", first);
-    return replaceAll(text, u"%2", second);
+    for (const auto& [place, argument] : {std::pair(u"%1", first), std::pair(u"%2", second)})
+        if (text.find(place) != text.npos)
+            text = replaceAll(text, place, argument);
+    return text;
 }
 
 bool interlang::Parse(ByteStream& stream, std::uint32_t& line, ReadObserver* observer) {

@@ -48,9 +48,13 @@ std::uint32_t hashOf(std::string_view key) {
 std::size_t KeyTable::slotOf(std::string_view key, std::uint32_t hash) const {
     const std::size_t mask = slots_.size() - 1;
     std::size_t at = hash & mask;
-    while (slots_[at].number != 0 && (slots_[at].hash != hash || keys_[slots_[at].number - 1] != key))
+    while (slots_[at] != 0 && (((slots_[at] ^ hash) & ~mask) != 0 || keys_[numberIn(at) - 1] != key))
         at = (at + 1) & mask;
     return at;
+}
+
+std::uint32_t KeyTable::numberIn(std::size_t slot) const {
+    return slots_[slot] & static_cast<std::uint32_t>(slots_.size() - 1);
 }
 
 std::optional<std::size_t> KeyTable::find(std::u16string_view key) const {
@@ -64,7 +68,7 @@ std::optional<std::size_t> KeyTable::find(std::u16string_view key) const {
 }
 
 std::optional<std::size_t> KeyTable::findUtf8(std::string_view key) const {
-    const std::uint32_t number = slots_.empty() ? 0 : slots_[slotOf(key, hashOf(key))].number;
+    const std::uint32_t number = slots_.empty() ? 0 : numberIn(slotOf(key, hashOf(key)));
     return number == 0 ? std::nullopt : std::optional<std::size_t>(number - 1);
 }
 
@@ -72,12 +76,17 @@ std::size_t KeyTable::findOrAdd(std::string_view key) {
     if ((keys_.size() + 1) * 3 > slots_.size() * 2)
         makeSlots(std::max(keys_.size() * 2, kFirstKeys));
     const std::uint32_t hash = hashOf(key);
-    Slot& slot = slots_[slotOf(key, hash)];
-    if (slot.number == 0) {
+    const std::size_t slot = slotOf(key, hash);
+    if (slots_[slot] == 0) {
         keys_.push_back(key);
-        slot = {hash, static_cast<std::uint32_t>(keys_.size())};
+        fill(slot, hash, keys_.size());
     }
-    return slot.number - 1;
+    return numberIn(slot) - 1;
+}
+
+void KeyTable::fill(std::size_t slot, std::uint32_t hash, std::size_t number) {
+    const auto mask = static_cast<std::uint32_t>(slots_.size() - 1);
+    slots_[slot] = (hash & ~mask) | static_cast<std::uint32_t>(number);
 }
 
 void KeyTable::reserve(std::size_t count) {
@@ -88,11 +97,11 @@ void KeyTable::reserve(std::size_t count) {
 
 // As many slots as so many keys need.
 void KeyTable::makeSlots(std::size_t keys) {
-    std::vector<Slot> larger(std::bit_ceil(keys + (keys + 1) / 2));
-    slots_.swap(larger);
-    for (const Slot& slot : larger)
-        if (slot.number != 0)
-            slots_[slotOf(keys_[slot.number - 1], slot.hash)] = slot;
+    slots_ = std::vector<std::uint32_t>(std::bit_ceil(keys + (keys + 1) / 2));
+    for (std::size_t number = 1; number <= keys_.size(); ++number) {
+        const std::uint32_t hash = hashOf(keys_[number - 1]);
+        fill(slotOf(keys_[number - 1], hash), hash, number);
+    }
 }
 
 void KeyTable::clear() {

@@ -24,17 +24,16 @@ class KeyTable {
     void clear();
 
   private:
-    struct Slot {
-        std::uint32_t hash = 0;
-        std::uint32_t number = 0;  // of the key, from 1; 0 for none
-    };
-
     std::size_t slotOf(std::string_view key, std::uint32_t hash) const;
+    std::uint32_t numberIn(std::size_t slot) const;
     std::optional<std::size_t> findUtf8(std::string_view key) const;
+    void fill(std::size_t slot, std::uint32_t hash, std::size_t number);
     void makeSlots(std::size_t keys);
 
     std::vector<std::string_view> keys_;
-    std::vector<Slot> slots_;  // open addressing over a power of two; at least a third stays empty
+    // Open addressing over a power of two; at least a third stays empty, which is 0. The low bits, as many as
+    // number the slots, are the number of the key, from 1, and the others are those of its hash.
+    std::vector<std::uint32_t> slots_;
 };
 
 }  // namespace owlkit

@@ -1,7 +1,7 @@
 #include "foundation/text/number.h"
 
-#include <algorithm>
-#include <charconv>
+#include <array>
+#include <cstring>
 #include <iterator>
 #include <type_traits>
 
@@ -36,20 +36,46 @@ std::uint32_t digitOf(std::uint32_t code) {
     return code >= 48 ? code - 48 : kNoDigit;
 }
 
-// The digits of `value`; gives their end.
-char* putDigits(char* first, char* last, std::uint64_t value, NumberFormat format) {
+// "00" to "99".
+constexpr std::array<char, 200> makePairs() {
+    std::array<char, 200> pairs{};
+    for (std::size_t i = 0; i < pairs.size(); ++i)
+        pairs[i] = static_cast<char>('0' + (i % 2 == 0 ? i / 20 : i / 2 % 10));
+    return pairs;
+}
+constexpr std::array<char, 200> kPairs = makePairs();
+
+// The digits of `value`, which end at `end`; gives their start.
+char* putDecimal(char* end, std::uint64_t value) {
+    for (; value > 99; value /= 100)
+        std::memcpy(end -= 2, &kPairs[value % 100 * 2], 2);
+    if (value > 9)
+        return static_cast<char*>(std::memcpy(end - 2, &kPairs[value * 2], 2));
+    *--end = static_cast<char>('0' + value);
+    return end;
+}
+
+char* putBinary(char* end, std::uint64_t value, unsigned bitsOfDigit, const char* digits) {
+    do
+        *--end = digits[value & ((1u << bitsOfDigit) - 1)];
+    while ((value >>= bitsOfDigit) != 0);
+    return end;
+}
+
+char* putDigits(char* end, std::uint64_t value, NumberFormat format) {
     switch (format) {
         case NumberFormat::UpperHex:
+            return putBinary(end, value, 4, "0123456789ABCDEF");
         case NumberFormat::LowerHex:
-            return std::to_chars(first, last, value, 16).ptr;
+            return putBinary(end, value, 4, "0123456789abcdef");
         case NumberFormat::Octal:
-            return std::to_chars(first, last, value, 8).ptr;
+            return putBinary(end, value, 3, "01234567");
         case NumberFormat::SignedDecimal:
         case NumberFormat::UnsignedDecimal:
         case NumberFormat::Boolean:
             break;
     }
-    return std::to_chars(first, last, value).ptr;
+    return putDecimal(end, value);
 }
 
 bool isSigned(NumberFormat format) {
@@ -212,13 +238,9 @@ std::basic_string<Char> formatNumber(std::int64_t value, NumberFormat format, st
     }
     const bool minus = value < 0 && isSigned(format);
     const auto bits = static_cast<std::uint64_t>(value);
-    char buffer[kMaximumWidth +
-                24];  // zeros and a sign grow towards its start; the longest digits are 22, octal
-    char* first = buffer + kMaximumWidth;
-    char* const end = putDigits(first, std::end(buffer), minus ? 0 - bits : bits, format);
-    if (format == NumberFormat::UpperHex)
-        std::transform(first, end, first,
-                       [](char c) { return c < 'a' ? c : static_cast<char>(c - 'a' + 'A'); });
+    char buffer[kMaximumWidth];  // the longest digits are 22, octal
+    char* const end = std::end(buffer);
+    char* first = putDigits(end, minus ? 0 - bits : bits, format);
     if (width >= 1 && width <= kMaximumWidth)
         while (end - first + minus < width)
             *--first = '0';

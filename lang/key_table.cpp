@@ -1,5 +1,7 @@
 #include "lang/key_table.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -82,6 +84,11 @@ std::size_t KeyTable::findOrAdd(std::string_view key) {
         fill(slot, hash, keys_.size());
     }
     return numberIn(slot) - 1;
+}
+
+void KeyTable::prefetch(std::string_view key) const {
+    if (!slots_.empty())
+        _mm_prefetch(reinterpret_cast<const char*>(&slots_[hashOf(key) & (slots_.size() - 1)]), _MM_HINT_T0);
 }
 
 void KeyTable::fill(std::size_t slot, std::uint32_t hash, std::size_t number) {

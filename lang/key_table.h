@@ -21,6 +21,8 @@ class KeyTable {
     // The same, but a key that is not there is added behind the last; it must stay where it is. Changes
     // nothing when memory runs out.
     std::size_t findOrAdd(std::string_view key);
+    // Has the processor fetch what findOrAdd(key) looks at, for when that comes a while later.
+    void prefetch(std::string_view key) const;
     void clear();
 
   private:

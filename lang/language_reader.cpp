@@ -121,6 +121,7 @@ class LanguageFileReader {
         tell(LineKind::Key, payload);
         if (!key_.empty())
             return fail(SyntaxRule::KeyAfterKey);
+        table_.keys_.prefetch(payload);
         key_.set(payload);
         last_ = Record::Key;
         return true;

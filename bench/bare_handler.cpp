@@ -290,7 +290,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
             readSettings(L"Enabled", L"Language");
             readLanguages();
         }
-    } else if (reason == DLL_PROCESS_DETACH) {
+    } else if (reason == DLL_PROCESS_DETACH && isApproved()) {
+        readSettings(L"Enabled", nullptr);
         for (const HBITMAP each : bitmaps)
             DeleteObject(each);
     }

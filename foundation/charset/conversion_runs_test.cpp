@@ -80,8 +80,8 @@ TEST(ConversionRuns, TakeEveryCharacterAtEveryPlaceInABlock) {
     }
     ASSERT_NO_FATAL_FAILURE(expectAsItsPieces(bytes, 5, 5));
     ASSERT_NO_FATAL_FAILURE(expectAsItsPieces(units, 5, 5));
-    for (const std::string& piece : bytes)
-        ASSERT_NO_FATAL_FAILURE(expectToComeBackWhereNothingFails({piece, std::string(40, 'a'), piece}));
+    for (const std::string& each : bytes)
+        ASSERT_NO_FATAL_FAILURE(expectToComeBackWhereNothingFails({each, std::string(40, 'a'), each}));
 }
 
 TEST(ConversionRuns, StopAtEveryDamage) {

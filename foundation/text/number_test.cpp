@@ -35,6 +35,11 @@ TEST(FormatNumber, AgreesWithPrintf) {
             }
         }
     }
+    EXPECT_EQ(formatNumber<char>(257, NumberFormat::LowerHex), "101");
+    EXPECT_EQ(formatNumber<char>(257, NumberFormat::UpperHex, 8), "00000101");
+    EXPECT_EQ(formatNumber<char>(-7, NumberFormat::SignedDecimal, 4), "-007");
+    EXPECT_EQ(formatNumber<char>(-1, NumberFormat::Octal), "1777777777777777777777");
+    EXPECT_EQ(formatNumber<char>(5, NumberFormat::SignedDecimal, 26), "5");
     EXPECT_EQ(formatNumber<char>(0, NumberFormat::Boolean, 9), "false");
     EXPECT_EQ(formatNumber<char16_t>(-1, NumberFormat::Boolean, 9), u"true");
 }

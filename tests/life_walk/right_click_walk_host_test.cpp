@@ -117,9 +117,12 @@ class RightClickWalk : public LifeWalkTest, public testing::WithParamInterface<S
         prepare();
         const std::set<std::string> filesBefore = files();
         const Selected selected{GetParam().paths, folder()};
+        std::vector<host::DropItem> items;
+        for (const std::u16string& path : selected.paths)
+            items.push_back({path});
         Outcome outcome;
         {
-            Drop drop({selected.paths.begin(), selected.paths.end()});
+            Drop drop(std::move(items));
             const platform::MenuHandle target = platform::createMenu();
             Module module;
             begin();

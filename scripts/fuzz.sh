@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Fuzzes what comes from outside: fuzz.sh [--quick] [--runs N | --coverage] [SECONDS] [TARGET ...]
+# Fuzzes what comes from outside: fuzz.sh [[--quick] [--runs N] | --coverage] [SECONDS] [TARGET ...]
 #
 #   fuzz.sh 600 stream number    SECONDS (60 unless given) a target, of all targets when none is named, two at a time or as many
 #                                as there are processors. The inputs that reached something new are kept in build/fuzz/corpus
@@ -22,17 +22,20 @@ runs=
 coverage=
 quick=
 targets=()
+usage() { echo "usage: fuzz.sh [[--quick] [--runs N] | --coverage] [SECONDS] [TARGET ...]" >&2; exit 2; }
 while [ $# -gt 0 ]; do
   case "$1" in
-    --runs) runs=$2; shift ;;
+    --runs) [ $# -gt 1 ] || usage; runs=$2; shift ;;
     --coverage) coverage=yes ;;
     --quick) quick=yes ;;
     [0-9]*) seconds=$1 ;;
-    -*) echo "usage: fuzz.sh [--quick] [--runs N | --coverage] [SECONDS] [TARGET ...]" >&2; exit 2 ;;
+    -*) usage ;;
     *) targets+=("${1#fuzz_}") ;;
   esac
   shift
 done
+
+[ -z "$coverage" ] || [ -z "$quick$runs" ] || usage
 
 preset=fuzz${quick:+-quick}${coverage:+-coverage}
 scripts/install-packages.sh
@@ -99,8 +102,10 @@ fuzz_all() {
 measure_coverage() {
   local data=build/$preset/profiles objects=() file lines reached missed line
   rm -rf "$data"
+  mkdir -p "$data"
   for target in "${targets[@]}"; do
-    LLVM_PROFILE_FILE="$data/$target.profraw" "$programs/fuzz_$target" -runs=0 $(inputs "$target") >/dev/null 2>&1
+    LLVM_PROFILE_FILE="$data/$target.profraw" "$programs/fuzz_$target" -runs=0 $(inputs "$target") >"$data/log" 2>&1 ||
+      { cat "$data/log"; echo "$target fails on an input that is kept" >&2; exit 1; }
     objects+=(-object "$programs/fuzz_$target")
   done
   llvm-profdata merge -o "$data/all.profdata" "$data"/*.profraw

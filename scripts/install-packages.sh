@@ -10,7 +10,8 @@ packages=(
   gettext translate-toolkit libxml2-utils groff          # checks of exported translations and man pages
   php-symfony-translation                                # holds the schema of XLIFF 1.2
   wixl msitools osslsigncode openssl                     # the installer, and signing it
-  clang libclang-rt-14-dev llvm clang-format-14          # the second compiler, fuzzing, the format: version 14 decides it
+  clang libclang-rt-14-dev llvm                          # the second compiler, fuzzing
+  clang-format-14 clang-tidy-14                          # format and names: version 14 decides them
   wine64 fonts-wine fonts-liberation xvfb                # running it, and the pictures of menus
 )
 packages+=("$@")

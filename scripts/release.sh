@@ -30,7 +30,9 @@ cp "$bin/interlang.exe" "$bin/rightclick.exe" "$tools"
 for program in "$tools"/*.exe; do sign_file "$program"; done
 cp -r "$bin/langs" docs installer/admx CHANGELOG.md "$tools"
 [ ! -d examples ] || cp -r examples "$tools"
-cp "$bin"/symbols/*.debug "$scratch/nmshell-$version-symbols"
+for program in nm{shell,command,shell-actions}.dll nmshell-{setup,setupw}.exe {interlang,rightclick}.exe; do
+  cp "$bin/symbols/$program.debug" "$scratch/nmshell-$version-symbols"  # not of what else was built there
+done
 
 # Names in order, the time of the commit, and no user's rights.
 for name in tools symbols; do

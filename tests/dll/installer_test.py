@@ -216,6 +216,7 @@ class PackageTest(unittest.TestCase):
         self.assertRegex(versions["Module"], r"^\d+\.\d+\.\d+\.0$")
         self.assertEqual(set(table(package, "MsiFileHash")), set(versions) - programs)
         properties = table(package, "Property")
+        self.assertIn(properties["ARPPRODUCTICON"][0], table(package, "Icon"))
         self.assertEqual(properties["SecureCustomProperties"][0].split(";"),
                          ["OLDERFOUND", "NEWERFOUND", "INSTALLDIR", "NMARK_ENABLED", "NMARK_ICONS", "NMARK_LANGUAGE"])
         self.assertFalse({"AppSearch", "LaunchConditions", "KeepFolder"} & set(table(package, "InstallUISequence")))

@@ -42,8 +42,8 @@ class ReleaseTest(unittest.TestCase):
         self.assertEqual(wanted - names, set())
         with zipfile.ZipFile(work / f"one/nmshell-{VERSION}-symbols.zip") as archive:
             symbols = {name.split("/", 1)[1] for name in archive.namelist()}
-        self.assertEqual(symbols, {path.name for path in (BIN / "symbols").iterdir()})
-        self.assertIn("nmshell.dll.debug", symbols)
+        shipped = [path for path in BIN.iterdir() if path.suffix in (".dll", ".exe") and path.name != "nmark.exe"]
+        self.assertEqual(symbols, {f"{path.name}.debug" for path in shipped})
 
 
 if __name__ == "__main__":

@@ -82,13 +82,13 @@ Languages inspectLanguages(const std::u16string& module) {
         result.failure = u"The folder of the module is not known.";
         return result;
     }
-    result.folder = owlkit::withTrailingSeparator(folder + u"langs");
+    result.folder = owlkit::withTrailingSeparator(folder + std::u16string(owlkit::kLanguageFolder));
     owlkit::interlang table;
     result.failure = owlkit::LoadLanguageFolder(result.folder, table);
     result.setting = owlkit::trim(nmshell::GetLanguageSetting());
     {
         const owlkit::LoadingScope loading(table);
-        table.SetLanguages(result.setting, u"en");
+        table.SetLanguages(result.setting, u"");  // as each request for a menu does
     }
     std::vector<std::u16string> languages;
     result.count = table.GetLanguages(languages);

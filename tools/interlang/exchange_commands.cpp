@@ -5,6 +5,7 @@
 #include <set>
 
 #include "foundation/path/path.h"
+#include "lang/language_file_names.h"
 #include "platform/file.h"
 #include "tools/interlang/command_input.h"
 #include "tools/interlang/exchange.h"
@@ -195,7 +196,7 @@ std::vector<Incoming> importFolder(const Arguments& arguments) {
             continue;
         Incoming incoming = readIncoming(utf8(owlkit::withTrailingSeparator(wide(folder)) + name));
         const std::u16string code = codeIn(around, languageOf(arguments, incoming));
-        incoming.target = target + code + u".lang.txt";
+        incoming.target = (target + code).append(owlkit::kLanguageFileEnding);
         std::vector<std::u16string> existing;
         for (const LanguageFile& file : around.files()) {
             if (existing.empty() && std::ranges::find(file.languages, code) != file.languages.end())

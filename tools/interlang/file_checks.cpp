@@ -4,13 +4,12 @@
 
 #include "foundation/path/path.h"
 #include "foundation/text/text.h"
+#include "lang/language_file_names.h"
 #include "platform/file.h"
 #include "tools/interlang/text.h"
 
 namespace translators {
 namespace {
-
-constexpr std::u16string_view kEnding = u".lang.txt";
 
 // "aar=aa": the longer code, and the shorter one if there is one.
 constexpr std::u16string_view kCodes[] = {
@@ -127,7 +126,7 @@ std::string fileNameFault(const LanguageFile& file) {
 
 bool isNeverRead(std::u16string_view path) {
     const std::u16string_view name = nameOf(path);
-    return !name.ends_with(kEnding) || name.size() == kEnding.size();
+    return !name.ends_with(owlkit::kLanguageFileEnding) || name.size() == owlkit::kLanguageFileEnding.size();
 }
 
 std::vector<std::u16string> unreadFilesOf(const std::u16string& folder) {
@@ -137,7 +136,8 @@ std::vector<std::u16string> unreadFilesOf(const std::u16string& folder) {
     for (const std::u16string& name : names) {
         const std::u16string lower = owlkit::toLowerAscii(name);
         const std::u16string_view stem = std::u16string_view(lower).substr(0, lower.find(u'.'));
-        const bool meant = lower.find(kEnding) != std::u16string::npos || lower.ends_with(u".lang") ||
+        const bool meant = lower.find(owlkit::kLanguageFileEnding) != std::u16string::npos ||
+                           lower.ends_with(u".lang") ||
                            (isCode(primaryPart(stem)) && lower.ends_with(u".txt"));
         const bool hidden = lower.starts_with(u'.');  // an editor's, while the file is open in it
         if (meant && !hidden && isNeverRead(name))

@@ -76,7 +76,7 @@ class ExchangeTest(InterlangTest):
                 (body.replace("<group>", "<group>" * 20000) % "", "line 1: elements nested more than 200 deep"),
                 ('<!DOCTYPE xliff><xliff/>', "a document type"), ('<?xml encoding="latin1"?><xliff/>', "charset"),
                 ("<xliff>\0</xliff>", "line 1: a control"), ("<!--", "line 1"), ("<a b='", "line 1"), ("<", "line 1"),
-                *((hidden + "<b>" * 400000, "line 1") for hidden in ('<a">', "<a b\"='1'>", '<a=">', '<?xml a="?><!-- "?>')),
+                *((hidden + "<b>" * 400000, "line 1") for hidden in ('<a">', "<a b\"='1'>", '<a=">', '<?xml a="?><!-- "?>', "<?><!--?>")),
                 *((body % (unit % f"<target>{no}</target>"), "no character") for no in ("&#0;", "&#xD800;", "&#1;", "&#x110000;", "&#65", "&x;", "&")),
                 (header.replace("de", "../de") + 'msgctxt "A"\nmsgid "a"\nmsgstr "x"', "no code of a language"),
                 (body % (unit % "<target>x<x id='1'/></target>"), "elements within a text"),

@@ -308,6 +308,10 @@ class FilesTest(InterlangTest):
         man = self.run_tool("--man")
         finished = subprocess.run(["groff", "-man", "-ww", "-Tutf8", "-P-cbou"], input=man, capture_output=True, text=True, check=True)
         self.assertEqual(finished.stderr, "")
+        for other in ("rightclick", "nmshell-setup"):
+            man = subprocess.run([PROGRAM.parent / other, "--man"], capture_output=True, text=True, check=True).stdout
+            made = subprocess.run(["groff", "-man", "-ww", "-Tutf8"], input=man, capture_output=True, text=True, check=True)
+            self.assertEqual((made.stderr, "Exit codes" in made.stdout), ("", True), other)
         page = " ".join(finished.stdout.replace("\u2010\n", "").split())
         for command in ("check", "stats", "format", "merge", "fill", "new", "export", "import", "show"):
             for option in re.findall(r"--[a-z][a-z-]+", self.run_tool(command, "--help")):

@@ -93,7 +93,7 @@ void checkMarkup(std::string_view text) {
         } else if (isDeclaration(rest)) {
             at = endOfTag(text, at);
         } else if (rest.starts_with("<?")) {
-            at = behind("?>", at);
+            at = behind("?>", at + 2);
         } else if (rest.starts_with("<!")) {
             fail(text, at, "a document type cannot be taken");
         } else {

@@ -4,6 +4,7 @@
 
 #include "foundation/path/path.h"
 #include "foundation/text/text.h"
+#include "lang/language_file_names.h"
 #include "platform/file.h"
 #include "platform/shell.h"
 #include "tools/common/text.h"
@@ -98,7 +99,8 @@ std::vector<Intruder> intruders(const std::u16string& folder) {
     Search search;
     search.look(real, kChange, true);
     search.lookAtFiles(real);
-    if (const std::u16string langs = owlkit::withTrailingSeparator(real) + u"langs";
+    if (const std::u16string langs =
+            owlkit::withTrailingSeparator(real) + std::u16string(owlkit::kLanguageFolder);
         owlkit::pathType(langs) == owlkit::PathType::Folder) {
         search.look(langs, kChange, true);
         search.lookAtFiles(langs);

@@ -20,8 +20,8 @@ struct Intruder {
 // runs as. An owner counts as one who may change access. Entries that deny are not subtracted.
 std::vector<Intruder> intruders(const std::u16string& folder);
 
-// Where the existing folder really is, when its name, letter case and a separator at its end aside, is not
-// its full one: a link is on the way, or a short name. Empty when it is, or when that cannot be told.
+// Where the existing folder really is, when its name, the case of A to Z and a separator at its end aside, is
+// not its full one: a link is on the way, or a short name. Empty when it is, or when that cannot be told.
 std::u16string behindLink(const std::u16string& folder);
 
 // Whether the folder lies in the system's own folder for programs.

@@ -148,8 +148,15 @@ TEST_F(SetupTest, TellsWhyNoMenuAppears) {
         {"another type", [](SetupTest&) { set(u"Enabled", u"0"); }, "The menu appears"},
         {"another language", [](SetupTest&) { set(u"Language", u" xx "); },
          "The menu appears, in Own name (xx)."},
-        {"an unknown language", [](SetupTest&) { set(u"Language", u"nb"); },
-         "The menu appears, in English (en)."},
+        {"an unknown language",
+         [](SetupTest& test) {
+             fs::remove("langs/b.lang.txt");
+             test.makeFile(
+                 "langs/a.lang.txt",
+                 "LANG: yy\nKEY: LANGUAGE\nTEXT: The first\nLANG: en\nKEY: LANGUAGE\nTEXT: English\n");
+             set(u"Language", u"nb");
+         },
+         "The menu appears, in The first (yy)."},
         {"a syntax error", [](SetupTest& test) { test.makeFile("langs/c.lang.txt", "LANG: de\n\nTXT: x\n"); },
          "at line 3 in the following file. "},
         {"no languages", [](SetupTest&) { fs::remove_all("langs"); }, "Failed to load language files."},

@@ -89,7 +89,7 @@ DropPaths findSlowly(std::string_view rest, std::size_t width) {
 }
 
 TEST(DropBlock, FindsAZeroAtEveryPlaceInABlock) {
-    for (const std::uint32_t width : {1, 2}) {
+    for (const std::uint32_t width : {1u, 2u}) {
         for (std::size_t length = 1; length <= 40; ++length) {
             SCOPED_TRACE(testing::Message() << width << ' ' << length);
             const std::string path(length * width, '\1');

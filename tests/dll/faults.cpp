@@ -102,6 +102,7 @@ void makeCallsFailing(HMODULE module) {
     MAKE_FAILING(DeleteFileW, FALSE);
     MAKE_FAILING(DeviceIoControl, FALSE);
     MAKE_FAILING(GetFileAttributesW, INVALID_FILE_ATTRIBUTES);
+    MAKE_FAILING(GetFullPathNameW, 0U);
     MAKE_FAILING(GetTempPathW, 0U);
     MAKE_FAILING(GetWindowsDirectoryW, 0U);
     MAKE_FAILING(GlobalLock, nullptr);

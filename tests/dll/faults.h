@@ -58,6 +58,7 @@ inline constexpr const char* kFailingCalls[] = {
     "DeleteFileW",
     "DeviceIoControl",
     "GetFileAttributesW",
+    "GetFullPathNameW",
     "GetTempPathW",
     "GetWindowsDirectoryW",
     "GlobalLock",

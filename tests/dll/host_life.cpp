@@ -27,6 +27,7 @@ const Click kClicks[] = {
 // With all that a choice may ask of the system: a file for a long selection, a page, the rights of the user.
 const Click kThoroughClicks[] = {
     {nmshell::kFileSystemClassId.data(), std::vector<std::u16string>(60, std::u16string(60, u'n')), {0, 10}},
+    {nmshell::kFileSystemClassId.data(), {u"C:\\" + std::u16string(300, u'n')}, {9}},
     {nmshell::kDriveClassId.data(), {u"C:\\"}, {1, 3}},
     {nmshell::kRecycleBinClassId.data(), {}, {4, 7}},
 };
@@ -120,10 +121,11 @@ void failingLife(const Click& click, const char* name, int n, bool forGood) {
 // Walks a failing call through a life: the first one, the second one ... until there is none left to fail. Of
 // the thousands of allocations ever fewer are tried. Answers how many times it failed.
 int walkFailures(const char* name) {
+    const bool thousands = std::string_view(name) == "malloc";
     int failed = 0;
     for (const Click& click : kThoroughClicks)
         for (const bool forGood : {false, true})
-            for (int n = 1; n == 1 || faults.fired; n += 1 + n / 8) {
+            for (int n = 1; n == 1 || faults.fired; n += thousands ? 1 + n / 8 : 1) {
                 failingLife(click, name, n, forGood);
                 failed += faults.fired;
             }

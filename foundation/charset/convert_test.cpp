@@ -12,6 +12,7 @@ namespace {
 
 using enum ErrorPolicy;
 using test::expectError;
+using namespace std::string_literals;
 
 TEST(Charset, NamesFitTheCodePages) {
     int known = 0;
@@ -112,17 +113,32 @@ TEST(Convert, FollowsThePolicyToWide) {
 }
 
 TEST(Convert, FollowsThePolicyToNarrow) {
-    const std::u16string text = {u'a', 0x20AC, 0xD83D, 0xDE00, 0xDC41, u'\0', 0xDCFF, u'z'};
+    // About the bytes that ToWide keeps: 0xDC00 and the byte in a single-byte charset.
+    const std::u16string text = {u'a',   0x20AC, 0xD83D, 0xDE00, 0xDBFF, 0xDC00 + 1,
+                                 0xDBFF, u'\0',  0xDCFF, 0xDD00, u'z'};
+    const std::u16string kept = {u'a', 0xDBFF, u'a', 0xDC00, 0xDC41, 0xDC7F, 0xDC80, 0xDCFF, 0xDD00, u'z'};
     const std::string expected[] = {
-        "a\xBF\xBF\xBF\xBF\xBFz",        "a",       "",   "a\x1A\x1A\x1A\x1A\x1Az",
-        "ax20ACx01F600xDC41x0000xDCFFz", "aA\xFFz", "az",
+        "a\xBF\xBF\xBF\xBF\xBF\xBF\xBFz",
+        "a",
+        "",
+        "a\x1A\x1A\x1A\x1A\x1A\x1A\x1Az",
+        "ax20ACx01F600x10FC01xDBFFx0000xDCFFxDD00z",
+        "a\xFFz",
+        "az",
     };
+    bool failed = false;
     for (int policy = 0; policy <= 6; ++policy) {
-        bool failed = false;
         EXPECT_EQ(ToNarrow(text, kCharsetLatin1, ErrorPolicy(policy), '\xBF', &failed), expected[policy]);
         EXPECT_TRUE(failed);
     }
     EXPECT_EQ(ToNarrow(text, kCharsetLatin1, Replace, 0), "az");
+    EXPECT_EQ(ToNarrow(kept, kCharsetLatin1, KeepByte), "aa\0A\x7F\x80\xFFz"s);
+    // UTF-8 keeps only what is no character of it; what is left are lone surrogates.
+    EXPECT_EQ(ToNarrow(kept, kCharsetUtf8, KeepByte, '?', &failed),
+              "a\xED\xAF\xBF"
+              "a\xED\xB0\x80\xED\xB1\x81\xED\xB1\xBF\x80\xFF\xED\xB4\x80z");
+    EXPECT_TRUE(failed);
+    EXPECT_EQ(ToWide("\x80\xC3\xFF", kCharsetUtf8, KeepByte), (std::u16string{0xDC80, 0xDCC3, 0xDCFF}));
 }
 
 TEST(Convert, ThrowsItsErrors) {

@@ -5,7 +5,9 @@
 #include <cwchar>
 #include <new>
 
+#include "contextmenu/commands.h"
 #include "platform/com.h"
+#include "resources/resource.h"
 
 #include <shlwapi.h>
 
@@ -15,14 +17,11 @@ constexpr const wchar_t* kApproved =
     L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Shell Extensions\\Approved";
 constexpr const wchar_t* kFilesClass = L"{3D5C9A72-6E1B-4F08-A4C3-91B7E2D05F64}";
 constexpr const wchar_t* kSettings = L"Software\\NMark Shell";
-constexpr int kFirstBitmap = 230;
-constexpr int kOwnItems = 234;
-constexpr UINT kCommands = 15;
 
 enum class Kind { Files, Drives, RecycleBin };
 
 HINSTANCE self;
-HBITMAP bitmaps[11];
+HBITMAP bitmaps[IDB_LAST - IDB_FIRST + 1];
 wchar_t windowsFolder[MAX_PATH];
 DWORD elevation;
 LONG living;
@@ -87,7 +86,7 @@ void readLanguages() {
 }
 
 HBITMAP bitmap(int id) {
-    HBITMAP& cached = bitmaps[id - kFirstBitmap];
+    HBITMAP& cached = bitmaps[id - IDB_FIRST];
     if (cached != nullptr)
         return cached;
     const int side = GetSystemMetrics(SM_CYSMICON);
@@ -106,19 +105,22 @@ struct Entry {
 };
 constexpr Entry kSeparator = {nullptr, 0, false};
 constexpr Entry kEnd = {L"", 0, false};
-#define PRODUCT                                                                                       \
-    {L">Nullmark", 236, false}, {L"Settings", 237, false}, {L"Open the application", 238, false},     \
-        kSeparator, {L"Look for updates", 0, false}, {L"Register", 0, false}, {L"Upgrade", 0, false}, \
-        kSeparator, {L"Help", 239, false}, {L"About Nullmark", 240, false}, kEnd, kSeparator, kEnd
-#define OWNERS {L"Own items", kOwnItems, false}, {L"Items of all users", 235, false}, kEnd
-constexpr Entry kFilesMenu[] = {kSeparator, {L"Wipe the selected items", 230, false}, PRODUCT};
+#define PRODUCT                                                                                        \
+    {L">Nullmark", IDB_NULLMARK, false}, {L"Settings", IDB_OPTIONS, false},                            \
+        {L"Open the application", IDB_STANDALONE, false}, kSeparator, {L"Look for updates", 0, false}, \
+        {L"Register", 0, false}, {L"Upgrade", 0, false}, kSeparator, {L"Help", IDB_HELP, false},       \
+        {L"About Nullmark", IDB_ABOUT, false}, kEnd, kSeparator, kEnd
+#define OWNERS \
+    {L"Own items", IDB_USER_RECYCLE_BIN, false}, {L"Items of all users", IDB_ADMIN_RECYCLE_BIN, false}, kEnd
+constexpr Entry kFilesMenu[] = {kSeparator, {L"Wipe the selected items", IDB_WIPE_FILES, false}, PRODUCT};
 constexpr Entry kDrivesMenu[] = {kSeparator,
-                                 {L"Wipe drive", 231, true},
-                                 {L"Clean drive", 232, false},
-                                 {L">Wipe the recycle bin (empty)", 233, true},
+                                 {L"Wipe drive", IDB_WIPE_DRIVE, true},
+                                 {L"Clean drive", IDB_CLEAN_DRIVE, false},
+                                 {L">Wipe the recycle bin (empty)", IDB_RECYCLE_BIN, true},
                                  OWNERS,
                                  PRODUCT};
-constexpr Entry kBinMenu[] = {kSeparator, {L">Wipe all recycle bins", 233, true}, OWNERS, PRODUCT};
+constexpr Entry kBinMenu[] = {
+    kSeparator, {L">Wipe all recycle bins", IDB_RECYCLE_BIN, true}, OWNERS, PRODUCT};
 #undef OWNERS
 #undef PRODUCT
 constexpr const Entry* kMenus[] = {kFilesMenu, kDrivesMenu, kBinMenu};
@@ -129,7 +131,7 @@ bool isEnd(const Entry& entry) {
 
 bool isGrayed(const Entry& entry) {
     // Who is elevated anyway is offered the bins of all users alone.
-    return entry.grayed || (entry.bitmap == kOwnItems && elevation == TokenElevationTypeFull);
+    return entry.grayed || (entry.bitmap == IDB_USER_RECYCLE_BIN && elevation == TokenElevationTypeFull);
 }
 
 // Answers where the entries end.
@@ -223,7 +225,7 @@ class Handler final : public IShellExtInit, public IContextMenu {
         if (kind_ != Kind::Files && elevation == 0)
             queryElevation();
         insert(menu, index, idFirst, kMenus[static_cast<int>(kind_)]);
-        return MAKE_HRESULT(SEVERITY_SUCCESS, 0, kCommands);
+        return MAKE_HRESULT(SEVERITY_SUCCESS, 0, nmshell::kCommandCount);
     }
 
     HRESULT STDMETHODCALLTYPE InvokeCommand(CMINVOKECOMMANDINFO*) override { return E_NOTIMPL; }

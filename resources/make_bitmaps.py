@@ -20,9 +20,7 @@ import zlib
 SIZE = 16
 LOGO_SIZES = (44, 50, 150)
 PROGRAM_SIZES = (16, 32, 48)
-# The entries of files and of the product, which the first level of the menu shows, at the sizes of each scale.
-COMMAND_IDS = (230, 236, 237, 238, 239, 240)
-COMMAND_SIZES = (16, 20, 24, 32, 48)
+COMMAND_SIZES = (16, 20, 24, 32, 48)  # those of each scale of the screen
 MAX_COLOURS = 16  # four bits a pixel
 BACKGROUND_KEY = "."
 # The loader puts the system's window colour in place of the colour that the first pixel has. White looks
@@ -35,6 +33,9 @@ ROOT = pathlib.Path(__file__).resolve().parent
 IDENTIFIERS = {name: int(number) for name, number in re.findall(
     r"#define (IDB_\w+) (\d+)", (ROOT / "resource.h").read_text(encoding="ascii"))}
 PRODUCT_ID = IDENTIFIERS["IDB_NULLMARK"]  # the product's mark, which is the icon of programs too
+# The entries that the first level of the menu shows.
+COMMAND_IDS = {IDENTIFIERS[name] for name in re.findall(
+    r"^(IDB_\w+) +ICON ", (ROOT / "commands.rc").read_text(encoding="ascii"), re.MULTILINE)}
 PALETTE_LINE = re.compile(r"(\S) ([0-9A-F]{6})")
 
 

@@ -5,12 +5,10 @@
 
 #include "platform/handle.h"
 #include "platform/menu.h"
+#include "resources/resource.h"
 
 namespace rightclick {
 namespace {
-
-constexpr int kFirstBitmap = 230;
-constexpr int kLastBitmap = 240;
 
 struct ScreenTraits {
     using Type = HDC;
@@ -50,7 +48,7 @@ class BitmapNames {
         UINT flags = LR_DEFAULTSIZE | LR_LOADTRANSPARENT;
         if (GetSysColor(COLOR_WINDOW) != GetSysColor(COLOR_MENU))
             flags |= LR_LOADMAP3DCOLORS;
-        for (int id = kFirstBitmap; id <= kLastBitmap; ++id) {
+        for (int id = IDB_FIRST; id <= IDB_LAST; ++id) {
             const platform::BitmapHandle bitmap =
                 platform::loadBitmap(module, static_cast<std::uint32_t>(id), side, side, flags);
             names_.emplace(pixelsOf(static_cast<HBITMAP>(bitmap.get())), id);

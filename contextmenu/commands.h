@@ -1,5 +1,5 @@
 // The table of commands: what each menu entry is called, and what choosing it does. Menu construction, help
-// texts and dispatch all read it; a new command is one row.
+// texts and dispatch all read it.
 #pragma once
 
 #include <cstdint>

@@ -57,7 +57,7 @@ inline owlkit::StreamSettings settings(FuzzedDataProvider& input) {
     settings.textEncoding = pick<owlkit::TextEncoding>(input, 5);
     settings.byteOrder = pick<owlkit::ByteOrder>(input, 2);
     settings.stringTerminator = pick<owlkit::StringTerminator>(input, 6);
-    settings.charset = pick(input, owlkit::kCharsetDos850);
+    settings.charset = pick(input, owlkit::kCharsetCount - 1);
     return settings;
 }
 

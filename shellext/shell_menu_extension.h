@@ -25,7 +25,7 @@ class ShellMenuExtension final : public CountedObject<PlainCounting>,
     HRESULT STDMETHODCALLTYPE Initialize(PCIDLIST_ABSOLUTE folder, IDataObject* data, HKEY progId) override;
 
     // IContextMenu: adds the entries at `index`. The code of the result is the number of identifiers
-    // reserved: 15, or 0 when nothing was added.
+    // reserved: kCommandCount, or 0 when nothing was added.
     HRESULT STDMETHODCALLTYPE QueryContextMenu(HMENU menu, UINT index, UINT idFirst, UINT idLast,
                                                UINT flags) override;
     // Only offsets are accepted as verbs. S_OK for every known one, whether or not the start succeeded; else

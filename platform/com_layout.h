@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "platform/com.h"
 
@@ -18,6 +19,15 @@ static_assert(sizeof(WORD) == 2);
 static_assert(sizeof(CHAR) == 1);
 static_assert(sizeof(CLIPFORMAT) == 2);
 static_assert(sizeof(UINT_PTR) == 8);
+static_assert(sizeof(*LPWSTR{}) == 2);
+static_assert(sizeof(SFGAOF) == 4);
+static_assert(sizeof(SIGDN) == 4);
+static_assert(sizeof(EXPCMDSTATE) == 4);
+static_assert(sizeof(EXPCMDFLAGS) == 4);
+
+static_assert(sizeof(POINT) == 8);
+static_assert(offsetof(POINT, x) == 0);
+static_assert(offsetof(POINT, y) == 4);
 
 static_assert(sizeof(GUID) == 16);
 static_assert(offsetof(GUID, Data1) == 0);
@@ -54,6 +64,10 @@ static_assert(offsetof(CMINVOKECOMMANDINFOEX, cbSize) == 0);
 static_assert(offsetof(CMINVOKECOMMANDINFOEX, fMask) == 4);
 static_assert(offsetof(CMINVOKECOMMANDINFOEX, hwnd) == 8);
 static_assert(offsetof(CMINVOKECOMMANDINFOEX, lpVerb) == 16);
+static_assert(offsetof(CMINVOKECOMMANDINFOEX, lpParameters) == 24);
+static_assert(offsetof(CMINVOKECOMMANDINFOEX, lpDirectory) == 32);
+static_assert(offsetof(CMINVOKECOMMANDINFOEX, nShow) == 40);
+static_assert(offsetof(CMINVOKECOMMANDINFOEX, dwHotKey) == 44);
 static_assert(offsetof(CMINVOKECOMMANDINFOEX, hIcon) == 48);
 static_assert(offsetof(CMINVOKECOMMANDINFOEX, lpTitle) == 56);
 static_assert(offsetof(CMINVOKECOMMANDINFOEX, lpVerbW) == 64);
@@ -64,6 +78,7 @@ static_assert(offsetof(CMINVOKECOMMANDINFOEX, ptInvoke) == 96);
 
 static_assert(S_OK == 0);
 static_assert(S_FALSE == 1);
+static_assert(E_PENDING == static_cast<HRESULT>(0x8000000A));
 static_assert(E_NOTIMPL == static_cast<HRESULT>(0x80004001));
 static_assert(E_NOINTERFACE == static_cast<HRESULT>(0x80004002));
 static_assert(E_POINTER == static_cast<HRESULT>(0x80004003));
@@ -91,6 +106,13 @@ static_assert(GCS_VERBW == 4);
 static_assert(GCS_HELPTEXTW == 5);
 static_assert(GCS_VALIDATEW == 6);
 static_assert(CMIC_MASK_UNICODE == 0x4000);
+static_assert(static_cast<std::uint32_t>(SIGDN_FILESYSPATH) == 0x80058000);
+static_assert(ECS_ENABLED == 0);
+static_assert(ECS_DISABLED == 1);
+static_assert(ECS_HIDDEN == 2);
+static_assert(ECF_DEFAULT == 0);
+static_assert(ECF_HASSUBCOMMANDS == 1);
+static_assert(ECF_ISSEPARATOR == 8);
 static_assert(DLL_PROCESS_DETACH == 0);
 static_assert(DLL_PROCESS_ATTACH == 1);
 static_assert(DLL_THREAD_ATTACH == 2);

@@ -6,6 +6,7 @@
 
 namespace platform {
 
+static_assert(kUtf8CodePage == CP_UTF8);
 static_assert(kMultiByteErrorInvalidCharacters == MB_ERR_INVALID_CHARS);
 static_assert(kWideErrorInvalidCharacters == WC_ERR_INVALID_CHARS);
 static_assert(kWideNoBestFitCharacters == WC_NO_BEST_FIT_CHARS);

@@ -1,4 +1,5 @@
-// The texts of the user's locale, wide as the platform gives them and narrow in a charset of choice.
+// The texts of the user's locale, wide as the platform gives them and narrow in a charset of choice: promised
+// surface, which the extension itself does not call.
 #pragma once
 
 #include <array>

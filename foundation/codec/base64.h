@@ -32,6 +32,7 @@ enum class Base64Strays : std::uint32_t {
 // in Base64Codec::decode.
 [[nodiscard]] std::optional<std::string> fromBase64(std::u16string_view text);
 
+// Between streams: promised surface, which the extension itself does not call.
 class Base64Codec {
   public:
     // `lineLength`: after so many characters or more of the standard alphabet a line feed is written, always

@@ -1,5 +1,6 @@
 // Bytes and text made readable with hexadecimal escapes. Meant for display: neither form can be read back for
-// certain, since backslashes and quotation marks are not escaped.
+// certain, since backslashes and quotation marks are not escaped. Promised surface, which the extension
+// itself does not call.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// Running a console program for what it prints.
+// Running a console program for what it prints: promised surface, which the extension itself does not call.
 #pragma once
 
 #include <cstdint>

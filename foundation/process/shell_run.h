@@ -8,7 +8,8 @@ namespace owlkit {
 
 // Starts `file` (a program, or a document by its default handler) with verb "open", its window shown normally
 // and without error messages of the shell. Returns 0 when it started or, with `wait`, the exit code of the
-// process when it ended, if there was a process; -1 when `file` is empty or nothing started.
+// process when it ended, if there was a process; -1 when `file` is empty or nothing started. Promised
+// surface, which the extension itself does not call.
 [[nodiscard]] std::int32_t runShell(const std::u16string& file, const std::u16string& parameters, bool wait);
 
 // What a target is. Any other value hands it to the shell as it is.

@@ -1,4 +1,4 @@
-// Ending the session or the machine.
+// Ending the session or the machine: promised surface, which the extension itself does not call.
 #pragma once
 
 #include <cstdint>

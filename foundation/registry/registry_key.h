@@ -17,6 +17,10 @@ namespace owlkit {
 // "invalid state" for what needs an open key on a closed one, "read-only error" for a change of a key opened
 // read-only; std::runtime_error "failed" for a platform call that fails inside a read, a write, a count or an
 // enumeration. The operations that answer bool report a failing platform call as false.
+//
+// Promised surface, which neither the extension nor its programs call: setView, clear, flush, valueSize, the
+// listings, what reads and writes other values than dwords and plain texts, and of the static helpers all but
+// readDwordOr, readRawStringOr, writeDword and writeString.
 class RegistryKey {
   public:
     RegistryKey() = default;  // closed, default view

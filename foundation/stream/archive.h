@@ -20,6 +20,9 @@ struct TextFormat;
 //
 // A read gives the number of bytes it consumed, a write the number it wrote. A short count is no error: the
 // item stays as far as it was filled. Errors of the storage below pass through unchanged.
+//
+// Of the forms for scalars and texts the extension itself needs readByte, writeInt32 and writeText alone; the
+// others are promised surface.
 class Archive {
   public:
     virtual ~Archive() = default;

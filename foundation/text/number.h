@@ -66,7 +66,8 @@ std::uint32_t parseInt32(std::string_view text, std::int32_t& value, std::uint32
 std::uint32_t parseInt32(std::u16string_view text, std::int32_t& value, std::uint32_t radix = 10,
                          std::u16string_view separator = {});
 
-// The same for unsigned numbers: a minus sign is an overflow.
+// The same for unsigned numbers: a minus sign is an overflow. Promised surface, which the extension itself
+// does not call.
 std::uint32_t parseUInt32(std::string_view text, std::uint32_t& value, std::uint32_t radix = 10,
                           std::string_view separator = {});
 std::uint32_t parseUInt32(std::u16string_view text, std::uint32_t& value, std::uint32_t radix = 10,

@@ -41,8 +41,8 @@ std::u16string GetLanguageSetting();
 
 // Write the setting, making the key if needed, and answer whether that succeeded; false, with nothing
 // written, when the extension is not approved. Flags are stored as the 32-bit numbers 1 and 0.
-bool SetShowIcons(bool show);
-bool SetEnabled(bool enabled);
-bool SetLanguageSetting(const std::u16string& language);
+[[nodiscard]] bool SetShowIcons(bool show);
+[[nodiscard]] bool SetEnabled(bool enabled);
+[[nodiscard]] bool SetLanguageSetting(const std::u16string& language);
 
 }  // namespace nmshell

@@ -28,14 +28,15 @@ void setText(platform::MenuItem& item, const MenuEntry& entry) {
 
 void MenuInserter::insert(platform::MenuRef menu, std::uint32_t position,
                           const std::vector<MenuEntry>& entries) {
+    // What could not be inserted is passed over: the rest of the menu is worth having.
     for (const MenuEntry& entry : entries) {
         if (entry.submenu) {
             if (const Submenu submenu = InsertSubmenu(menu, position, entry); submenu.menu)
                 insert(submenu.menu, 0, entry.children);
         } else if (entry.isSeparator() && entry.offset == kNoCommand) {
-            InsertMenuSeparator(menu, position);
+            static_cast<void>(InsertMenuSeparator(menu, position));
         } else {
-            InsertMenuEntry(menu, position, entry);
+            static_cast<void>(InsertMenuEntry(menu, position, entry));
         }
         if (position != kAtTheEnd)
             ++position;

@@ -28,8 +28,9 @@ class MenuInserter {
     void insert(platform::MenuRef menu, std::uint32_t position, const std::vector<MenuEntry>& entries);
 
     // One item each, by InsertMenuItemW; whether it was inserted. `entry` opens no submenu.
-    bool InsertMenuEntry(platform::MenuRef menu, std::uint32_t position, const MenuEntry& entry);
-    bool InsertMenuSeparator(platform::MenuRef menu, std::uint32_t position);
+    [[nodiscard]] bool InsertMenuEntry(platform::MenuRef menu, std::uint32_t position,
+                                       const MenuEntry& entry);
+    [[nodiscard]] bool InsertMenuSeparator(platform::MenuRef menu, std::uint32_t position);
 
     // Hangs an empty menu into `parent` under the entry's text, bitmap and state, and gives it back, also
     // when it could not be hung.
@@ -37,7 +38,7 @@ class MenuInserter {
                                         const MenuEntry& entry);
 
   private:
-    void addBitmap(platform::MenuItem& item, const MenuEntry& entry);
+    void addBitmap(platform::MenuItem& request, const MenuEntry& entry);
 
     std::uint32_t firstId_;
     bool icons_;

@@ -10,16 +10,16 @@ namespace owlkit {
 
 // The plain names of the files in `folder` that end in ".lang.txt" (letter case counts, and there must be
 // more than that ending), in the platform's order. True if there is one.
-bool ListLanguageFiles(const std::u16string& folder, std::vector<std::u16string>& names);
+[[nodiscard]] bool ListLanguageFiles(const std::u16string& folder, std::vector<std::u16string>& names);
 
 // Adds the file's texts to `table`, which must not be loading and is built afterwards. Gives an empty text,
 // or on a failed read one for the user, which names the line and `path`; what stands before that line stays
 // in the table. A file that cannot be opened or read to its end gives the line -1 and no texts.
-std::u16string LoadLanguageFile(const std::u16string& path, interlang& table);
+[[nodiscard]] std::u16string LoadLanguageFile(const std::u16string& path, interlang& table);
 
 // Loads every language file of `folder` (with or without a separator at its end), in any case all of them.
 // Gives an empty text if all could be read, or else the text of the first that could not; where there is no
 // file, the general text "Languange File Error\nFailed to load language files.", and the table is as it was.
-std::u16string LoadLanguageFolder(const std::u16string& folder, interlang& table);
+[[nodiscard]] std::u16string LoadLanguageFolder(const std::u16string& folder, interlang& table);
 
 }  // namespace owlkit

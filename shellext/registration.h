@@ -33,10 +33,10 @@ enum class RegistrationResult {
 // "nmshell.dll" in the application folder as their server. When an approval cannot be written, those that
 // this run wrote are put back; when a later key or value cannot be written, UnregisterExtension takes all of
 // it away.
-RegistrationResult tryRegisterExtension();
+[[nodiscard]] RegistrationResult tryRegisterExtension();
 
 // The same; whether everything was written.
-bool RegisterExtension();
+[[nodiscard]] bool RegisterExtension();
 
 // Removes all of that and the user's settings, going on past every failure.
 void UnregisterExtension();

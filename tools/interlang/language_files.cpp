@@ -52,7 +52,8 @@ std::optional<Reference> referenceFrom(const LanguageFiles& files, const std::u1
 
 std::vector<std::u16string> languageFilesOf(const std::u16string& folder) {
     std::vector<std::u16string> paths;
-    owlkit::ListLanguageFiles(folder.empty() ? u"." : folder, paths);
+    // That there is none shows in the list.
+    static_cast<void>(owlkit::ListLanguageFiles(folder.empty() ? u"." : folder, paths));
     std::ranges::sort(paths);
     for (std::u16string& path : paths)
         path.insert(0, folder);

@@ -53,10 +53,12 @@ void keepNotes(const Text& former, Text& text) {
 
 void Recorder::line(std::uint32_t number, LineKind kind, std::u16string_view content) {
     number_ = number;
-    if (kind == LineKind::Blank || kind == LineKind::Comment)
-        return comment(content);
-    opening_ = false;
+    if (kind != LineKind::Blank && kind != LineKind::Comment)
+        opening_ = false;
     switch (kind) {
+        case LineKind::Blank:
+        case LineKind::Comment:
+            return comment(content);
         case LineKind::Key:
             return key(content);
         case LineKind::Text:
@@ -69,7 +71,7 @@ void Recorder::line(std::uint32_t number, LineKind kind, std::u16string_view con
                 language_ = {number, std::u16string(content)};
             interrupted_ = false;
             return;
-        default:
+        case LineKind::Continuation:
             return continuation(content);
     }
 }
@@ -192,9 +194,10 @@ std::string Recorder::describe(SyntaxRule rule) const {
             return "there is no LANG: above the text of " + lineName(text_.line);
         case SyntaxRule::NothingToContinue:
             return "not understood: no record, no comment, and it continues nothing";
-        default:
-            return "it continues a record in which nothing stands";
+        case SyntaxRule::ContinuesEmptyRecord:
+            break;
     }
+    return "it continues a record in which nothing stands";
 }
 
 std::string Recorder::hint(SyntaxRule rule) const {

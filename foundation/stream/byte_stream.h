@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "foundation/errors.h"
 #include "foundation/stream/archive.h"
 
 namespace owlkit {
@@ -12,6 +13,8 @@ namespace owlkit {
 // Where a seek's offset counts from. To any other origin there is no way.
 enum class SeekOrigin : std::uint32_t { Start = 0, Position = 1, End = 2 };
 
+// Promised surface, which the extension itself does not call: atEnd, maximumSize, setSize, skip and
+// skipCheck, writeByteOrderMark.
 class ByteStream : public Archive {
   public:
     bool isSeekable() const override;
@@ -49,6 +52,15 @@ class ByteStream : public Archive {
 
   protected:
     void swapByteStream(ByteStream& other) noexcept;
+
+    // What a read and a write ask first of a buffer and the count that is to be moved: "invalid pointer" for
+    // a null buffer, then "invalid size" for 0xFFFFFFFF bytes or more, which no platform call can move.
+    static void checkTransfer(const void* buffer, std::size_t count) {
+        if (buffer == nullptr && count != 0)
+            throwInvalidPointer();
+        if (count >= 0xFFFFFFFF)
+            throwInvalidSize();
+    }
 
     // The position that `offset` from `origin` means; -1 when it lies outside 0..size().
     std::int64_t seekTarget(std::int64_t offset, SeekOrigin origin) const;

@@ -11,8 +11,7 @@
 namespace owlkit {
 namespace {
 
-constexpr std::size_t kTransferLimit = 0xFFFFFFFF;  // the first count that one platform call cannot have
-constexpr std::size_t kReadAhead = 16384;           // bytes
+constexpr std::size_t kReadAhead = 16384;  // bytes
 
 constexpr OpenMode kAccessMask{0xF};
 constexpr OpenMode kShareMask{0xF0};
@@ -37,16 +36,12 @@ constexpr Access kAccesses[] = {
 };
 
 std::uint32_t shareOf(OpenMode mode, const Access& access) {
-    switch (mode & kShareMask) {
-        case OpenMode::ShareReadWrite:
-            return platform::kFileShareRead | platform::kFileShareWrite;
-        case OpenMode::ShareRead:
-            return platform::kFileShareRead;
-        case OpenMode::ShareNone:
-            return 0;
-        default:
-            return access.share;
-    }
+    const OpenMode share = mode & kShareMask;
+    if (share == OpenMode::ShareReadWrite)
+        return platform::kFileShareRead | platform::kFileShareWrite;
+    if (share == OpenMode::ShareRead)
+        return platform::kFileShareRead;
+    return share == OpenMode::ShareNone ? 0 : access.share;
 }
 
 std::uint32_t attributesOf(OpenMode mode) {
@@ -155,12 +150,9 @@ std::size_t FileStream::read(void* buffer, std::size_t count) {
         throwNotOpenForReading();
     count = static_cast<std::size_t>(
         std::min<std::uint64_t>(count, static_cast<std::uint64_t>(size_ - position())));
-    if (buffer == nullptr && count != 0)
-        throwInvalidPointer();
+    checkTransfer(buffer, count);
     if (count == 0)
         return 0;
-    if (count >= kTransferLimit)
-        throwInvalidSize();
     if (count > aheadCount()) {
         // A block that cannot be read may fail behind the bytes that are wanted.
         if (count > kReadAhead || !readsAhead(openFlags_) || !readMoreAhead())
@@ -221,12 +213,9 @@ bool FileStream::movePointer(std::int64_t position) {
 std::size_t FileStream::write(const void* buffer, std::size_t count) {
     if (!writable_)
         throwNotOpenForWriting();
-    if (buffer == nullptr && count != 0)
-        throwInvalidPointer();
+    checkTransfer(buffer, count);
     if (count == 0)
         return 0;
-    if (count >= kTransferLimit)
-        throwInvalidSize();
     if (aheadCount() != 0 && !movePointer(position()))
         return 0;
     std::uint32_t written = 0;

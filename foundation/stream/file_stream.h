@@ -95,7 +95,7 @@ class FileStream final : public ByteStream {
     const std::u16string& path() const { return path_; }
     OpenMode openFlags() const { return openFlags_; }
     // Whether the last write, seek or resize failed because the disk is full; success of a later write, read,
-    // flush or resize clears it.
+    // flush or resize clears it. Promised surface, which the extension itself does not call.
     bool isDiskFull() const { return diskFull_; }
 
   private:

@@ -7,11 +7,6 @@
 #include "foundation/errors.h"
 
 namespace owlkit {
-namespace {
-
-constexpr std::size_t kTransferLimit = 0xFFFFFFFF;  // the first count that one transfer cannot have
-
-}  // namespace
 
 MemoryStream::MemoryStream() = default;
 
@@ -38,8 +33,7 @@ void MemoryStream::setPosition(std::size_t position) {
 
 std::size_t MemoryStream::read(void* buffer, std::size_t count) {
     count = std::min(count, aheadCount());
-    if (buffer == nullptr && count != 0)
-        throwInvalidPointer();
+    checkTransfer(buffer, count);
     if (count == 0)
         return 0;
     std::memcpy(buffer, ahead_, count);
@@ -50,12 +44,11 @@ std::size_t MemoryStream::read(void* buffer, std::size_t count) {
 std::size_t MemoryStream::write(const void* buffer, std::size_t count) {
     if (!writable_)
         throwNotOpenForWriting();
-    if (buffer == nullptr && count != 0)
-        throwInvalidPointer();
+    checkTransfer(buffer, count);
     if (count == 0)
         return 0;
     const std::size_t start = bytes_.size() - aheadCount();
-    if (count >= kTransferLimit || count > static_cast<std::size_t>(kMaximumSize) - start)
+    if (count > static_cast<std::size_t>(kMaximumSize) - start)
         throwInvalidSize();
     const std::uint8_t* bytes = static_cast<const std::uint8_t*>(buffer);
     const std::size_t inside = std::min(count, aheadCount());

@@ -42,7 +42,7 @@ def offence(source: pathlib.PurePosixPath, include: str) -> str | None:
 def main() -> int:
     root = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else ".")
     failures = 0
-    for path in sorted(p for floor in ORDER for p in (root / floor).rglob("*") if p.suffix in (".h", ".cpp")):
+    for path in sorted(p for floor in ORDER for p in (root / floor).rglob("*") if p.suffix in (".h", ".cpp", ".py")):
         source = pathlib.PurePosixPath(path.relative_to(root).as_posix())
         if re.search(r"test|fixture|mock", source.stem) and not source.stem.endswith("_test") and source.parts[0] != "testing":
             print(f"{source}: what tests share lies in testing/")

@@ -6,9 +6,11 @@ import pathlib
 import re
 import shutil
 import subprocess
+import sys
 import unittest
 
-from interlang_fixture import ENGLISH, ODD_TEXTS, InterlangTest, language
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "testing"))
+from interlang_fixture import ENGLISH, ODD_TEXTS, InterlangTest, language  # noqa: E402
 
 
 SCHEMAS = pathlib.Path("/usr/share/php/Symfony/Component/Translation/Resources/schemas")

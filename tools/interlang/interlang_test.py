@@ -5,9 +5,11 @@ import os
 import pathlib
 import re
 import subprocess
+import sys
 import unittest
 
-from interlang_fixture import ENGLISH, ODD_TEXTS, PROGRAM, InterlangTest, language
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "testing"))
+from interlang_fixture import ENGLISH, ODD_TEXTS, PROGRAM, InterlangTest, language  # noqa: E402
 
 
 class FilesTest(InterlangTest):

@@ -7,7 +7,7 @@ import sys
 import tempfile
 import unittest
 
-ROOT = pathlib.Path(__file__).resolve().parents[2]
+ROOT = pathlib.Path(__file__).resolve().parents[1]
 PROGRAM = pathlib.Path(sys.argv.pop(1)).resolve()
 COMMAND = [ROOT / "scripts/wine-run.sh", PROGRAM] if PROGRAM.suffix == ".exe" else [PROGRAM]
 
@@ -29,6 +29,7 @@ def language(code, texts):
 
 class InterlangTest(unittest.TestCase):
     """Runs the program over temporary files."""
+    patience = 300  # seconds that one run may take
 
     def setUp(self):
         self.work = pathlib.Path(tempfile.mkdtemp(prefix="interlang-"))
@@ -41,11 +42,16 @@ class InterlangTest(unittest.TestCase):
         return (self.work / name).read_text(encoding="utf-8")
 
     def run_both(self, *arguments, code=0):
-        """Standard output and error output; no code: any."""
-        finished = subprocess.run([*COMMAND, *arguments], cwd=self.work, capture_output=True, text=True, encoding="utf-8",
-                                  check=False)
-        self.assertEqual(finished.returncode, finished.returncode if code is None else code, finished.stdout + finished.stderr)
-        return finished.stdout, finished.stderr
+        """Standard output and error output; no code: any. They go to files: a pipe stays open as long as any program that was
+        started on the way, and Wine starts some that stay."""
+        with tempfile.TemporaryFile("w+", encoding="utf-8") as output, tempfile.TemporaryFile("w+", encoding="utf-8") as errors:
+            finished = subprocess.run([*COMMAND, *arguments], cwd=self.work, stdout=output, stderr=errors, timeout=self.patience,
+                                      check=False)
+            output.seek(0)
+            errors.seek(0)
+            out, said = output.read(), errors.read()
+        self.assertEqual(finished.returncode, finished.returncode if code is None else code, out + said)
+        return out, said
 
     def run_tool(self, *arguments, code=0):
         out, errors = self.run_both(*arguments, code=code)

@@ -1,7 +1,10 @@
 // How a platform call went. A function that stands for a call with an error code answers a Status and gives
 // what it found through its last parameters, which a failure leaves as they were unless its comment says
-// otherwise. A text, a list or a handle that is made is the answer itself: an optional or a handle, empty on
-// failure. A call whose one number tells both, such as GetFileAttributesW, answers that number.
+// otherwise. A text, a list or a handle that is made is the answer itself: on failure a handle is empty and
+// an optional holds nothing. Where no caller needs to tell an empty answer from a failure it is plain, and
+// empty on failure: localeInfo, moduleFileName, fileVersion, processAccount, finalPath, readDropList.
+// (accountName gives back what it was given.) A call whose one number tells both, such as GetFileAttributesW,
+// answers that number.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +12,7 @@
 namespace platform {
 
 // A system error code, as GetLastError and the Reg* functions number them; 0 means success. A call that fails
-// without a code has another one.
+// without a code has another one. That of queryRecycleBin holds the HRESULT of its call.
 struct [[nodiscard]] Status {
     std::uint32_t code = 0;
 

@@ -14,6 +14,7 @@ inline constexpr std::uint32_t kUtf8CodePage = 65001;  // CP_UTF8
 [[nodiscard]] std::optional<std::uint32_t> ansiCodePage();
 
 // Kinds of locale information (LCTYPE).
+
 // LOCALE_SABBREVLANGNAME, such as "ENU".
 inline constexpr std::uint32_t kLocaleAbbreviatedLanguageName = 0x03;
 inline constexpr std::uint32_t kLocaleListSeparator = 0x0C;       // LOCALE_SLIST

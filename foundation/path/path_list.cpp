@@ -18,8 +18,8 @@ PathList PathList::fromText(std::u16string text) {
 }
 
 void PathList::append(std::u16string_view path) {
-    text_.reserve(text_.size() + path.size() +
-                  1);  // or memory that runs out would leave a path without its zero
+    // Or memory that runs out would leave a path without its zero.
+    text_.reserve(text_.size() + path.size() + 1);
     text_ += path;
     text_ += u'\0';
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "foundation/text/text.h"
+#include "foundation/text/utf16.h"
 #include "tools/interlang/text.h"
 #include "tools/interlang/text_checks.h"
 
@@ -49,6 +50,13 @@ std::size_t endOfTag(std::string_view text, std::size_t at) {
     fail(text, at, "a tag without its end");
 }
 
+// Whether XML allows the character.
+bool isCharacter(char32_t code) {
+    if (code < 32)
+        return code == '\t' || code == '\n' || code == '\r';
+    return !owlkit::isSurrogate(code) && code <= owlkit::kLastCharacter && code != 0xFFFE && code != 0xFFFF;
+}
+
 // Whether a reference, such as "#x41;" or "amp;", stands for a character that XML allows.
 bool isReference(std::string_view rest) {
     constexpr std::string_view kNames[] = {"amp;", "lt;", "gt;", "quot;", "apos;"};
@@ -59,10 +67,7 @@ bool isReference(std::string_view rest) {
     std::uint32_t code = 0;
     const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), code, isHex ? 16 : 10);
     const auto length = static_cast<std::size_t>(end - rest.data());
-    const bool isCharacter =
-        code >= 32 ? code < 0xD800 || (code > 0xDFFF && code <= 0x10FFFF && code != 0xFFFE && code != 0xFFFF)
-                   : code == '\t' || code == '\n' || code == '\r';
-    return error == std::errc() && rest.substr(length).starts_with(';') && isCharacter;
+    return error == std::errc() && rest.substr(length).starts_with(';') && isCharacter(code);
 }
 
 // The parser would take what it does not know as plain text.

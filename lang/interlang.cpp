@@ -106,11 +106,15 @@ void interlang::AddText(std::u16string_view text) {
         throwInvalidState();
     std::u16string decoded(text);
     decodeEscapes(decoded);
-    storeText(pool_.keep(ToNarrow(decoded, kCharsetUtf8)));
+    addKeptText(pool_.keep(ToNarrow(decoded, kCharsetUtf8)));
 }
 
-// Stores a text that the pool keeps, its escapes decoded.
-void interlang::storeText(std::string_view text) {
+void interlang::expectKeys(std::size_t count) {
+    expectedKeys_ = count;
+    keys_.reserve(count);
+}
+
+void interlang::addKeptText(std::string_view text) {
     std::vector<std::string_view>& texts = currentEntry().texts;
     const std::size_t key = placeOfCurrentKey();
     if (key >= texts.size())

@@ -10,6 +10,7 @@
 
 #include "foundation/charset/charset.h"
 #include "lang/key_table.h"
+#include "lang/not_found_mode.h"
 #include "lang/text_pool.h"
 
 namespace owlkit {
@@ -17,26 +18,21 @@ namespace owlkit {
 class ByteStream;
 class ReadObserver;
 
-// What Find does when a key has no text in the language asked for.
-enum class NotFoundMode : std::uint32_t {
-    UsePrimary = 0,  // looks in the primary language, then gives the key itself
-    GiveKey = 1,
-    GiveNothing = 2,  // gives an empty text
-    Throw = 3,        // std::runtime_error "interlang translation not found for key 'KEY'"
-};
-
 // Keys, language names and texts are compared by code unit, letter case included. Keys and texts are kept in
 // UTF-8, from which each code unit comes back: so those of a file lie where they were read.
+//
 // The table is filled between BeginLoad and EndLoad and asked afterwards. "Loading" below marks operations
 // that need the first, "built" those that need the second; called in the wrong state they throw
 // std::logic_error "invalid state". A table into which nothing was ever loaded (empty) answers the built
-// operations with nothing: false, 0, the key. While it is built it may be asked by several threads.
+// operations with nothing: false, 0, the key; it is consistent. Several threads may ask a built one.
 class interlang {
   public:
     enum class State : std::uint32_t { Empty = 0, Loading = 1, Built = 2 };
+
     interlang() = default;
     interlang(const interlang&) = delete;
     interlang& operator=(const interlang&) = delete;
+
     State state() const { return state_; }
 
     // Loading: removes all that was loaded and set; the table stays loading.
@@ -56,14 +52,22 @@ class interlang {
     // Whether setting these two between BeginLoad and EndLoad would change no answer. Writes nothing.
     bool usesLanguages(std::u16string_view active, std::u16string_view primary) const;
 
-    // Loading: where the next text goes, in this load also from one file to the next. The language name is
-    // trimmed, the key is not.
+    // Loading: where the next text goes, also from one file to the next. Only the language is trimmed.
     void SetKey(std::u16string_view key);
     void SetLanguage(std::u16string_view name);
 
     // Loading, with a current key and a current language: decodes the escapes of `text` (lang/escapes.h) and
     // stores it, in place of an earlier text of the same key and language.
     void AddText(std::u16string_view text);
+
+    // Loading, for the reader: SetKey and, escapes apart, AddText of UTF-8 that lies in the pool.
+    TextPool& pool() { return pool_; }
+    void expectKeys(std::size_t count);  // of a file, and so of a language that is new
+    void prefetchKey(std::string_view key) const { keys_.prefetch(key); }
+    void setKeptKey(std::string_view key) { currentKey_ = key; }
+    void addKeptText(std::string_view text);
+    std::string_view currentKey() const { return currentKey_; }
+    const std::u16string& currentLanguage() const { return currentLanguage_; }
 
     // Loading: reads a language file; see readLanguages in lang/language_reader.h.
     bool Parse(ByteStream& stream, std::uint32_t& line, ReadObserver* observer = nullptr);
@@ -84,8 +88,7 @@ class interlang {
     std::u16string GetText(std::u16string_view key, std::u16string_view language = {}) const;
     bool HasText(std::u16string_view key, std::u16string_view language = {}) const;
 
-    // Built: GetText, then "%1" replaced everywhere by `first`, and in the result "%2" everywhere by
-    // `second`.
+    // Built: GetText, then "%1" replaced everywhere by `first`, and in what that gives "%2" by `second`.
     std::u16string GetTextWithArgs(std::u16string_view key, std::u16string_view first,
                                    std::u16string_view second = {}, std::u16string_view language = {}) const;
 
@@ -113,12 +116,11 @@ class interlang {
     bool CheckConsistency(std::string& report, std::int32_t maximum) const;
 
   private:
-    friend class LanguageFileReader;
     enum class ActiveSource { Named, Primary, First };
-    // Texts lie at the places of their keys; one that is missing lies nowhere, or behind the last.
     struct Language {
         std::u16string name;
-        std::vector<std::string_view> texts;
+        std::vector<std::string_view>
+            texts;  // at the places of their keys; none: nowhere, or behind the last
     };
 
     void requireLoading() const;
@@ -128,7 +130,6 @@ class interlang {
     std::string_view storedText(std::u16string_view language, std::u16string_view key) const;
     std::u16string_view activeLanguage() const;
     ActiveSource settledSource(std::u16string_view active, std::u16string_view primary) const;
-    void storeText(std::string_view text);
     Language& currentEntry();
     std::size_t placeOfCurrentKey();
 

@@ -72,8 +72,6 @@ class Pending {
     std::string joined_;
 };
 
-}  // namespace
-
 // The grammar of language files, fed one line at a time. The lines lie in the pool of the table.
 class LanguageFileReader {
   public:
@@ -121,7 +119,7 @@ class LanguageFileReader {
         tell(LineKind::Key, payload);
         if (!key_.empty())
             return fail(SyntaxRule::KeyAfterKey);
-        table_.keys_.prefetch(payload);
+        table_.prefetchKey(payload);
         key_.set(payload);
         last_ = Record::Key;
         return true;
@@ -173,23 +171,23 @@ class LanguageFileReader {
 
     void takeKey() {
         if (!key_.empty())
-            table_.currentKey_ = key_.take(table_.pool_);
+            table_.setKeptKey(key_.take(table_.pool()));
     }
 
     bool storeText() {
         if (!textPending_)
             return true;
-        if (table_.currentKey_.empty())
+        if (table_.currentKey().empty())
             return fail(SyntaxRule::NoKey);
-        if (table_.currentLanguage_.empty())
+        if (table_.currentLanguage().empty())
             return fail(SyntaxRule::NoLanguage);
         textPending_ = false;
         if (observer_ != nullptr)
             observer_->stored(
-                {textLine_, wide(table_.currentKey_), table_.currentLanguage_, wide(text_.text())});
-        const std::string_view text = text_.take(table_.pool_);
+                {textLine_, wide(table_.currentKey()), table_.currentLanguage(), wide(text_.text())});
+        const std::string_view text = text_.take(table_.pool());
         if (placeOf('\\', text) == text.size())
-            table_.storeText(text);
+            table_.addKeptText(text);
         else
             table_.AddText(wide(text));
         return true;
@@ -205,8 +203,6 @@ class LanguageFileReader {
     bool textPending_ = false;  // a pending text may be empty
     std::uint32_t textLine_ = 0;
 };
-
-namespace {
 
 // What remains of a stream, as UTF-8 that comes back from ToWide.
 struct Content {
@@ -245,17 +241,14 @@ bool readContent(ByteStream& stream, TextPool& pool, Content& content) {
     return true;
 }
 
-}  // namespace
-
 bool LanguageFileReader::read(ByteStream& stream, std::uint32_t& line) {
     Content content;
-    if (!readContent(stream, table_.pool_, content)) {
+    if (!readContent(stream, table_.pool(), content)) {
         line = kNotRead;
         return false;
     }
     std::string_view rest = content.text;
-    table_.expectedKeys_ = std::min(rest.size() / kUsualEntry, kMostExpected);
-    table_.keys_.reserve(table_.expectedKeys_);
+    table_.expectKeys(std::min(rest.size() / kUsualEntry, kMostExpected));
     while (!rest.empty() || content.cut) {
         ++line;
         const std::size_t end = placeOf('\n', rest);
@@ -267,6 +260,8 @@ bool LanguageFileReader::read(ByteStream& stream, std::uint32_t& line) {
     }
     return true;
 }
+
+}  // namespace
 
 bool readLanguages(interlang& table, ByteStream& stream, std::uint32_t& line, ReadObserver* observer) {
     if (table.state() != interlang::State::Loading)

@@ -4,6 +4,8 @@
 
 #include "platform/host/com_api.h"
 
+// NOLINTBEGIN(readability-identifier-naming): every name is the SDK's
+
 // LPWSTR: the caller frees what is handed out by CoTaskMemFree.
 using LPWSTR = char16_t*;
 using REFGUID = const GUID&;
@@ -83,3 +85,5 @@ struct IEnumExplorerCommand : IUnknown {
   protected:
     ~IEnumExplorerCommand() = default;
 };
+
+// NOLINTEND(readability-identifier-naming)

@@ -16,8 +16,9 @@ void bytesToWide(const std::string& bytes, owlkit::CharsetCode charset, ErrorPol
     bool failed = false;
     const std::u16string wide = ToWide(bytes, charset, policy, u'?', &failed);
     require(wide.size() <= bytes.size() * (policy == ErrorPolicy::Hex ? 3 : 1));
-    // An encoded surrogate pair is taken, though another one is written.
-    if (!failed && charset != owlkit::kCharsetUtf8)
+    // An encoded surrogate pair is taken, though another one is written; the stand-in's system charset is
+    // UTF-8.
+    if (!failed && charset != owlkit::kCharsetUtf8 && charset != owlkit::kCharsetSystem)
         require(ToNarrow(wide, charset) == bytes);
     // Bytes that are none are kept and come back, unless an encoded surrogate looks like one of them.
     if (policy == ErrorPolicy::KeepByte && bytes.find('\xED') == bytes.npos)

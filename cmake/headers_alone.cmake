@@ -1,6 +1,6 @@
 # Each header of ours compiles by itself, whatever was included before it: a source for each that includes nothing else. Natively
 # all but those of the other side; in the Windows build only these.
-set(windows_only "^platform/win32/|_win32\\.h$|^tests/dll/|^tools/rightclick/com_pointer\\.h$")
+set(windows_only "^platform/win32/|_win32\\.h$|^tools/rightclick/com_pointer\\.h$")
 file(GLOB rooms RELATIVE "${PROJECT_SOURCE_DIR}" LIST_DIRECTORIES true CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/*")
 list(FILTER rooms EXCLUDE REGEX "^build|\\.|^[A-Z]")
 list(TRANSFORM rooms PREPEND "${PROJECT_SOURCE_DIR}/")

@@ -1,6 +1,6 @@
 // A shell that lives on: it loads the extension for a right-click, lets it go again, and does so thousands of
 // times. Run where the extension is registered.
-#include "tests/dll/host_life.h"
+#include "testing/host_life_win32.h"
 
 #include <future>
 #include <thread>
@@ -149,13 +149,13 @@ TEST_F(HostLife, LosesNothingByRightClicks) {
 
 TEST_F(HostLife, LosesNothingByFailures) {
     int thrown = 0;
-    for (const char* const name : kFailingCalls) {
-        SCOPED_TRACE(name);
+    for (const FailingCall& call : failingCalls) {
+        SCOPED_TRACE(call.name);
         int failed = 0;
         expectNothingLost(
-            1, [&] { failed = walkFailures(name); }, 1);
+            1, [&] { failed = walkFailures(call.name); }, 1);
         EXPECT_GT(failed, 0);
-        std::cout << name << ": failed in " << failed << " lives\n";
+        std::cout << call.name << ": failed in " << failed << " lives\n";
         thrown += faults.thrown;
     }
     EXPECT_GT(thrown, 0);

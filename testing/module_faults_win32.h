@@ -1,6 +1,7 @@
 // Calls of the loaded module that are counted, or fail.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -42,36 +43,11 @@ void observe(HMODULE module);
 
 // Leads the calls that `faults` can make fail.
 void makeCallsFailing(HMODULE module);
-inline constexpr const char* kFailingCalls[] = {
-    "malloc",
-    "calloc",
-    "RegOpenKeyExW",
-    "RegQueryValueExW",
-    "GetModuleFileNameW",
-    "GetLocaleInfoW",
-    "FindFirstFileW",
-    "FindNextFileW",
-    "CreateFileW",
-    "GetFileSizeEx",
-    "ReadFile",
-    "WriteFile",
-    "DeleteFileW",
-    "DeviceIoControl",
-    "GetFileAttributesW",
-    "GetFullPathNameW",
-    "GetTempPathW",
-    "GetWindowsDirectoryW",
-    "GlobalLock",
-    "GlobalSize",
-    "OpenProcessToken",
-    "GetTokenInformation",
-    "SHQueryRecycleBinW",
-    "ShellExecuteW",
-    "ShellExecuteExW",
-    "CreateMenu",
-    "InsertMenuItemW",
-    "LoadImageW",
-    "GetCursorPos",
+
+struct FailingCall {
+    const char* name;
+    void (*lead)(HMODULE module);
 };
+extern const std::span<const FailingCall> failingCalls;
 
 }  // namespace dll_tests

@@ -9,7 +9,7 @@
 #include "comserver/identifiers.h"
 #include "platform/com.h"
 #include "testing/footprint_win32.h"
-#include "tests/dll/faults.h"
+#include "testing/module_faults_win32.h"
 #include "tools/rightclick/com_pointer.h"
 #include "tools/rightclick/shell_selection_win32.h"
 

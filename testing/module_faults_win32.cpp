@@ -1,4 +1,4 @@
-#include "tests/dll/faults.h"
+#include "testing/module_faults_win32.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -73,7 +73,49 @@ void countFreed(void* block) {
     freeBlock(block);
 }
 
+#define CALL(name, failure) \
+    FailingCall(#name, [](HMODULE module) { makeFailing<#name>(module, &name, failure); })
+constexpr FailingCall kCalls[] = {
+    CALL(malloc, nullptr),
+    CALL(calloc, nullptr),
+    CALL(RegOpenKeyExW, ERROR_ACCESS_DENIED),
+    CALL(RegQueryValueExW, ERROR_ACCESS_DENIED),
+    CALL(GetModuleFileNameW, 0U),
+    CALL(GetLocaleInfoW, 0),
+    CALL(FindFirstFileW, INVALID_HANDLE_VALUE),
+    CALL(FindNextFileW, FALSE),
+    CALL(CreateFileW, INVALID_HANDLE_VALUE),
+    CALL(GetFileSizeEx, FALSE),
+    CALL(ReadFile, FALSE),
+    CALL(WriteFile, FALSE),
+    CALL(DeleteFileW, FALSE),
+    CALL(DeviceIoControl, FALSE),
+    CALL(GetFileAttributesW, INVALID_FILE_ATTRIBUTES),
+    CALL(GetFullPathNameW, 0U),
+    CALL(GetTempPathW, 0U),
+    CALL(GetWindowsDirectoryW, 0U),
+    CALL(GlobalLock, nullptr),
+    CALL(GlobalSize, 0U),
+    CALL(OpenProcessToken, FALSE),
+    CALL(GetTokenInformation, FALSE),
+    CALL(SHQueryRecycleBinW, E_FAIL),
+    CALL(ShellExecuteW, nullptr),
+    CALL(ShellExecuteExW, FALSE),
+    CALL(CreateMenu, nullptr),
+    CALL(InsertMenuItemW, FALSE),
+    CALL(LoadImageW, nullptr),
+    CALL(GetCursorPos, FALSE),
+};
+// For threads that get no place; never walked.
+constexpr FailingCall kSlots[] = {
+    CALL(FlsAlloc, FLS_OUT_OF_INDEXES),
+    CALL(FlsSetValue, FALSE),
+};
+#undef CALL
+
 }  // namespace
+
+const std::span<const FailingCall> failingCalls = kCalls;
 
 void observe(HMODULE module) {
     freeBlock = reinterpret_cast<void (*)(void*)>(lead(module, "free", reinterpret_cast<void*>(&countFreed)));
@@ -84,39 +126,10 @@ void observe(HMODULE module) {
 }
 
 void makeCallsFailing(HMODULE module) {
-#define MAKE_FAILING(name, failure) makeFailing<#name>(module, &name, failure)
-    MAKE_FAILING(FlsAlloc, FLS_OUT_OF_INDEXES);
-    MAKE_FAILING(FlsSetValue, FALSE);
-    MAKE_FAILING(malloc, nullptr);
-    MAKE_FAILING(calloc, nullptr);
-    MAKE_FAILING(RegOpenKeyExW, ERROR_ACCESS_DENIED);
-    MAKE_FAILING(RegQueryValueExW, ERROR_ACCESS_DENIED);
-    MAKE_FAILING(GetModuleFileNameW, 0U);
-    MAKE_FAILING(GetLocaleInfoW, 0);
-    MAKE_FAILING(FindFirstFileW, INVALID_HANDLE_VALUE);
-    MAKE_FAILING(FindNextFileW, FALSE);
-    MAKE_FAILING(CreateFileW, INVALID_HANDLE_VALUE);
-    MAKE_FAILING(GetFileSizeEx, FALSE);
-    MAKE_FAILING(ReadFile, FALSE);
-    MAKE_FAILING(WriteFile, FALSE);
-    MAKE_FAILING(DeleteFileW, FALSE);
-    MAKE_FAILING(DeviceIoControl, FALSE);
-    MAKE_FAILING(GetFileAttributesW, INVALID_FILE_ATTRIBUTES);
-    MAKE_FAILING(GetFullPathNameW, 0U);
-    MAKE_FAILING(GetTempPathW, 0U);
-    MAKE_FAILING(GetWindowsDirectoryW, 0U);
-    MAKE_FAILING(GlobalLock, nullptr);
-    MAKE_FAILING(GlobalSize, 0U);
-    MAKE_FAILING(OpenProcessToken, FALSE);
-    MAKE_FAILING(GetTokenInformation, FALSE);
-    MAKE_FAILING(SHQueryRecycleBinW, E_FAIL);
-    MAKE_FAILING(ShellExecuteW, nullptr);
-    MAKE_FAILING(ShellExecuteExW, FALSE);
-    MAKE_FAILING(CreateMenu, nullptr);
-    MAKE_FAILING(InsertMenuItemW, FALSE);
-    MAKE_FAILING(LoadImageW, nullptr);
-    MAKE_FAILING(GetCursorPos, FALSE);
-#undef MAKE_FAILING
+    for (const FailingCall& call : kCalls)
+        call.lead(module);
+    for (const FailingCall& call : kSlots)
+        call.lead(module);
 }
 
 }  // namespace dll_tests

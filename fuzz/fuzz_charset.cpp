@@ -1,6 +1,6 @@
 // Any bytes and any code units in any charset under any policy: conversions fail by their policy only, grow
 // by no more than it says, and what was converted without a failure comes back.
-#include "fuzz/fuzz.h"
+#include "testing/fuzz.h"
 
 using fuzz::require;
 using owlkit::ErrorPolicy;

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "foundation/stream/memory_stream.h"
-#include "fuzz/fuzz.h"
 #include "lang/interlang.h"
+#include "testing/fuzz.h"
 #include "tools/interlang/exchange.h"
 #include "tools/interlang/import.h"
 #include "tools/interlang/text.h"

@@ -24,7 +24,7 @@ void fill(owlkit::interlang& table, FuzzedDataProvider& input) {
         table.SetKey(key);
         table.SetLanguage(name);
         const std::u16string text = fuzz::wide(input.ConsumeRandomLengthString(128));
-        const std::string error = fuzz::error([&] { table.AddText(text); });
+        const std::string error = test::errorOf([&] { table.AddText(text); });
         require(error == (key.empty() || name.empty() ? "invalid state" : ""));
     }
     table.EndLoad();
@@ -74,7 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::u16string language = name(chosen);
     require(table.Write(out, language, name(beside)) == !languages.empty());
     if (!languages.empty())
-        require(fuzz::error([&] { table.Write(out, u"no such name"); }) == "invalid state");
+        require(test::errorOf([&] { table.Write(out, u"no such name"); }) == "invalid state");
     if (!language.empty())
         languages = {language};
     fuzz::requireWritten(table, languages, out);

@@ -1,14 +1,17 @@
-// The command line from both ends: the request of any selection, cursor and path arrives as it was sent, also
+// The command line from both ends: any items give a request, and any request arrives as it was sent, also
 // through a hand-over file, which is gone afterwards; any bytes in such a file are read as text.
 #include <stdlib.h>
 
 #include "contextmenu/handover_file.h"
 #include "contextmenu/launch_request.h"
+#include "foundation/path/path_list.h"
 #include "foundation/text/text.h"
-#include "fuzz/fuzz.h"
+#include "testing/fuzz.h"
+#include "testing/handover_in_memory.h"
 #include "testing/temporary.h"
 
 using fuzz::require;
+using nmshell::LaunchRequest;
 
 namespace {
 
@@ -27,8 +30,26 @@ bool isEmpty() {
     return std::filesystem::is_empty(folder().path());
 }
 
-nmshell::LaunchRequest request(FuzzedDataProvider& input) {
-    nmshell::LaunchRequest result;
+// From any items; a hand-over file in memory holds the first one.
+LaunchRequest parsed(const std::string& bytes) {
+    const std::vector<std::u16string> items = test::itemsOf(fuzz::wide(bytes), u'\n');
+    test::HandoverInMemory files;
+    require(files.put(files.makeHandoverFileName(), items.front()));
+    LaunchRequest request;
+    require(nmshell::parseArguments(items, request, files) == request.command);
+    require(request.cursorValid || request.cursor == nmshell::CursorPoint{});
+    const owlkit::PathList paths = owlkit::PathList::fromText(request.data);
+    owlkit::PathList rebuilt;
+    for (const std::u16string_view path : paths)
+        rebuilt.append(path);
+    require(rebuilt == paths);
+    require(request.data.starts_with(paths.text()));
+    require(request.data.find(u'\0', paths.text().size()) == std::u16string::npos);
+    return request;
+}
+
+LaunchRequest made(FuzzedDataProvider& input) {
+    LaunchRequest result;
     result.command = input.ConsumeIntegral<std::uint32_t>();
     result.cursorValid = input.ConsumeBool();
     if (result.cursorValid)
@@ -43,14 +64,13 @@ nmshell::LaunchRequest request(FuzzedDataProvider& input) {
     return result;
 }
 
-void sendAndReceive(FuzzedDataProvider& input) {
+void sendAndReceive(LaunchRequest sent) {
     static nmshell::HandoverFiles files(u".nmark");
-    nmshell::LaunchRequest sent = request(input);
     const std::u16string line = nmshell::buildArguments(sent.command, sent, files);
     require(isEmpty() == (sent.data.size() <= nmshell::kMaxInlineData));
     // Windows takes no command line of 32,768 characters and more.
-    require(line.size() < 4096);
-    nmshell::LaunchRequest received;
+    require(line.size() < 4096 + 3 * sent.path.size());
+    LaunchRequest received;
     require(nmshell::parseArguments(test::itemsOf(line), received, files) == sent.command);
     sent.path = owlkit::replaceAll(sent.path, u"%20", u" ");
     require(received == sent);
@@ -72,9 +92,10 @@ void readAnyFile(const std::string& bytes) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     folder();
     FuzzedDataProvider input(data, size);
-    if (fuzz::pick(input, 7) == 7)
+    const std::uint32_t what = fuzz::pick(input, 7);
+    if (what == 7)
         readAnyFile(input.ConsumeRemainingBytesAsString());
     else
-        sendAndReceive(input);
+        sendAndReceive(what % 2 == 0 ? made(input) : parsed(input.ConsumeRemainingBytesAsString()));
     return 0;
 }

@@ -5,9 +5,9 @@
 #include "comserver/identifiers.h"
 #include "comserver/settings.h"
 #include "foundation/registry/registry_key.h"
-#include "fuzz/fuzz.h"
 #include "platform/host/fault.h"
 #include "platform/host/registry_host.h"
+#include "testing/fuzz.h"
 
 using fuzz::require;
 using owlkit::RegistryKey;
@@ -32,7 +32,7 @@ struct Stored {
 template <class Value>
 struct Read {
     template <class Call>
-    explicit Read(Call call) : error(fuzz::error([&] { value = call(); })) {}
+    explicit Read(Call call) : error(test::errorOf([&] { value = call(); })) {}
     bool operator==(const Read&) const = default;
 
     Value value{};
@@ -96,7 +96,7 @@ void bytes(RegistryKey& key, const Stored& stored) {
     require(key.readBinary(kName, read.data(), size) == size);
     require(read == stored.bytes + '?');
     if (size > 0)
-        require(fuzz::error([&] { key.readBinary(kName, read.data(), size - 1); }) == "invalid size");
+        require(test::errorOf([&] { key.readBinary(kName, read.data(), size - 1); }) == "invalid size");
 }
 
 void approve() {

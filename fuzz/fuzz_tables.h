@@ -3,9 +3,9 @@
 
 #include "foundation/stream/memory_stream.h"
 #include "foundation/text/text.h"
-#include "fuzz/fuzz.h"
 #include "lang/escapes.h"
 #include "lang/interlang.h"
+#include "testing/fuzz.h"
 
 namespace fuzz {
 

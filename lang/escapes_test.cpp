@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "foundation/codec/hex.h"
+
 namespace owlkit {
 namespace {
 
@@ -45,7 +49,11 @@ TEST(Escapes, Encode) {
         const auto c = static_cast<char16_t>(unit);
         const std::u16string text{c, c, u'4', c, u'1', c};
         ASSERT_EQ(decoded(encodeEscapes(text)), text);
-        ASSERT_EQ(decoded(encodeEscapes(text, EscapeMode::Ascii)), text);
+        ASSERT_EQ(decoded(hexEscapeText(text, false)), text);
+        const std::u16string ascii = encodeEscapes(text, EscapeMode::Ascii);
+        ASSERT_EQ(decoded(ascii), text);
+        ASSERT_TRUE(std::ranges::all_of(ascii, [](char16_t a) { return a >= 32 && a <= 127; }));
+        ASSERT_EQ(findBrokenEscape(ascii), c == u'\\' ? 0 : npos);
     }
 }
 

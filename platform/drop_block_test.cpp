@@ -5,6 +5,7 @@
 #include <cstring>
 #include <memory>
 
+#include "testing/drop_block.h"
 #include "testing/text.h"
 
 namespace platform {
@@ -70,24 +71,6 @@ TEST(DropBlock, FindsThePathsThatEndAndCountsTheRest) {
     }
 }
 
-// The paths unit by unit, each unit of `width` bytes.
-DropPaths findSlowly(std::string_view rest, std::size_t width) {
-    DropPaths paths;
-    rest = rest.substr(0, rest.size() / width * width);
-    std::size_t start = 0, ended = 0;
-    for (std::size_t at = 0; at != rest.size(); at += width) {
-        if (rest.substr(at, width).find_first_not_of('\0') != rest.npos) {
-            paths.count += at == start;
-        } else if (at == start) {
-            break;
-        } else {
-            start = ended = at + width;
-        }
-    }
-    paths.bytes = rest.substr(0, ended);
-    return paths;
-}
-
 TEST(DropBlock, FindsAZeroAtEveryPlaceInABlock) {
     for (const std::uint32_t width : {1u, 2u}) {
         for (std::size_t length = 1; length <= 40; ++length) {
@@ -96,7 +79,7 @@ TEST(DropBlock, FindsAZeroAtEveryPlaceInABlock) {
             std::string block = header(20, width - 1) + path + std::string(width, '\0') + path + path +
                                 std::string(2 * width, '\0') + path;
             for (; block.size() > 20; block.pop_back()) {
-                const DropPaths slow = findSlowly(std::string_view(block).substr(20), width);
+                const DropPaths slow = test::findSlowly(block);
                 const DropPaths paths = findDropPaths(block.data(), block.size());
                 ASSERT_EQ(paths.count, slow.count) << block.size();
                 ASSERT_EQ(paths.bytes, slow.bytes) << block.size();

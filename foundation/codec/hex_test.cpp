@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "testing/streams.h"
+#include "testing/text.h"
 
 namespace owlkit {
 namespace {
@@ -31,6 +32,24 @@ TEST(Hex, EscapesText) {
     EXPECT_EQ(hexEscapeText("A \n"sv, false), R"(\x41\x20\n)");
     EXPECT_EQ(hexEscapeText(u"A\u00FF\u0100\U0001F600"sv, true), u"A\\xFF\\u0100\\uD83D\\uDE00");
     EXPECT_EQ(hexEscapeText(u"A"sv, false), uR"(\x41)");
+}
+
+TEST(Hex, SaysTheSameOfEveryByteInBothWidths) {
+    for (int byte = 0; byte < 256; ++byte) {
+        SCOPED_TRACE(byte);
+        const std::string content(1, static_cast<char>(byte));
+        for (const bool keepPrintable : {false, true}) {
+            const bool kept = keepPrintable && byte >= 0x20 && byte <= 0x7F;
+            std::string text;
+            std::u16string wide;
+            hexEscape(text, content.data(), 1, keepPrintable, "<", ">");
+            hexEscape(wide, content.data(), 1, keepPrintable, u"<", u">");
+            EXPECT_EQ(text, kept ? content : "<" + hex(content) + ">");
+            EXPECT_EQ(wide, widened(text));
+            EXPECT_EQ(hexEscapeText(widened(content), keepPrintable),
+                      widened(hexEscapeText(content, keepPrintable)));
+        }
+    }
 }
 
 }  // namespace

@@ -1,15 +1,15 @@
-// What the fuzz targets share.
+// For fuzz targets: taking an input apart, and stopping at one that breaks a promise.
 #pragma once
 
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <cstdint>
 #include <cstdlib>
-#include <exception>
 #include <string>
 #include <string_view>
 
 #include "foundation/charset/convert.h"
+#include "testing/errors.h"
 #include "testing/text.h"
 
 namespace fuzz {
@@ -22,17 +22,6 @@ using test::widened;
 inline void require(bool holds) {
     if (!holds)
         std::abort();
-}
-
-// The text of the exception that `call` throws, or nothing.
-template <class Call>
-std::string error(Call call) {
-    try {
-        call();
-    } catch (const std::exception& thrown) {
-        return thrown.what();
-    }
-    return {};
 }
 
 // Bytes as wide text: UTF-8, so that the words of a dictionary fit, with the bytes that are none as lone

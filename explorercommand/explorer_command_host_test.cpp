@@ -5,7 +5,9 @@
 
 #include "comserver/class_id.h"
 #include "explorercommand/command_class.h"
+#include "foundation/codec/base64.h"
 #include "testing/commands.h"
+#include "testing/shown_menu.h"
 
 namespace nmshell {
 namespace {
@@ -15,14 +17,9 @@ using enum SelectionKind;
 
 class ExplorerCommandTest : public CommandTest {
   protected:
-    static std::string line(const std::u16string& text, bool grayed, const std::string& below) {
-        return platform::toHostName(text) + (grayed ? " x" : "") + (below.empty() ? "" : " [" + below + "]") +
-               ", ";
-    }
-
-    // What is below `parent`: texts, an "x" where it cannot be chosen, and in brackets what is below that.
-    static std::string tree(IExplorerCommand& parent, IShellItemArray* items) {
-        std::string result;
+    // What is below `parent`, as shown() tells it of a menu.
+    static std::u16string tree(IExplorerCommand& parent, IShellItemArray* items) {
+        std::u16string result;
         for (const Ref<IExplorerCommand>& child : children(parent)) {
             EXPCMDFLAGS flags = 0;
             EXPCMDSTATE state = ECS_HIDDEN;
@@ -30,20 +27,10 @@ class ExplorerCommandTest : public CommandTest {
             EXPECT_EQ(child->GetState(items, TRUE, &state), S_OK);
             const std::u16string text = title(*child, items);
             EXPECT_EQ(flags == ECF_ISSEPARATOR, text == kSeparatorText);
-            result +=
-                line(text, state == ECS_DISABLED, flags == ECF_HASSUBCOMMANDS ? tree(*child, items) : "");
-        }
-        return result;
-    }
-
-    // The same of a context menu without its first `skipped` entries.
-    static std::string tree(const host::Menu& menu, std::size_t skipped = 0) {
-        std::string result;
-        for (const host::RecordedItem& item : std::span(menu.items).subspan(skipped)) {
-            const bool parts = item.request.type == platform::kTypeSeparator;
-            result +=
-                line(parts ? std::u16string(kSeparatorText) : item.text,
-                     item.request.state == platform::kStateGrayed, item.submenu ? tree(*item.submenu) : "");
+            std::optional<std::u16string> below;
+            if (flags == ECF_HASSUBCOMMANDS)
+                below = tree(*child, items);
+            result += shownItem(text, state == ECS_DISABLED, below);
         }
         return result;
     }
@@ -92,7 +79,8 @@ TEST_F(ExplorerCommandTest, ShowsTheEntriesOfTheContextMenu) {
         classic.items.pop_back();
         const host::RecordedItem product = classic.items.back();
         classic.items.pop_back();
-        EXPECT_EQ(tree(*command, &items), tree(classic, 1) + tree(*product.submenu));
+        EXPECT_EQ(tree(*command, &items),
+                  shown(std::span(classic.items).subspan(1)) + shown(product.submenu->items));
         EXPECT_EQ(title(*command, &items), product.text);
         EXPECT_EQ(title(*children(*command)[0], &items), c.first);
         EXPECT_EQ(items.references(), 0u);
@@ -150,43 +138,20 @@ TEST_F(ExplorerCommandTest, AsksForNothingThatItDoesNotUse) {
     EXPECT_EQ(stateOf(*driveCommands[2], &drives, TRUE, ECS_DISABLED), S_OK) << "the bin is empty";
 }
 
-TEST_F(ExplorerCommandTest, StartsWhatTheContextMenuStarts) {
-    const std::u16string longName(600, u'n');
-    struct Case {
-        const char* name;
-        SelectionKind kind;
-        std::vector<std::optional<std::u16string>> paths;
-    };
-    for (const Case& c :
-         {Case{"file", Files, {u"C:\\\u00C4 %20.txt"}}, Case{"without a path", Files, {std::nullopt}},
-          Case{"no file among them", Files, {u"a", std::nullopt, u"b"}},
-          Case{"long", Files, {longName, u"b\xD800"}}, Case{"drive", Drives, {u"D:\\"}}}) {
-        ItemArray items(c.paths);
-        const Ref<IContextMenu> menu = extension(c.kind, dropOf(c.paths));
-        for (const Ref<IExplorerCommand>& command : all(*root(c.kind))) {
-            const std::uint32_t offset = offsetOf(*command);
-            SCOPED_TRACE(c.name + std::to_string(offset));
-            if (offset == kNoCommand) {
-                EXPECT_EQ(command->Invoke(&items, nullptr), E_FAIL);
-                continue;
-            }
-            module_.handover = HandoverFiles(u".nmark");
-            EXPECT_EQ(invoke(menu, offset), S_OK);
-            const std::u16string classic = lastStart();
-            const std::u16string handedOver = handover(classic);
-            module_.handover = HandoverFiles(u".nmark");
-            EXPECT_EQ(command->Invoke(&items, nullptr), S_OK);
-            EXPECT_EQ(lastStart(), classic);
-            EXPECT_EQ(handover(lastStart()), handedOver);
-        }
-        EXPECT_EQ(items.references(), 0u);
-    }
-    const std::size_t starts = host::shellStarts().size();
+// What each command starts for paths that can be read stands in tests/life_walk/started.cpp.
+TEST_F(ExplorerCommandTest, StartsNothingWithoutASelectionOrWhileOff) {
+    using namespace std::string_literals;
     const Ref<IExplorerCommand> wipe = std::move(children(*root(Files))[0]);
+    ItemArray some({u"a", std::nullopt, u"b"}), none({std::nullopt});
+    EXPECT_EQ(wipe->Invoke(&some, nullptr), S_OK);
+    EXPECT_TRUE(lastStart().ends_with(u" -data " + owlkit::base64("a\0\0\0b\0\0\0"s)));
+    EXPECT_EQ(wipe->Invoke(&none, nullptr), S_OK);
+    EXPECT_EQ(lastStart().find(u"-data"), std::u16string::npos);
+    host::shellStarts().clear();
     EXPECT_EQ(wipe->Invoke(nullptr, nullptr), E_FAIL);
     setFlag(u"Enabled", false);
     EXPECT_EQ(root(Files)->Invoke(nullptr, nullptr), E_FAIL);
-    EXPECT_EQ(host::shellStarts().size(), starts);
+    EXPECT_TRUE(host::shellStarts().empty());
 }
 
 TEST_F(ExplorerCommandTest, NamesIconsTipsAndItself) {

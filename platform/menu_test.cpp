@@ -4,54 +4,12 @@
 
 #include <string>
 
-#ifdef _WIN32
-#include "platform/win32/win32_api.h"
-#else
-#include "platform/host/menu_host.h"
-#endif
+#include "testing/shown_menu.h"
 
 namespace platform {
 namespace {
 
-// What a menu shows: each item followed by a bar, a grayed one in brackets, a submenu with its items in
-// braces.
-#ifdef _WIN32
-std::u16string shown(MenuRef menu) {
-    std::u16string text;
-    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
-        char16_t name[64] = {};
-        MENUITEMINFOW info = {};
-        info.cbSize = sizeof info;
-        info.fMask = MIIM_FTYPE | MIIM_STATE | MIIM_STRING | MIIM_SUBMENU;
-        info.dwTypeData = wide(name);
-        info.cch = 64;
-        EXPECT_TRUE(GetMenuItemInfoW(menu, static_cast<UINT>(i), TRUE, &info));
-        std::u16string item = info.fType == kTypeSeparator ? u"--" : name;
-        if (info.fState == kStateGrayed)
-            item = u"[" + item + u"]";
-        if (info.hSubMenu)
-            item += u"{" + shown(info.hSubMenu) + u"}";
-        text += item + u"|";
-    }
-    return text;
-}
-#else
-std::u16string shown(const host::Menu& menu) {
-    std::u16string text;
-    for (const host::RecordedItem& recorded : menu.items) {
-        std::u16string item = recorded.request.type == kTypeSeparator ? u"--" : recorded.text;
-        if (recorded.request.state == kStateGrayed)
-            item = u"[" + item + u"]";
-        if (recorded.submenu)
-            item += u"{" + shown(*recorded.submenu) + u"}";
-        text += item + u"|";
-    }
-    return text;
-}
-std::u16string shown(MenuRef menu) {
-    return shown(host::menu(menu));
-}
-#endif
+using test::shown;
 
 constexpr std::uint32_t kPlain = kItemState | kItemId | kItemString;
 

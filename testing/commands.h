@@ -1,7 +1,6 @@
 // For tests of the commands: what a shell asks of them.
 #pragma once
 
-#include "contextmenu/handover_file.h"
 #include "explorercommand/command_class.h"
 #include "explorercommand/explorer_command.h"
 #include "platform/host/item_array_host.h"
@@ -71,17 +70,6 @@ class CommandTest : public ExtensionTest {
         EXPECT_EQ(command.GetCanonicalName(&name), S_OK);
         return name.Data4[7] < nmshell::kCommandCount && name.Data1 != 0 ? name.Data4[7]
                                                                          : nmshell::kNoCommand;
-    }
-
-    // The paths of a hand-over file that a start names, which is then gone.
-    static std::u16string handover(const std::u16string& start) {
-        const std::size_t at = start.find(u"-tfn ");
-        if (at == std::u16string::npos)
-            return {};
-        nmshell::LaunchRequest request;
-        nmshell::HandoverFiles files;
-        nmshell::parseArguments({u"-tfn", start.substr(at + 5)}, request, files);
-        return request.data;
     }
 };
 

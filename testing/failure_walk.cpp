@@ -3,6 +3,9 @@
 #include <cstdio>
 #include <map>
 
+#include "foundation/process/elevation.h"
+#include "foundation/process/folders.h"
+
 namespace test {
 namespace {
 
@@ -17,6 +20,19 @@ std::string describe(const Failure& failure) {
 }
 
 }  // namespace
+
+void FailureWalkTest::beginWorld(const char16_t* file) {
+    host::resetRegistry();
+    approve();
+    host::resetShell();
+    for (const char16_t* const drive : {u"D:\\", u""})
+        host::setRecycleBin(drive, host::RecycleBin{4096, 2});
+    host::resetModules();
+    host::setModuleFileName(host::moduleAt(this), folder() + file);
+    host::tokenRecord() = {.elevationType = platform::kElevationTypeLimited};
+    owlkit::forgetElevation();
+    owlkit::recordApplicationFolder(u"");
+}
 
 void FailureWalkTest::begin() const {
     if (failure_.isOfMemory())

@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "comserver/guard.h"
+#include "testing/extension.h"
 #include "testing/failing_allocation.h"
-#include "testing/host.h"
 
 namespace test {
 
@@ -36,6 +36,10 @@ class FailureWalkTest : public HostTest {
     // `memory` no allocation fails. Says how many failures there were.
     void walk(const char* name, const std::function<void()>& scenario, bool memory = true);
 
+    // The world with which every run begins: an approved module of the name `file` in the current folder, a
+    // user without administrator rights, and something in the Recycle Bins.
+    void beginWorld(const char16_t* file);
+
     // Arms the failure of this run; takes it away again.
     void begin() const;
     void end();
@@ -50,6 +54,18 @@ class FailureWalkTest : public HostTest {
             ADD_FAILURE() << "an exception came out of " << name;
             return {};
         }
+    }
+
+    // The object that `work` gives; none when it is refused, for which there are two ways to say so.
+    template <class Interface>
+    Ref<Interface> obtain(const char* name, auto work) const {
+        void* object = nullptr;
+        const HRESULT result = call(name, [&] { return work(&object); });
+        EXPECT_EQ(object != nullptr, result == S_OK) << name;
+        const bool refused =
+            result == CLASS_E_CLASSNOTAVAILABLE || (failure().isOfMemory() && result == E_OUTOFMEMORY);
+        EXPECT_TRUE(result == S_OK || refused) << name << std::hex << result;
+        return Ref<Interface>(static_cast<Interface*>(object));
     }
 
     const Failure& failure() const { return failure_; }

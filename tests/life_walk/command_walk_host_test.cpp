@@ -1,19 +1,12 @@
 // The first level of the menu with every failure: from loading the module over each method of each command to
 // unloading it.
 #include <map>
-#include <optional>
 
 #include "comserver/class_factory.h"
-#include "comserver/identifiers.h"
 #include "explorercommand/command_class.h"
 #include "explorercommand/explorer_command.h"
 #include "foundation/path/path.h"
-#include "foundation/process/elevation.h"
-#include "foundation/process/folders.h"
-#include "platform/host/item_array_host.h"
-#include "platform/module.h"
 #include "testing/commands.h"
-#include "tests/life_walk/answers.h"
 #include "tests/life_walk/started.h"
 #include "tests/life_walk/walk.h"
 
@@ -32,7 +25,7 @@ struct Answers {
     std::u16string tip;
     HRESULT stateResults[2] = {S_OK, S_OK};  // at once, and where it may be slow
     EXPCMDSTATE states[2] = {ECS_HIDDEN, ECS_HIDDEN};
-    std::optional<host::ShellStart> start;
+    Invocation invocation;
 };
 
 class CommandWalk : public LifeWalkTest {
@@ -40,6 +33,7 @@ class CommandWalk : public LifeWalkTest {
     CommandWalk() {
         std::filesystem::create_directory("langs");
         makeFile("a file.txt");
+        makeFile("\\\\.\\D:", "volume");
         makeFile("langs/de.lang.txt", "LANG: de\nKEY: CXT_MENU_WIPE_FILE\nTEXT: Datei\n");
         selected_.folder = folder();
     }
@@ -53,16 +47,7 @@ class CommandWalk : public LifeWalkTest {
 
   private:
     void run() {
-        host::resetRegistry();
-        host::putText(u"HKEY_LOCAL_MACHINE\\" + std::u16string(kApprovalPath), kFileSystemClassId,
-                      platform::kRegSz, kHandlerName);
-        host::resetShell();
-        host::setRecycleBin(u"D:\\", host::RecycleBin{4096, 2});
-        host::tokenRecord() = {.elevationType = platform::kElevationTypeLimited};
-        owlkit::forgetElevation();
-        host::resetModules();
-        host::setModuleFileName(host::moduleAt(this), folder() + u"nmcommand.dll");
-        owlkit::recordApplicationFolder(u"");
+        beginWorld(u"nmcommand.dll");
         different_ = 0;
         answers_.clear();
         host::ItemArray items({selected_.paths.begin(), selected_.paths.end()});
@@ -139,17 +124,11 @@ class CommandWalk : public LifeWalkTest {
             ask(*Ref<IExplorerCommand>(next[i]), items);
     }
 
-    // The object that `work` gives; none when it fails.
     template <class Interface>
     Ref<Interface> obtain(const char* name, auto work) {
-        void* object = nullptr;
-        const HRESULT result = call(name, [&] { return work(&object); });
-        EXPECT_EQ(object != nullptr, result == S_OK) << name;
-        if (result != S_OK) {
-            EXPECT_TRUE(result == CLASS_E_CLASSNOTAVAILABLE || failure().isOfMemory()) << name;
-            different_ |= kNotServed;
-        }
-        return Ref<Interface>(static_cast<Interface*>(object));
+        auto object = LifeWalkTest::obtain<Interface>(name, work);
+        different_ |= object ? 0u : kNotServed;
+        return object;
     }
 
     std::u16string text(const char* name, auto get) {
@@ -171,14 +150,10 @@ class CommandWalk : public LifeWalkTest {
         for (const BOOL slow : {FALSE, TRUE})
             answers.stateResults[slow] =
                 call("GetState", [&] { return command.GetState(&items, slow, &answers.states[slow]); });
-        if (kind_ != SelectionKind::Files)
-            return;
-        const std::size_t before = host::shellStarts().size();
-        const HRESULT result = call("Invoke", [&] { return command.Invoke(&items, nullptr); });
-        EXPECT_LE(host::shellStarts().size(), before + (id == kRoot ? 0 : 1));
-        EXPECT_TRUE(result == S_OK || host::shellStarts().size() == before);
-        if (host::shellStarts().size() != before)
-            answers.start = host::shellStarts().back();
+        answers.invocation = invoked("Invoke", [&] { return command.Invoke(&items, nullptr); });
+        const std::size_t starts = answers.invocation.starts.size();
+        EXPECT_LE(starts, id == kRoot ? 0u : 1u);
+        EXPECT_TRUE(answers.invocation.result == S_OK || starts == 0);
     }
 
     void compare() {
@@ -188,9 +163,10 @@ class CommandWalk : public LifeWalkTest {
         }
         for (const auto& [id, answers] : answers_) {
             const Answers& base = base_[id];
-            if (answers.start)
-                different_ |= checkStart(id, *answers.start, selected_, true);
-            else if (base.start)
+            const Invocation& invocation = answers.invocation;
+            if (!invocation.starts.empty())
+                different_ |= checkStart(id, invocation.starts[0], selected_, !invocation.volumeFailed);
+            else if (!base.invocation.starts.empty())
                 different_ |= kNotStarted;
             const std::uint32_t states = stateDifference(answers, base);
             different_ |= states;

@@ -2,11 +2,8 @@
 #include <map>
 #include <set>
 
-#include "foundation/process/elevation.h"
-#include "foundation/process/folders.h"
 #include "platform/locale.h"
 #include "platform/module.h"
-#include "testing/extension.h"
 #include "tests/life_walk/started.h"
 #include "tests/life_walk/walk.h"
 
@@ -48,12 +45,6 @@ struct Entry {
     std::u16string text;
     bool grayed;
     bool lacksIcon;  // though it is not grayed itself
-};
-
-struct Invocation {
-    HRESULT result = E_FAIL;
-    std::vector<host::ShellStart> starts;
-    bool volumeFailed = false;
 };
 
 // What a host sees of one right-click.
@@ -98,23 +89,10 @@ class RightClickWalk : public LifeWalkTest, public testing::WithParamInterface<S
         host::setLocaleInfo(platform::kLocaleIso639LanguageName, u"de");
     }
 
-    void prepare() {
-        host::resetRegistry();
-        approve();
+    void run() {
+        beginWorld(u"nmshell.dll");
         if (GetParam().kind != SelectionKind::Drives)  // drives have the language of the system
             set(u"Language", u"de");
-        host::resetShell();
-        for (const char16_t* const drive : {u"D:\\", u""})
-            host::setRecycleBin(drive, host::RecycleBin{4096, 2});
-        host::resetModules();
-        host::setModuleFileName(host::moduleAt(this), folder() + u"nmshell.dll");
-        host::tokenRecord() = {.elevationType = platform::kElevationTypeLimited};
-        owlkit::forgetElevation();
-        owlkit::recordApplicationFolder(u"");
-    }
-
-    void run() {
-        prepare();
         const std::set<std::string> filesBefore = files();
         const Selected selected{GetParam().paths, folder()};
         std::vector<host::DropItem> items;
@@ -181,7 +159,10 @@ class RightClickWalk : public LifeWalkTest, public testing::WithParamInterface<S
                                           CMF_NORMAL);
         });
         for (std::uint32_t offset = 0; offset < kOffsets; ++offset) {
-            invoke(*menu, offset, outcome.invocations[offset]);
+            CMINVOKECOMMANDINFO info = {};
+            info.lpVerb = reinterpret_cast<LPCSTR>(UINT_PTR{offset});
+            outcome.invocations[offset] =
+                invoked("InvokeCommand", [&] { return menu->InvokeCommand(&info); });
             char16_t text[100] = u"";
             const HRESULT result = call("GetCommandString", [&] {
                 return menu->GetCommandString(offset, GCS_HELPTEXTW, nullptr, reinterpret_cast<CHAR*>(text),
@@ -190,32 +171,6 @@ class RightClickWalk : public LifeWalkTest, public testing::WithParamInterface<S
             EXPECT_EQ(result, *text != u'\0' ? S_OK : E_FAIL);
             outcome.help[offset] = text;
         }
-    }
-
-    // The object that `work` gives; none when it fails, which it must say in one of two ways.
-    template <class Interface>
-    Ref<Interface> obtain(const char* name, auto work) {
-        void* object = nullptr;
-        const HRESULT result = call(name, [&] { return work(&object); });
-        EXPECT_EQ(object != nullptr, result == S_OK) << name;
-        const bool refused =
-            result == CLASS_E_CLASSNOTAVAILABLE || (failure().isOfMemory() && result == E_OUTOFMEMORY);
-        EXPECT_TRUE(result == S_OK || refused) << name << std::hex << result;
-        return Ref<Interface>(static_cast<Interface*>(object));
-    }
-
-    void invoke(IContextMenu& menu, std::uint32_t offset, Invocation& invocation) {
-        const bool failedBefore = fails();
-        host::shellStarts().clear();
-        CMINVOKECOMMANDINFO info = {};
-        info.lpVerb = reinterpret_cast<LPCSTR>(UINT_PTR{offset});
-        invocation.result = call("InvokeCommand", [&] { return menu.InvokeCommand(&info); });
-        invocation.starts.assign(host::shellStarts().begin(), host::shellStarts().end());
-        const bool failsStill = failure().kind == Kind::EveryCall || failure().kind == Kind::Operation;
-        const std::string operation = fault::firedOperation();
-        invocation.volumeFailed = fails() && (failsStill || !failedBefore) &&
-                                  (failure().kind == Kind::EveryCall || operation == "CreateFileW" ||
-                                   operation == "DeviceIoControl");
     }
 
     std::uint32_t differences(const Outcome& outcome, const Selected& selected) const {

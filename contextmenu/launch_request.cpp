@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "foundation/codec/base64.h"
-#include "foundation/stream/memory_stream.h"
 #include "foundation/text/number.h"
 #include "foundation/text/text.h"
 
@@ -17,15 +16,18 @@ constexpr std::u16string_view kEscapedSpace = u"%20";
 constexpr std::uint32_t kHexadecimal = 16;
 constexpr std::size_t kShortestBase64 = 2;
 
-// Scalars least significant byte first, texts as their bare code units.
-void useLittleEndian(owlkit::MemoryStream& stream) {
-    stream.setByteOrder(owlkit::ByteOrder::LittleEndian);
-    stream.setTextEncoding(owlkit::TextEncoding::Utf16);
+// The `width` low bytes of `value`, the least significant one first.
+void append(std::string& bytes, std::uint32_t value, std::size_t width) {
+    for (; width > 0; --width, value >>= 8)
+        bytes += static_cast<char>(value);
 }
 
-std::u16string toBase64(const owlkit::MemoryStream& stream) {
-    return owlkit::base64(
-        {reinterpret_cast<const char*>(stream.data()), static_cast<std::size_t>(stream.size())});
+// The value of up to `width` such bytes at `at`: those behind the end are 0.
+std::uint32_t valueAt(std::string_view bytes, std::size_t at, std::size_t width) {
+    std::uint32_t value = 0;
+    for (std::size_t i = std::min(bytes.size(), at + width); i > at; --i)
+        value = value << 8 | static_cast<std::uint8_t>(bytes[i - 1]);
+    return value;
 }
 
 // The bytes of a value; nothing when it is too short or not base64: a character that got lost or added on the
@@ -145,11 +147,10 @@ std::uint32_t parseArguments(const std::vector<std::u16string>& arguments, Launc
 }
 
 std::u16string encodeCursor(const CursorPoint& point) {
-    owlkit::MemoryStream stream;
-    useLittleEndian(stream);
-    stream.writeInt32(point.x);
-    stream.writeInt32(point.y);
-    return toBase64(stream);
+    std::string bytes;
+    append(bytes, static_cast<std::uint32_t>(point.x), sizeof point.x);
+    append(bytes, static_cast<std::uint32_t>(point.y), sizeof point.y);
+    return owlkit::base64(bytes);
 }
 
 bool decodeCursor(std::u16string_view text, CursorPoint& point) {
@@ -157,27 +158,24 @@ bool decodeCursor(std::u16string_view text, CursorPoint& point) {
     const std::optional<std::string> bytes = fromValue(text);
     if (!bytes)
         return false;
-    owlkit::MemoryStream stream(bytes->data(), bytes->size(), false);
-    useLittleEndian(stream);
-    stream.readInt32(point.x);
-    stream.readInt32(point.y);
+    point.x = static_cast<std::int32_t>(valueAt(*bytes, 0, sizeof point.x));
+    point.y = static_cast<std::int32_t>(valueAt(*bytes, sizeof point.x, sizeof point.y));
     return true;
 }
 
 std::u16string encodeData(std::u16string_view data) {
-    owlkit::MemoryStream stream;
-    useLittleEndian(stream);
-    stream.writeText(data);
-    return toBase64(stream);
+    std::string bytes;
+    bytes.reserve(data.size() * sizeof(char16_t));
+    for (const char16_t unit : data)
+        append(bytes, unit, sizeof unit);
+    return owlkit::base64(bytes);
 }
 
 std::u16string decodeData(std::u16string_view text) {
-    std::u16string data;
-    if (const std::optional<std::string> bytes = fromValue(text)) {
-        owlkit::MemoryStream stream(bytes->data(), bytes->size(), false);
-        useLittleEndian(stream);
-        stream.readText(data);
-    }
+    const std::string bytes = fromValue(text).value_or(std::string());
+    std::u16string data(bytes.size() / sizeof(char16_t), u'\0');
+    for (std::size_t i = 0; i < data.size(); ++i)
+        data[i] = static_cast<char16_t>(valueAt(bytes, i * sizeof(char16_t), sizeof(char16_t)));
     return data;
 }
 

@@ -172,15 +172,6 @@ TEST(LanguageFile, Write) {
     EXPECT_THROW(written(table, u"xx", u""), std::logic_error);
 }
 
-TEST(LanguageFile, BackslashBeforeAnEscapeLetterDoesNotComeBack) {
-    interlang table;
-    std::uint32_t line = 0;
-    EXPECT_TRUE(parse(table, {"KEY: k\nLANG: en\nTEXT: C:\\x5Cnew"}, line));
-    EXPECT_EQ(table.GetText(u"k"), u"C:\\new");
-    EXPECT_TRUE(parse(table, {written(table, u"", u"")}, line));
-    EXPECT_EQ(table.GetText(u"k"), u"C:\new");
-}
-
 TEST(LanguageFile, CheckConsistency) {
     interlang table;
     std::uint32_t line = 0;

@@ -41,6 +41,7 @@ TEST(LocaleContract, ConvertsInTheCodePage) {
         {"ASCII", u"a~", kWideNoBestFitCharacters, "a~", false},
         {"a letter of it", u"\u00E9", kWideNoBestFitCharacters, "\xE9", false},
         {"a letter of another", u"a\u4E2D", kWideNoBestFitCharacters, "a?", true},
+        {"one that an A would fit best", u"\u0100", kWideNoBestFitCharacters, "?", true},
         {"a lone surrogate", u"\xD800z", kWideNoBestFitCharacters, "?z", true},
     };
     for (const Case& c : cases) {

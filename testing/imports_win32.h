@@ -49,6 +49,19 @@ inline void* lead(HMODULE module, const char* name, void* function) {
     return before;
 }
 
+// Puts another function in the place of an imported one, for as long as it lives.
+class Replaced {
+  public:
+    Replaced(void*& entry, void* function) : entry_(entry), original_(entry) { setSlot(&entry, function); }
+    ~Replaced() { setSlot(&entry_, original_); }
+    Replaced(const Replaced&) = delete;
+    Replaced& operator=(const Replaced&) = delete;
+
+  private:
+    void*& entry_;
+    void* original_;
+};
+
 // A module that was put into memory without being entered: its imports can be led elsewhere before it is
 // attached, and that can fail.
 class UnenteredModule {

@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "foundation/charset/convert.h"
-#include "foundation/charset/locale_info.h"
+#include "foundation/charset/charset.h"
 #include "foundation/charset/single_byte_tables.h"
-#include "platform/locale.h"
 #include "platform/win32/win32_api.h"
 
 namespace owlkit {
@@ -45,29 +43,6 @@ TEST(SingleByteTables, AgreeWithWindows) {
                 << codePage << ' ' << byte;
         }
     }
-}
-
-TEST(Convert, ThePlatformUsesNoBestFit) {
-    if (platform::ansiCodePage() != 1252u)
-        GTEST_SKIP() << "needs the ANSI code page 1252";
-    bool failed = false;
-    // U+0100 would be a best-fit "A".
-    EXPECT_EQ(ToNarrow(u"\u20ACz\u0100\U0001F600z", kCharsetPlatform, ErrorPolicy::Hex, '?', &failed),
-              "\x80zxFFFDxFFFDz");
-    EXPECT_TRUE(failed);
-    EXPECT_EQ(ToNarrow(u"\u20ACz", kCharsetPlatform, ErrorPolicy::Hex, '?', &failed), "\x80z");
-    EXPECT_FALSE(failed);
-    EXPECT_EQ(ToWide("\x80z", kCharsetPlatform), u"\u20ACz");
-}
-
-TEST(LocaleInfo, ReadsTheUsersLocale) {
-    const LocaleInfo locale;
-    for (int i = 0; i <= static_cast<int>(LocaleText::LongTimeFormat); ++i) {
-        const std::u16string& text = locale.wide(static_cast<LocaleText>(i));
-        EXPECT_TRUE(!text.empty()) << i;
-        EXPECT_TRUE(text.find(u'\0') == text.npos) << i;
-    }
-    EXPECT_EQ(locale.charset(), systemCharset());
 }
 
 }  // namespace

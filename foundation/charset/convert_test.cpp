@@ -60,16 +60,6 @@ TEST(ToWide, DecodesUtf8) {
     }
 }
 
-TEST(Convert, Utf8TakesPairsAndLoneSurrogates) {
-    bool failed = true;
-    const std::u16string units = {0xDFFF, 0xD83D, 0xDE00, 0xDE00, 0xDBFF, 0xD800, 0xDC00, 0xDBFF};
-    const std::string bytes =
-        "\xED\xBF\xBF\xF0\x9F\x98\x80\xED\xB8\x80\xED\xAF\xBF\xF0\x90\x80\x80\xED\xAF\xBF";
-    EXPECT_EQ(ToNarrow(units, kCharsetUtf8, Stop, '?', &failed), bytes);
-    EXPECT_FALSE(failed);
-    EXPECT_EQ(ToWide(bytes, kCharsetUtf8, Stop), units);
-}
-
 TEST(Convert, SingleByteDirectionsAreInverse) {
     for (CharsetCode charset = kCharsetAscii; charset < kCharsetCount; ++charset) {
         const SingleByteTable table(charset);

@@ -1,8 +1,10 @@
 #include "platform/file.h"
 
+#include <gtest/gtest.h>
+
 #include "platform/win32/win32_api.h"
 #include "testing/imports_win32.h"
-#include "testing/streams.h"
+#include "testing/temporary.h"
 
 // The entries of this program's import table.
 extern "C" {
@@ -14,22 +16,7 @@ extern void* __imp_WriteFile;
 namespace platform {
 namespace {
 
-using namespace test;
-
-// Puts another function in the place of an imported one, for as long as it lives.
-class Replaced {
-  public:
-    Replaced(void*& entry, void* function) : entry_(entry), original_(entry) {
-        dll_tests::setSlot(&entry, function);
-    }
-    ~Replaced() { dll_tests::setSlot(&entry_, original_); }
-    Replaced(const Replaced&) = delete;
-    Replaced& operator=(const Replaced&) = delete;
-
-  private:
-    void*& entry_;
-    void* original_;
-};
+using dll_tests::Replaced;
 
 BOOL failWithoutCode() {
     SetLastError(ERROR_SUCCESS);

@@ -163,7 +163,7 @@ class Bench:
         listed = subprocess.run(["ninja", "-C", self.build, "-t", "targets", "all"], check=True, capture_output=True, text=True)
         self.programs = re.findall(r"^(\S*tests): CXX_EXECUTABLE_LINKER", listed.stdout, re.M)
         # The tools' own tests see a change through the programs.
-        self.tools = ["bin/interlang", "bin/rightclick", "bin/nmark.exe"]
+        self.tools = ["bin/interlang", "bin/rightclick", "bin/nmark.exe", "bin/nmshell-setup"]
         if not self.make(self.programs + self.tools):
             sys.exit("mutate: the code as it is does not build")
         for program in [*self.programs, None]:

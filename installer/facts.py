@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """What scripts/build-msi.sh has to know of the files that it packs.
 
-    facts.py version FILE          the version that a program or DLL carries, four numbers
+    facts.py version FILE ...      the version that these programs and DLLs carry, four numbers; refuses files that differ
     facts.py languages FOLDER      the languages of the language files, sorted, one a line
     facts.py code NAME FILE ...    a GUID that follows from NAME and from names and contents of the files
 """
@@ -41,7 +41,11 @@ def code(name, paths):
 def main():
     what, *rest = sys.argv[1:]
     if what == "version":
-        print(version(rest[0]))
+        found = {path: version(path) for path in rest}
+        for path in rest:
+            if found[path] != found[rest[0]]:
+                sys.exit(f"{path} is of another version than {rest[0]}")
+        print(found[rest[0]])
     elif what == "languages":
         print("\n".join(languages(rest[0])))
     elif what == "code":

@@ -33,10 +33,7 @@ package_options=()
 find . -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
 
 facts=$root/installer/facts.py
-file_version=$("$facts" version nmshell.dll)
-for file in "${files[@]}"; do
-  [ "$("$facts" version "$file")" = "$file_version" ] || fail 1 "$file is of another version than nmshell.dll"
-done
+file_version=$("$facts" version "${files[@]}")
 mapfile -t languages < <("$facts" languages langs)
 [[ " ${languages[*]} " == *" en "* ]] || fail 1 "there is no English among the language files"
 web_host=$(sed -n 's/^NMSHELL_WEB_HOST:STRING=//p' "$bin/../CMakeCache.txt" 2>/dev/null || true)

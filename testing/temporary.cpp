@@ -1,8 +1,8 @@
 #include "testing/temporary.h"
 
 #include <fstream>
-#include <iterator>
 #include <random>
+#include <sstream>
 #include <system_error>
 
 namespace test {
@@ -17,8 +17,9 @@ void writeFile(const fs::path& path, std::string_view content) {
 }  // namespace
 
 std::string fileBytes(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
+    std::ostringstream content;
+    content << std::ifstream(path, std::ios::binary).rdbuf();
+    return content.str();
 }
 
 std::string uniqueDigits() {

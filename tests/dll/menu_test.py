@@ -1,5 +1,6 @@
 """The built DLL through real COM: the exact menu of each kind of selection, and what each entry starts."""
 import base64
+import functools
 import os
 import pathlib
 import struct
@@ -63,8 +64,10 @@ class MenuTest(WineTest):
 
     def setUp(self):
         super().setUp()
-        self.wine("reg", "delete", SETTINGS, "/f")
-        self.setting("Language", "REG_SZ", "en")
+        settings = self.work / "settings.reg"
+        key = SETTINGS.replace("HKCU", "HKEY_CURRENT_USER")
+        settings.write_text(f'REGEDIT4\n\n[-{key}]\n\n[{key}]\n"Language"="en"\n', encoding="ascii")
+        self.reg("import", windows_path(settings))
         self.file = self.make("Übersicht – Entwurf.txt")
         self.other = self.make("表計算 😀.ods")
         self.folder = windows_path(self.work)
@@ -105,8 +108,12 @@ class MenuTest(WineTest):
             with self.subTest(text):
                 self.assertEqual(self.entries(*selection), [SEPARATOR, entry(text, 0, 230), PRODUCT, SEPARATOR])
 
+    @functools.cached_property
+    def elevation(self):
+        return self.pick(7, self.file)["elevation"]
+
     def trash(self, user, admin):
-        elevation = self.pick(7, self.file)["elevation"]
+        elevation = self.elevation
         return [entry("&Current user", user, 234, grayed=elevation == 2),
                 entry("&All users (as administrator)", admin, 235, grayed=elevation == 0)]
 
@@ -228,11 +235,12 @@ class MenuTest(WineTest):
         self.assertRefused("not registered", "--modern")
         self.register_commands()
         self.setting("Language", "REG_SZ", "de")
-        for selection in ([self.file], [self.folder], [self.file, self.folder]):
+        for selection, offsets in (([self.file], (0, 7, 9, 10, 11, 12, 13, 14)), ([self.folder], (0,)),
+                                   ([self.file, self.folder], (0,))):
             _, wipe, product, _ = self.entries(*selection)
             root, = tree(self.rightclick("--modern", *selection)["entries"])
             self.assertEqual(root, (*product[:4], [wipe, *product[4]]))
-            for offset in (0, 7, 9, 10, 11, 12, 13, 14):
+            for offset in offsets:
                 with self.subTest(offset=offset):
                     self.assertEqual(self.command_line(self.pick(offset, "--modern", *selection)),
                                      self.command_line(self.pick(offset, *selection)))

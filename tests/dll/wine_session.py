@@ -11,6 +11,8 @@ import unittest
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 BIN = pathlib.Path(os.environ.get("NMSHELL_BIN", ROOT / "build/win64/bin"))
 
+SNAPSHOT = BIN.parent / "testing/registry_snapshot.exe"
+
 COMMAND_CLASS = "{B1F60D94-52C8-4A37-8E7D-4C90A3D1E6F5}"
 FILES_CLASS = "{3D5C9A72-6E1B-4F08-A4C3-91B7E2D05F64}"
 APPROVED = r"HKLM\SOFTWARE\Microsoft\Windows\CurrentVersion\Shell Extensions\Approved"
@@ -95,18 +97,20 @@ class WineTest(unittest.TestCase):
 
     def registry(self):
         """The registry as a set of (key, value line); a key without values counts with an empty line."""
+        finished = self.wine(SNAPSHOT, windows_path(self.work))
+        self.assertEqual(finished.returncode, 0, finished.stderr)
         result = set()
-        for root in ("HKLM\\Software", "HKCU\\Software"):
-            file = self.work / "dump.reg"
-            file.unlink(missing_ok=True)
-            self.assertEqual(self.wine("reg", "export", root, windows_path(file), "/y").returncode, 0)
+        for root, name in (("hkey_local_machine", "machine.reg"), ("hkey_current_user", "user.reg")):
+            file = self.work / name
             key = ""
-            for line in file.read_text(encoding="utf-16").replace("\\\n", "").splitlines():
+            for line in file.read_text(encoding="ascii").replace("\\\n", "").splitlines():
                 if line.startswith("["):
-                    key = line.strip("[]").lower()
-                    result.add((key, ""))
-                elif line:
+                    key = f"{root}\\software\\" + line[1:line.rindex("]")].lower().replace("\\\\", "\\")
+                    parts = key.split("\\")  # a key above others has no line of its own unless it has values
+                    result.update(("\\".join(parts[:count]), "") for count in range(2, len(parts) + 1))
+                elif line.startswith(('"', "@")):
                     result.add((key, line))
+            file.unlink()
         return result
 
     def rightclick(self, *arguments, code=0, **environment):

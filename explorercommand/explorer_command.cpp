@@ -122,7 +122,7 @@ HRESULT ExplorerCommand::state(IShellItemArray* items, bool mayBeSlow, EXPCMDSTA
 }
 
 HRESULT ExplorerCommand::Invoke(IShellItemArray* items, IBindCtx*) {
-    if (!settings_.offered || entry_.offset == kNoCommand)
+    if (entry_.offset == kNoCommand)  // as the root, which alone there is of what is not offered
         return E_FAIL;
     return guard(E_OUTOFMEMORY, [&] {
         const auto paths = command(entry_.offset).data == RequestData::PathList ? Paths::All : Paths::None;

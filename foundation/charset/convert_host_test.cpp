@@ -70,6 +70,7 @@ TEST_F(SystemCharset, ThePlatformConvertsToNarrow) {
         {kUnknownCodePage, Fixed, '!', a + "\x1A\x1Az"},
         {kUnknownCodePage, Hex, '!', a + "xFFFDxFFFDz"},
         {kUnknownCodePage, KeepByte, '!', a + "Az"},
+        {54936, Replace, '!', a + "!!z"},
         {65001, Replace, '!', smile + "!z"},
         {65001, Stop, '!', smile},
         {65001, Hex, '!', smile + "xFFFDz"},

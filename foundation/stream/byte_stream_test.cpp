@@ -117,7 +117,7 @@ TEST_P(ByteStreamTest, DetectsTheEncoding) {
         {"no mark", "\xEF\xBBx", 99, Charset},
         {"empty", "", 99, Utf8},
         {"UTF-8", "\xC3\xA9\xF0\x9F\x98\x80", 99, Utf8},
-        {"cut by the sample", "ab\xF0\x9F\x98\x80", 5, Utf8},
+        {"cut by the sample", "\xC3\xA9\xF0\x9F\x98\x80", 5, Utf8},
         {"cut after the lead", "ab\xE2\x82\xAC", 3, Utf8},
         {"cut by the end", "ab\xE2\x82", 4, Charset},
         {"cut, overlong", "a\xE0\x80\x80", 3, Charset},

@@ -17,7 +17,8 @@ namespace {
 using test::widened;
 
 TEST(FormatNumber, AgreesWithPrintf) {
-    constexpr std::int64_t kValues[] = {0, 1, -1, 257, -257, 1234567890123, INT64_MAX, INT64_MIN};
+    constexpr std::int64_t kValues[] = {0,         9,        10, 99, 100, -1, 257, -257, 1234567890123,
+                                        INT64_MAX, INT64_MIN};
     constexpr const char* kPlain[] = {"%" PRId64, "%" PRIu64, "%" PRIX64, "%" PRIx64, "%" PRIo64};
     constexpr const char* kPadded[] = {"%0*" PRId64, "%0*" PRIu64, "%0*" PRIX64, "%0*" PRIx64, "%0*" PRIo64};
     for (const std::int64_t value : kValues) {

@@ -27,6 +27,8 @@ State& state() {
     return instance;
 }
 
+constexpr std::uint32_t kGb18030CodePage = 54936;
+
 bool isUtf8() {
     return state().codePage.value_or(kUtf8CodePage) == kUtf8CodePage;
 }
@@ -126,18 +128,21 @@ std::optional<std::string> wideToMultiByte(std::u16string_view text, std::uint32
         return std::string{};
     if (fault::next("WideCharToMultiByte") != kSuccess || text.size() > INT_MAX)
         return std::nullopt;
+    // As the call itself refuses: in these no question about the default character and no other flag.
+    const bool isStrict = isUtf8() || state().codePage == kGb18030CodePage;
+    if (isStrict && (usedDefault != nullptr || (flags & ~kWideErrorInvalidCharacters) != 0))
+        return std::nullopt;
     if (!isUtf8()) {
         std::string result;
         const bool defined = substituteToNarrow(text, result);
+        if (!defined && flags == kWideErrorInvalidCharacters)
+            return std::nullopt;
         if (fault::next("WideCharToMultiByte") != kSuccess)
             return std::nullopt;
         if (usedDefault != nullptr)
             *usedDefault = !defined;
         return result;
     }
-    // As the call itself refuses: in UTF-8 no question about the default character and no other flag.
-    if (usedDefault != nullptr || (flags & ~kWideErrorInvalidCharacters) != 0)
-        return std::nullopt;
     std::u16string characters(text);
     if (replaceLoneSurrogates(characters) && flags != 0)
         return std::nullopt;

@@ -1,5 +1,5 @@
-// Saves HKLM\Software and HKCU\Software into the files machine.reg and user.reg of the folder that is named: in
-// a tenth of the time that an export takes. The system's own format, which under Wine is text.
+// Saves HKLM\Software and HKCU\Software into the files machine.reg and user.reg of the folder that is named:
+// in a tenth of the time that an export takes. The system's own format, which under Wine is text.
 #include "platform/process.h"
 #include "platform/win32/win32_api.h"
 

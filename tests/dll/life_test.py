@@ -7,7 +7,7 @@ from wine_session import BIN, ROOT, WineTest, windows_path
 
 
 class LifeTest(WineTest):
-    patience = 1100  # a good minute on a machine that has nothing else to do
+    patience = 1100  # half a minute on a machine that has nothing else to do
 
     def test_a_host_that_lives_on(self):
         # Two languages are enough: the files of all of them are most of what one load costs.

@@ -140,16 +140,21 @@ TEST(ParseInt32, HoldsTheRange) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text);
-        EXPECT_EQ(parseInt32Or(c.text, 77, c.radix), c.value);
-        const auto inWidth = [&](const auto& text) {
+        const std::string_view narrow = c.text;
+        const std::u16string wide = widened(c.text);
+        const auto parsed = [&](const auto& text, auto... radix) {
+            EXPECT_EQ(parseInt32Or(text, 77, radix...), c.value);
             std::int32_t value = 77;
-            EXPECT_EQ(parseInt32(text, value, c.radix), c.taken);
+            EXPECT_EQ(parseInt32(text, value, radix...), c.taken);
             EXPECT_EQ(value, c.value);
             std::uint32_t bits = 77;
-            EXPECT_EQ(parseUInt32(text, bits, c.radix), c.unsignedTaken);
+            EXPECT_EQ(parseUInt32(text, bits, radix...), c.unsignedTaken);
             return bits;
         };
-        EXPECT_EQ(inWidth(std::string_view(c.text)), inWidth(std::u16string_view(widened(c.text))));
+        EXPECT_EQ(parsed(narrow, c.radix), parsed(std::u16string_view(wide), c.radix));
+        if (c.radix == 10) {
+            EXPECT_EQ(parsed(narrow), parsed(std::u16string_view(wide)));
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 // Any bytes read in all settings by any sequence of operations: a stream that holds its bytes in memory and
 // one that has to be asked for every one give the same, and nobody gets more than there is or was asked for.
 #include "testing/fuzz.h"
+#include "testing/plain_stream.h"
 
 using fuzz::require;
 using owlkit::ByteStream;
@@ -8,32 +9,6 @@ using owlkit::ByteStream;
 namespace {
 
 constexpr std::uint32_t kRawLimit = 1000;
-
-// Reads without anything at hand beforehand.
-class PlainStream final : public ByteStream {
-  public:
-    explicit PlainStream(std::string bytes) : bytes_(std::move(bytes)) {}
-    bool isReadable() const override { return true; }
-    bool isWritable() const override { return false; }
-    std::size_t read(void* buffer, std::size_t count) override {
-        count = bytes_.copy(static_cast<char*>(buffer), count, at_);
-        at_ += count;
-        return count;
-    }
-    std::size_t write(const void*, std::size_t) override { return 0; }
-    std::int64_t size() const override { return static_cast<std::int64_t>(bytes_.size()); }
-    std::int64_t position() const override { return static_cast<std::int64_t>(at_); }
-    bool seek(std::int64_t offset, owlkit::SeekOrigin origin) override {
-        const std::int64_t target = seekTarget(offset, origin);
-        at_ = target < 0 ? at_ : static_cast<std::size_t>(target);
-        return target >= 0;
-    }
-    bool setSize(std::int64_t) override { return false; }
-
-  private:
-    std::string bytes_;
-    std::size_t at_ = 0;
-};
 
 struct Step {
     std::uint32_t operation;
@@ -109,7 +84,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         step = {fuzz::pick(input, 8), input.ConsumeIntegralInRange(-8, 120), fuzz::pick(input, 3)};
     const std::string bytes = input.ConsumeRemainingBytesAsString();
     owlkit::MemoryStream memory(bytes.data(), bytes.size(), false);
-    PlainStream plain(bytes);
+    test::PlainStream plain(bytes);
     memory.setSettings(settings);
     plain.setSettings(settings);
     for (const Step& step : steps) {

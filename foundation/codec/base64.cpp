@@ -138,7 +138,9 @@ std::int64_t Base64Codec::encode(ByteStream& source, ByteStream& target, std::in
     std::int64_t left = count;
     while (left != 0) {
         const std::size_t wanted = static_cast<std::size_t>(left < 0 ? kBlock : std::min(left, kBlock));
-        const std::size_t got = source.read(block.data(), wanted);
+        std::size_t got = 0;
+        for (std::size_t part = 3; part >= 3 && got < wanted; got += part)  // fewer than three are the last
+            part = source.read(block.data() + got, wanted - got);
         writer.write(block.data(), got, out);
         if (!drain(out, target, total) || got < static_cast<std::size_t>(kBlock))
             break;

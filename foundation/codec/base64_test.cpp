@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "testing/errors.h"
+#include "testing/plain_stream.h"
 #include "testing/text.h"
 
 namespace owlkit {
@@ -62,6 +63,16 @@ TEST(Base64, Encodes) {
     std::u16string wide;
     EXPECT_EQ(Base64Codec().encodeToString(source, wide), 4u);
     EXPECT_EQ(wide, u"Tf8=");
+}
+
+TEST(Base64, EncodesAStreamThatGivesLittleAtATime) {
+    for (const auto& [most, expected] : {std::pair(5, "TWFueXMgbWFu"), std::pair(2, "TWE=")}) {
+        SCOPED_TRACE(most);
+        PlainStream source("Manys man", static_cast<std::size_t>(most));
+        std::string text;
+        Base64Codec().encodeToString(source, text);
+        EXPECT_EQ(text, expected);
+    }
 }
 
 TEST(Base64, Decodes) {

@@ -33,8 +33,8 @@ enum class Elevation { Never, Always, WhenVolumeIsClosed };
 enum class RequestData { None, PathList };
 
 struct Command {
-    std::u16string_view menuKey;  // empty: in no menu, or chosen by the selection (kWipeFiles)
-    std::u16string_view helpKey;
+    std::string_view menuKey;  // empty: in no menu, or chosen by the selection (kWipeFiles)
+    std::string_view helpKey;
     int bitmap;  // resource identifier, or kNoBitmap
     CommandAction action;
     std::uint32_t number;  // what the application is told; 0 tells it nothing

@@ -1,5 +1,6 @@
 #include "contextmenu/menu_insertion.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace nmshell {
@@ -15,24 +16,29 @@ platform::MenuItem item(std::uint32_t mask, const MenuEntry& entry) {
     return result;
 }
 
-void setText(platform::MenuItem& item, const MenuEntry& entry) {
-    if (entry.isSeparator()) {
-        item.type = platform::kTypeSeparator;
-        return;
-    }
-    item.hasText = true;
-    item.text = entry.text;
+std::size_t longestText(const std::vector<MenuEntry>& entries) {
+    std::size_t longest = 0;
+    for (const MenuEntry& entry : entries)
+        longest = std::max({longest, mostShownUnits(entry), longestText(entry.children)});
+    return longest;
 }
 
 }  // namespace
 
 void MenuInserter::insert(platform::MenuRef menu, std::uint32_t position,
                           const std::vector<MenuEntry>& entries) {
+    // Should memory run out, then before the menu has some of the entries.
+    text_.reserve(longestText(entries));
+    insertAll(menu, position, entries);
+}
+
+void MenuInserter::insertAll(platform::MenuRef menu, std::uint32_t position,
+                             const std::vector<MenuEntry>& entries) {
     // What could not be inserted is passed over: the rest of the menu is worth having.
     for (const MenuEntry& entry : entries) {
         if (entry.submenu) {
             if (const Submenu submenu = InsertSubmenu(menu, position, entry); submenu.menu)
-                insert(submenu.menu, 0, entry.children);
+                insertAll(submenu.menu, 0, entry.children);
         } else if (entry.isSeparator() && entry.offset == kNoCommand) {
             static_cast<void>(InsertMenuSeparator(menu, position));
         } else {
@@ -71,6 +77,17 @@ Submenu MenuInserter::InsertSubmenu(platform::MenuRef parent, std::uint32_t posi
         static_cast<void>(made.release());  // the parent destroys it from here on
     submenu.notHung = std::move(made);
     return submenu;
+}
+
+void MenuInserter::setText(platform::MenuItem& request, const MenuEntry& entry) {
+    if (entry.isSeparator()) {
+        request.type = platform::kTypeSeparator;
+        return;
+    }
+    text_.clear();
+    appendShownText(entry, text_);
+    request.hasText = true;
+    request.text = text_;
 }
 
 void MenuInserter::addBitmap(platform::MenuItem& request, const MenuEntry& entry) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "contextmenu/menu_bitmaps.h"
@@ -38,11 +39,14 @@ class MenuInserter {
                                         const MenuEntry& entry);
 
   private:
+    void insertAll(platform::MenuRef menu, std::uint32_t position, const std::vector<MenuEntry>& entries);
+    void setText(platform::MenuItem& request, const MenuEntry& entry);
     void addBitmap(platform::MenuItem& request, const MenuEntry& entry);
 
     std::uint32_t firstId_;
     bool icons_;
     BitmapCache& bitmaps_;
+    std::u16string text_;  // of the entry that is inserted
 };
 
 }  // namespace nmshell

@@ -3,6 +3,7 @@
 #include <concepts>
 #include <utility>
 
+#include "foundation/charset/convert.h"
 #include "resources/resource.h"
 
 namespace nmshell {
@@ -51,15 +52,18 @@ class Builder {
     }
 
     MenuEntry entry(std::uint32_t offset, bool grayed = false) const {
-        return entry(offset, texts_.GetText(command(offset).menuKey), grayed);
+        return entry(offset, command(offset).menuKey, grayed);
     }
-    static MenuEntry entry(std::uint32_t offset, std::u16string text, bool grayed = false) {
-        return {
-            .text = std::move(text), .offset = offset, .bitmap = command(offset).bitmap, .grayed = grayed};
+    MenuEntry entry(std::uint32_t offset, std::string_view key, bool grayed = false) const {
+        return {.text = texts_.keptText(key),
+                .namesProduct = offset == kAbout,
+                .offset = offset,
+                .bitmap = command(offset).bitmap,
+                .grayed = grayed};
     }
 
-    static MenuEntry submenu(std::u16string text, int bitmap, bool grayed, std::vector<MenuEntry> children) {
-        return {.text = std::move(text),
+    MenuEntry submenu(std::string_view key, int bitmap, bool grayed, std::vector<MenuEntry> children) const {
+        return {.text = texts_.keptText(key),
                 .bitmap = bitmap,
                 .grayed = grayed,
                 .submenu = true,
@@ -67,21 +71,21 @@ class Builder {
     }
 
     // A single path that has vanished since is looked up under the empty key; the entry is still added.
-    std::u16string_view wipeFilesKey() const {
+    std::string_view wipeFilesKey() const {
         if (selection_.count >= 2)
-            return u"CXT_MENU_WIPE_DATA";
+            return "CXT_MENU_WIPE_DATA";
         switch (facts_.firstPathType) {
             case owlkit::PathType::File:
-                return u"CXT_MENU_WIPE_FILE";
+                return "CXT_MENU_WIPE_FILE";
             case owlkit::PathType::Folder:
-                return u"CXT_MENU_WIPE_FOLDER";
+                return "CXT_MENU_WIPE_FOLDER";
             case owlkit::PathType::Unreadable:
                 break;
         }
-        return u"";
+        return "";
     }
 
-    MenuEntry wipeFiles() const { return entry(kWipeFiles, texts_.GetText(wipeFilesKey())); }
+    MenuEntry wipeFiles() const { return entry(kWipeFiles, wipeFilesKey()); }
 
     MenuEntry wipeDrive() const {
         return entry(kWipeDrive, selection_.count >= 2 || facts_.firstPathOnSystemDrive);
@@ -89,18 +93,18 @@ class Builder {
 
     // The bin of one drive tells by a postfix why it cannot be chosen; that of several drives does not.
     MenuEntry driveRecycleBin() const {
-        std::u16string text = texts_.GetText(u"CXT_MENU_WIPE_DRIVE_TRASH");
         const bool grayed = selection_.count != 1 || facts_.recycleBin != RecycleBinState::HoldsItems;
-        if (selection_.count == 1 && grayed) {
-            const bool empty = facts_.recycleBin == RecycleBinState::Empty;
-            text += u' ';
-            text += texts_.GetText(empty ? u"CXT_MENU_EMPTY_POSTFIX" : u"CXT_MENU_NONE_POSTFIX");
-        }
-        return submenu(std::move(text), IDB_RECYCLE_BIN, grayed, owners(kUserTrashDrive, kAdminTrashDrive));
+        MenuEntry bin = submenu("CXT_MENU_WIPE_DRIVE_TRASH", IDB_RECYCLE_BIN, grayed,
+                                owners(kUserTrashDrive, kAdminTrashDrive));
+        if (selection_.count == 1 && grayed)
+            bin.postfix =
+                texts_.keptText(facts_.recycleBin == RecycleBinState::Empty ? "CXT_MENU_EMPTY_POSTFIX"
+                                                                            : "CXT_MENU_NONE_POSTFIX");
+        return bin;
     }
 
     MenuEntry allRecycleBins() const {
-        return submenu(texts_.GetText(u"CXT_MENU_WIPE_ALL_TRASH"), IDB_RECYCLE_BIN,
+        return submenu("CXT_MENU_WIPE_ALL_TRASH", IDB_RECYCLE_BIN,
                        facts_.recycleBin != RecycleBinState::HoldsItems,
                        owners(kUserTrashAll, kAdminTrashAll));
     }
@@ -111,11 +115,12 @@ class Builder {
     }
 
     MenuEntry product() const {
-        return submenu(
-            texts_.GetTextWithArgs(u"CXT_MENU_PARENT", kProductName, {}), IDB_NULLMARK, false,
-            listOf(entry(kOptions), entry(kStandalone), separatorEntry(), entry(kUpdate), entry(kRegister),
-                   entry(kUpgrade), separatorEntry(), entry(kHelp),
-                   entry(kAbout, texts_.GetTextWithArgs(command(kAbout).menuKey, kProductName, {}))));
+        MenuEntry product =
+            submenu("CXT_MENU_PARENT", IDB_NULLMARK, false,
+                    listOf(entry(kOptions), entry(kStandalone), separatorEntry(), entry(kUpdate),
+                           entry(kRegister), entry(kUpgrade), separatorEntry(), entry(kHelp), entry(kAbout)));
+        product.namesProduct = true;
+        return product;
     }
 
     const Selection& selection_;
@@ -124,6 +129,28 @@ class Builder {
 };
 
 }  // namespace
+
+void appendShownText(const MenuEntry& entry, std::u16string& text) {
+    const std::size_t start = text.size();
+    owlkit::AppendUtf8(text, entry.text);
+    const auto put = [&](std::u16string_view place, std::u16string_view argument) {
+        for (std::size_t at = start; (at = text.find(place, at)) != text.npos; at += argument.size())
+            text.replace(at, place.size(), argument);
+    };
+    if (entry.namesProduct) {
+        put(u"%1", kProductName);
+        put(u"%2", {});
+    }
+    if (entry.postfix.data() != nullptr) {
+        text += u' ';
+        owlkit::AppendUtf8(text, entry.postfix);
+    }
+}
+
+// A place of the product's name is shorter than the name.
+std::size_t mostShownUnits(const MenuEntry& entry) {
+    return entry.text.size() * kProductName.size() + 1 + entry.postfix.size();
+}
 
 std::vector<MenuEntry> buildMenu(const Selection& selection, const MenuFacts& facts,
                                  const owlkit::interlang& texts) {

@@ -19,21 +19,34 @@ inline constexpr std::uint32_t kNoCommand = 0xFFFFFFFF;
 inline constexpr std::u16string_view kProductName = u"Nullmark";
 
 // An entry with this text is a separator, wherever the text comes from.
-inline constexpr std::u16string_view kSeparatorText = u"--";
+inline constexpr std::string_view kSeparatorText = "--";
 
+// The texts are UTF-8. They lie in the table that was asked, until it is cleared, or in the program.
 struct MenuEntry {
-    std::u16string text;
+    std::string_view text;
+    std::string_view postfix = {};      // shown behind the text after a blank, unless it lies nowhere
+    bool namesProduct = false;          // by %1 in the text, and %2 is left out
     std::uint32_t offset = kNoCommand;  // command offset; kNoCommand for separators and submenus
     int bitmap = kNoBitmap;             // resource identifier
     bool grayed = false;
     bool submenu = false;
     std::vector<MenuEntry> children = {};  // of a submenu
 
-    bool isSeparator() const { return text == kSeparatorText; }
+    bool isSeparator() const { return text == kSeparatorText && postfix.data() == nullptr; }
 };
 
 inline MenuEntry separatorEntry() {
-    return {.text = std::u16string(kSeparatorText)};
+    return {.text = kSeparatorText};
+}
+
+// Appends what a menu shows. Asks for no memory when `text` has room for so many more units as the second
+// gives.
+void appendShownText(const MenuEntry& entry, std::u16string& text);
+std::size_t mostShownUnits(const MenuEntry& entry);
+inline std::u16string shownText(const MenuEntry& entry) {
+    std::u16string text;
+    appendShownText(entry, text);
+    return text;
 }
 
 // The entries to add for `selection`, in order, texts looked up in `texts`; empty when nothing is to be

@@ -25,7 +25,7 @@ class MenuTest : public HostTest {
         texts_.SetKey(u"CXT_MENU_PARENT");
         texts_.AddText(u"%1+");
         texts_.SetKey(u"CXT_MENU_ABOUT");
-        texts_.AddText(u"%1? %1!");
+        texts_.AddText(u"%1? %2%1!");
         texts_.EndLoad();
     }
 
@@ -53,7 +53,7 @@ class MenuTest : public HostTest {
 std::string sketch(const std::vector<MenuEntry>& entries) {
     std::string result;
     for (const MenuEntry& entry : entries) {
-        std::string text = platform::toHostName(entry.text);
+        std::string text = platform::toHostName(shownText(entry));
         for (const char* const common : {"CXT_MENU_", "WIPE_", "_TRASH"})
             text = owlkit::replaceAll(text, common, "");
         result += (result.empty() ? "" : " ") + text + (entry.grayed ? "!" : "");
@@ -200,9 +200,8 @@ TEST_F(MenuTest, KeepsPlannedPositions) {
     const platform::MenuHandle menu = menuOf({u"first", u"last"});
     fault::arm("InsertMenuItemW", 1, platform::kErrorNotEnoughMemory);
     MenuInserter(1000, false, bitmaps_)
-        .insert(
-            menu.get(), 1,
-            {{.text = u"lost", .offset = 0}, {.text = u"kept", .offset = 1}, {.text = u"--", .offset = 2}});
+        .insert(menu.get(), 1,
+                {{.text = "lost", .offset = 0}, {.text = "kept", .offset = 1}, {.text = "--", .offset = 2}});
     EXPECT_EQ(dump(host::menu(menu.get())),
               "0 0 0 0 first\n0 0 0 0 last\n43 0 0 1001 kept\n43 800 0 1002 (none)\n");
 }
@@ -218,7 +217,7 @@ TEST_F(MenuTest, GivesASubmenuBackAlsoWhenItHangsNowhere) {
         const platform::MenuHandle parent = platform::createMenu();
         fault::arm(c.failing, 1, platform::kErrorNotEnoughMemory);
         const Submenu submenu =
-            MenuInserter(1000, false, bitmaps_).InsertSubmenu(parent.get(), 0, {.text = u"sub"});
+            MenuInserter(1000, false, bitmaps_).InsertSubmenu(parent.get(), 0, {.text = "sub"});
         EXPECT_EQ(submenu.menu != nullptr, c.made);
         EXPECT_EQ(static_cast<bool>(submenu.notHung), c.made && !c.hung);
         EXPECT_EQ(host::menu(parent.get()).items.size(), c.hung ? 1u : 0u);

@@ -6,6 +6,7 @@
 #include "comserver/settings.h"
 #include "contextmenu/dispatch.h"
 #include "explorercommand/command_enumerator.h"
+#include "foundation/charset/convert.h"
 #include "foundation/text/number.h"
 
 namespace nmshell {
@@ -67,9 +68,9 @@ MenuEntry ExplorerCommand::entryFor(const Selection& selection, const MenuFacts&
 HRESULT ExplorerCommand::GetTitle(IShellItemArray* items, LPWSTR* name) {
     return giveText(name, E_FAIL, [&] {
         if (place_.empty() || !textNeedsFacts(entry_))
-            return entry_.text;
+            return shownText(entry_);
         const Selection selection = selectionFrom(items, settings_.kind, Paths::OfOne);
-        return entryFor(selection, gatherFacts(selection, module().systemDrive)).text;
+        return shownText(entryFor(selection, gatherFacts(selection, module().systemDrive)));
     });
 }
 
@@ -86,7 +87,7 @@ HRESULT ExplorerCommand::GetToolTip(IShellItemArray*, LPWSTR* text) {
     return giveText(text, E_NOTIMPL, [&] {
         if (entry_.offset >= kCommandCount)
             return std::u16string();
-        return module().texts.GetText(command(entry_.offset).helpKey);
+        return owlkit::ToWide(module().texts.keptText(command(entry_.offset).helpKey), owlkit::kCharsetUtf8);
     });
 }
 

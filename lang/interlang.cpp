@@ -23,11 +23,6 @@ std::u16string chosenLanguage(std::u16string_view active) {
     return name.empty() ? systemLanguage() : std::u16string(name);
 }
 
-[[noreturn]] void throwNoTranslation(std::u16string_view key) {
-    throwNotFound(
-        ("interlang translation not found for key '" + ToNarrow(key, kCharsetSystem) + "'").c_str());
-}
-
 }  // namespace
 
 void interlang::requireLoading() const {
@@ -38,19 +33,6 @@ void interlang::requireLoading() const {
 void interlang::requireNotLoading() const {
     if (state_ == State::Loading)
         throwInvalidState();
-}
-
-void interlang::Clear() {
-    requireLoading();
-    keys_.clear();
-    languages_.clear();
-    pool_.clear();
-    active_.clear();
-    activeSource_ = ActiveSource::Named;
-    primary_.clear();
-    currentKey_ = {};
-    SetLanguage(u"");
-    notFoundMode_ = NotFoundMode::UsePrimary;
 }
 
 void interlang::BeginLoad() {
@@ -65,8 +47,10 @@ void interlang::BeginLoad() {
 // of memory and leave the table loading for good.
 void interlang::EndLoad() {
     requireLoading();
-    if (!knowsLanguage(activeLanguage()))
+    if (!activePlace_ && !(activePlace_ = placeOf(activeLanguage()))) {
         activeSource_ = settledSource(activeLanguage(), primary_);
+        activePlace_ = placeOf(activeLanguage());
+    }
     currentKey_ = {};
     currentLanguage_.clear();
     state_ = State::Built;
@@ -78,6 +62,7 @@ void interlang::SetLanguages(std::u16string_view active, std::u16string_view pri
     std::u16string newPrimary(trim(primary));
     active_ = std::move(newActive);
     activeSource_ = ActiveSource::Named;
+    activePlace_.reset();
     primary_ = std::move(newPrimary);
 }
 
@@ -87,11 +72,6 @@ bool interlang::usesLanguages(std::u16string_view active, std::u16string_view pr
     if (state_ != State::Built || trim(primary) != primary_)
         return false;
     return chosenLanguage(active) == active_ && settledSource(active_, primary_) == activeSource_;
-}
-
-void interlang::SetKey(std::u16string_view key) {
-    requireLoading();
-    currentKey_ = pool_.keep(ToNarrow(key, kCharsetUtf8));
 }
 
 void interlang::SetLanguage(std::u16string_view name) {
@@ -117,9 +97,12 @@ void interlang::expectKeys(std::size_t count) {
 void interlang::addKeptText(std::string_view text) {
     std::vector<std::string_view>& texts = currentEntry().texts;
     const std::size_t key = placeOfCurrentKey();
-    if (key >= texts.size())
-        texts.resize(key + 1);
-    texts[key] = text;
+    if (key > texts.size())
+        texts.resize(key);
+    if (key == texts.size())
+        texts.push_back(text);
+    else
+        texts[key] = text;
     lastKey_ = key;
 }
 
@@ -163,57 +146,21 @@ interlang::ActiveSource interlang::settledSource(std::u16string_view active,
     return knowsLanguage(primary) || languages_.empty() ? ActiveSource::Primary : ActiveSource::First;
 }
 
-bool interlang::HasLanguage(std::u16string_view name) const {
-    requireNotLoading();
-    return knowsLanguage(name);
-}
-
-// Lies nowhere when there is none.
-std::string_view interlang::storedText(std::u16string_view language, std::u16string_view key) const {
-    const std::optional<std::size_t> place = placeOf(language);
-    const std::optional<std::size_t> at = place ? keys_.find(key) : std::nullopt;
-    if (!at || *at >= languages_[*place].texts.size())
+// Both places may be missing. Lies nowhere when there is none.
+std::string_view interlang::storedText(std::optional<std::size_t> language,
+                                       std::optional<std::size_t> key) const {
+    if (!language || !key || *key >= languages_[*language].texts.size())
         return {};
-    return languages_[*place].texts[*at];
+    return languages_[*language].texts[*key];
 }
 
-bool interlang::Find(std::u16string_view language, std::u16string_view key, NotFoundMode mode,
-                     std::u16string* out) const {
+std::string_view interlang::keptText(std::string_view key) const {
     requireNotLoading();
-    std::string_view text = storedText(language, key);
-    if (text.data() == nullptr && mode == NotFoundMode::UsePrimary)
-        text = storedText(primary_, key);
-    const bool found = text.data() != nullptr;
-    if (!found && mode == NotFoundMode::Throw && state_ != State::Empty)
-        throwNoTranslation(key);
-    if (out != nullptr) {
-        if (found)
-            *out = ToWide(text, kCharsetUtf8);
-        else if (mode == NotFoundMode::UsePrimary || mode == NotFoundMode::GiveKey)
-            *out = key;
-        else
-            out->clear();
-    }
-    return found;
-}
-
-std::u16string interlang::GetText(std::u16string_view key, std::u16string_view language) const {
-    std::u16string text;
-    Find(language.empty() ? activeLanguage() : language, key, notFoundMode_, &text);
-    return text;
-}
-
-bool interlang::HasText(std::u16string_view key, std::u16string_view language) const {
-    return Find(language.empty() ? activeLanguage() : language, key, NotFoundMode::GiveNothing);
-}
-
-std::u16string interlang::GetTextWithArgs(std::u16string_view key, std::u16string_view first,
-                                          std::u16string_view second, std::u16string_view language) const {
-    std::u16string text = GetText(key, language);
-    for (const auto& [place, argument] : {std::pair(u"%1", first), std::pair(u"%2", second)})
-        if (text.find(place) != text.npos)
-            text = replaceAll(text, place, argument);
-    return text;
+    const std::optional<std::size_t> at = keys_.find(key);
+    std::string_view text = storedText(activePlace_, at);
+    if (text.data() == nullptr)
+        text = storedText(placeOf(primary_), at);
+    return text.data() != nullptr ? text : key;
 }
 
 bool interlang::Parse(ByteStream& stream, std::uint32_t& line, ReadObserver* observer) {

@@ -88,6 +88,10 @@ class interlang {
     std::u16string GetText(std::u16string_view key, std::u16string_view language = {}) const;
     bool HasText(std::u16string_view key, std::u16string_view language = {}) const;
 
+    // Built: GetText of a key in UTF-8 and the active language, as UTF-8: a part of the table, where it stays
+    // until Clear(), or `key` itself.
+    std::string_view keptText(std::string_view key) const;
+
     // Built: GetText, then "%1" replaced everywhere by `first`, and in what that gives "%2" by `second`.
     std::u16string GetTextWithArgs(std::u16string_view key, std::u16string_view first,
                                    std::u16string_view second = {}, std::u16string_view language = {}) const;
@@ -127,7 +131,7 @@ class interlang {
     void requireNotLoading() const;
     std::optional<std::size_t> placeOf(std::u16string_view language) const;
     bool knowsLanguage(std::u16string_view name) const { return placeOf(name).has_value(); }
-    std::string_view storedText(std::u16string_view language, std::u16string_view key) const;
+    std::string_view storedText(std::optional<std::size_t> language, std::optional<std::size_t> key) const;
     std::u16string_view activeLanguage() const;
     ActiveSource settledSource(std::u16string_view active, std::u16string_view primary) const;
     Language& currentEntry();
@@ -138,6 +142,7 @@ class interlang {
     std::vector<Language> languages_;  // in the order in which they were first met, each exactly once
     std::u16string active_;            // in use as long as the source is Named
     ActiveSource activeSource_ = ActiveSource::Named;
+    std::optional<std::size_t> activePlace_;  // of the active language, once it has been looked up
     std::u16string primary_;
     std::string_view currentKey_;  // in the pool
     std::u16string currentLanguage_;

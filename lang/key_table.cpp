@@ -61,15 +61,16 @@ std::uint32_t KeyTable::numberIn(std::size_t slot) const {
 
 std::optional<std::size_t> KeyTable::find(std::u16string_view key) const {
     if (key.size() > kUsualKey)
-        return findUtf8(ToNarrow(key, kCharsetUtf8));
+        return find(ToNarrow(key, kCharsetUtf8));
     std::uint8_t bytes[kUsualKey * kMostOfUnit + kRunSlack];
     const char16_t* in = key.data();
     std::uint8_t* out = bytes;
     encodeUtf8Run(in, in + key.size(), out, std::end(bytes), false);
-    return findUtf8({reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(out - bytes)});
+    return find(
+        std::string_view(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(out - bytes)));
 }
 
-std::optional<std::size_t> KeyTable::findUtf8(std::string_view key) const {
+std::optional<std::size_t> KeyTable::find(std::string_view key) const {
     const std::uint32_t number = slots_.empty() ? 0 : numberIn(slotOf(key, hashOf(key)));
     return number == 0 ? std::nullopt : std::optional<std::size_t>(number - 1);
 }

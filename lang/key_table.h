@@ -17,6 +17,7 @@ class KeyTable {
     // Makes room for so many keys in all, which saves moving them as they come.
     void reserve(std::size_t count);
     // The place of a key; nothing when it is not there.
+    std::optional<std::size_t> find(std::string_view key) const;
     std::optional<std::size_t> find(std::u16string_view key) const;
     // The same, but a key that is not there is added behind the last; it must stay where it is. Changes
     // nothing when memory runs out.
@@ -28,7 +29,6 @@ class KeyTable {
   private:
     std::size_t slotOf(std::string_view key, std::uint32_t hash) const;
     std::uint32_t numberIn(std::size_t slot) const;
-    std::optional<std::size_t> findUtf8(std::string_view key) const;
     void fill(std::size_t slot, std::uint32_t hash, std::size_t number);
     void makeSlots(std::size_t keys);
 

@@ -44,10 +44,11 @@ std::u16string LoadLanguageFolder(const std::u16string& folder, interlang& table
     std::vector<std::u16string> names;
     if (!ListLanguageFiles(folder, names))
         return std::u16string(kNoFilesText);
-    const std::u16string base = withTrailingSeparator(folder);
+    std::u16string path = withTrailingSeparator(folder);
+    const std::size_t base = path.size();
     std::u16string failure;
     for (const std::u16string& name : names) {
-        std::u16string text = LoadLanguageFile(base + name, table);
+        std::u16string text = LoadLanguageFile(path.replace(base, path.npos, name), table);
         if (failure.empty())
             failure = std::move(text);
     }

@@ -24,20 +24,35 @@ constexpr std::size_t kUsualEntry = 64;          // bytes of a key and its text 
 constexpr std::size_t kMostExpected = 1u << 17;  // keys; a file of comments is to reserve no more
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
-// Where in `text` the byte is, or its size: sixteen at a time, as the C library of Windows does not look for
-// it.
-std::size_t placeOf(char byte, std::string_view text) {
-    const __m128i wanted = _mm_set1_epi8(byte);
-    std::size_t at = 0;
-    for (; text.size() - at >= sizeof wanted; at += sizeof wanted) {
-        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
-        if (const int found = _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, wanted)); found != 0)
-            return at + static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(found)));
+// Goes through the places of a byte in a text: sixteen bytes at a time, as the C library of Windows does not
+// look for it.
+class Places {
+  public:
+    Places(char byte, std::string_view text) : text_(text), byte_(byte) {}
+
+    // The next one, from the first on; behind the last the size of the text.
+    std::size_t next() {
+        const __m128i wanted = _mm_set1_epi8(byte_);
+        for (; found_ == 0 && text_.size() - looked_ >= sizeof wanted; looked_ += sizeof wanted) {
+            const auto* const bytes = reinterpret_cast<const __m128i*>(text_.data() + looked_);
+            found_ = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(_mm_loadu_si128(bytes), wanted)));
+        }
+        if (found_ != 0) {
+            const auto place = static_cast<std::size_t>(std::countr_zero(found_));
+            found_ &= found_ - 1;
+            return looked_ - sizeof wanted + place;
+        }
+        while (looked_ < text_.size() && text_[looked_] != byte_)
+            ++looked_;
+        return looked_ < text_.size() ? looked_++ : looked_;
     }
-    while (at < text.size() && text[at] != byte)
-        ++at;
-    return at;
-}
+
+  private:
+    std::string_view text_;
+    char byte_;
+    std::size_t looked_ = 0;
+    unsigned found_ = 0;  // in the sixteen bytes before `looked_`
+};
 
 std::u16string wide(std::string_view text) {
     return ToWide(text, kCharsetUtf8);
@@ -186,7 +201,7 @@ class LanguageFileReader {
             observer_->stored(
                 {textLine_, wide(table_.currentKey()), table_.currentLanguage(), wide(text_.text())});
         const std::string_view text = text_.take(table_.pool());
-        if (placeOf('\\', text) == text.size())
+        if (!mayHaveEscapes_ || text.find('\\') == text.npos)
             table_.addKeptText(text);
         else
             table_.AddText(wide(text));
@@ -195,6 +210,7 @@ class LanguageFileReader {
 
     interlang& table_;
     ReadObserver* observer_;
+    bool mayHaveEscapes_ = true;
     std::uint32_t number_ = 0;
     Record last_ = Record::None;
     Pending key_;                // while not empty
@@ -247,16 +263,18 @@ bool LanguageFileReader::read(ByteStream& stream, std::uint32_t& line) {
         line = kNotRead;
         return false;
     }
-    std::string_view rest = content.text;
-    table_.expectKeys(std::min(rest.size() / kUsualEntry, kMostExpected));
-    while (!rest.empty() || content.cut) {
+    const std::string_view text = content.text;
+    table_.expectKeys(std::min(text.size() / kUsualEntry, kMostExpected));
+    mayHaveEscapes_ = Places('\\', text).next() != text.size();
+    Places ends('\n', text);
+    for (std::size_t start = 0; start < text.size() || content.cut;) {
         ++line;
-        const std::size_t end = placeOf('\n', rest);
-        const std::string_view text = rest.substr(0, end);
-        content.cut = content.cut && end != rest.size();
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-        if (!this->line(text, line, rest.empty() && !content.cut))
+        const std::size_t end = ends.next();
+        content.cut = content.cut && end != text.size();
+        const bool isLast = end + 1 >= text.size() && !content.cut;
+        if (!this->line(text.substr(start, end - start), line, isLast))
             return false;
+        start = end + 1;
     }
     return true;
 }

@@ -100,6 +100,34 @@ bool beginsBlock(const char16_t* in) {
     return true;
 }
 
+// How many of 16 bytes, which begin with a whole character, passUtf8Run can pass at once: all up to the last
+// character that they cut, or the ASCII before the first one that has to be looked at by itself.
+std::ptrdiff_t passBlock(const std::uint8_t* in) {
+    const __m128i bytes = load(in);
+    const auto bits = [](__m128i mask) { return static_cast<unsigned>(_mm_movemask_epi8(mask)); };
+    const auto are = [&](int byte) {
+        return bits(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(static_cast<char>(byte))));
+    };
+    const auto below = [&](int byte) {
+        return bits(_mm_cmplt_epi8(bytes, _mm_set1_epi8(static_cast<char>(byte))));
+    };
+    const unsigned beyondAscii = bits(bytes);
+    if (beyondAscii == 0)
+        return kBlock;
+    // The bytes beyond ASCII compare as negative numbers, in their order.
+    const unsigned continuing = below(0xC0);
+    const unsigned leading2 = beyondAscii & ~continuing;  // or more
+    const unsigned leading3 = beyondAscii & ~below(0xE0);
+    const unsigned leading4 = beyondAscii & ~below(0xF0);
+    const unsigned wanted = leading2 << 1 | leading3 << 2;
+    // Overlong forms, and surrogates.
+    const unsigned refused =
+        are(0xC0) | are(0xC1) | (are(0xE0) << 1 & below(0xA0)) | (are(0xED) << 1 & ~below(0xA0));
+    if (leading4 != 0 || (refused & 0xFFFF) != 0 || (wanted & 0xFFFF) != continuing)
+        return std::countr_zero(beyondAscii);
+    return wanted >> 16 == 0 ? kBlock : std::bit_width(leading2) - 1;
+}
+
 // Writes the first `count` of four bytes, the lowest one first.
 void put(std::uint8_t*& out, std::uint32_t bytes, std::size_t count) {
     std::memcpy(out, &bytes, 4);
@@ -222,15 +250,9 @@ void decodeUtf8Run(const std::uint8_t*& in, const std::uint8_t* end, char16_t*& 
 
 void passUtf8Run(const std::uint8_t*& in, const std::uint8_t* end) {
     while (in != end) {
-        if (end - in >= kBlock) {
-            const std::ptrdiff_t ascii =
-                leading(~static_cast<unsigned>(_mm_movemask_epi8(load(in))) & 0xFFFF);
-            in += ascii;
-            if (ascii == kBlock)
-                continue;
-        }
-        if (*in < 0x80) {
-            ++in;
+        const std::ptrdiff_t passed = end - in >= kBlock ? passBlock(in) : *in < 0x80 ? 1 : 0;
+        if (passed != 0) {
+            in += passed;
             continue;
         }
         std::uint8_t rest[4] = {};  // 0 continues no sequence

@@ -59,6 +59,9 @@ void expectToComeBackWhereNothingFails(const std::vector<std::string>& pieces) {
         wholeComesBack = wholeComesBack && !failed;
         ASSERT_EQ(comesBackFromWide(whole += piece), wholeComesBack);
     }
+    std::u16string appended = u"before";
+    AppendUtf8(appended, whole);
+    ASSERT_TRUE(!wholeComesBack || appended == u"before" + ToWide(whole, kCharsetUtf8));
 }
 
 TEST(ConversionRuns, TakeEveryCharacterAtEveryPlaceInABlock) {
@@ -81,7 +84,7 @@ TEST(ConversionRuns, TakeEveryCharacterAtEveryPlaceInABlock) {
     ASSERT_NO_FATAL_FAILURE(expectAsItsPieces(bytes, 5, 5));
     ASSERT_NO_FATAL_FAILURE(expectAsItsPieces(units, 5, 5));
     for (const std::string& each : bytes)
-        ASSERT_NO_FATAL_FAILURE(expectToComeBackWhereNothingFails({each, std::string(40, 'a'), each}));
+        ASSERT_NO_FATAL_FAILURE(expectToComeBackWhereNothingFails({each, std::string(400, 'a'), each}));
 }
 
 TEST(ConversionRuns, StopAtEveryDamage) {

@@ -1,6 +1,7 @@
 #include "foundation/charset/convert.h"
 
 #include <cstddef>
+#include <iterator>
 #include <limits>
 #include <optional>
 #include <type_traits>
@@ -271,6 +272,17 @@ std::string ToNarrow(std::u16string_view text, CharsetCode charset, ErrorPolicy 
     if (failed != nullptr)
         *failed = out.failed;
     return out.take();
+}
+
+void AppendUtf8(std::u16string& text, std::string_view utf8) {
+    const auto* in = reinterpret_cast<const std::uint8_t*>(utf8.data());
+    const std::uint8_t* const end = in + utf8.size();
+    char16_t chunk[256];
+    for (char16_t* to = nullptr; in != end && to != chunk;) {
+        to = chunk;
+        decodeUtf8Run(in, end, to, std::end(chunk));
+        text.append(chunk, to);
+    }
 }
 
 bool comesBackFromWide(std::string_view bytes) {

@@ -1,6 +1,7 @@
 // Conversion between narrow text in one of the charsets of charset.h and wide (UTF-16) text.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -38,6 +39,10 @@ std::u16string ToWide(std::string_view text, CharsetCode charset, ErrorPolicy po
 // best-fit characters; there policy Hex writes "xFFFD" for every unit that fails.
 std::string ToNarrow(std::u16string_view text, CharsetCode charset, ErrorPolicy policy = ErrorPolicy::Replace,
                      char replacement = '?', bool* failed = nullptr);
+
+// Appends ToWide(utf8, kCharsetUtf8), which must have no failure; a byte that fails ends it. Asks for no
+// memory while `text` has room for as many more units as there are bytes.
+void AppendUtf8(std::u16string& text, std::string_view utf8);
 
 // Whether `bytes` are UTF-8 that ToWide takes without a failure and ToNarrow gives back as it is; so without
 // an encoded surrogate, of which two could come back as one character.

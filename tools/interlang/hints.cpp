@@ -58,7 +58,7 @@ std::map<std::u16string, std::vector<std::string>> hints(const owlkit::interlang
     for (const MenuLevel& level : menuLevels(texts))
         addLevel(level, places);
     for (std::uint32_t offset = 0; offset < nmshell::kCommandCount; ++offset)
-        places[std::u16string(nmshell::command(offset).helpKey)].helps.insert(std::to_string(offset));
+        places[wide(nmshell::command(offset).helpKey)].helps.insert(std::to_string(offset));
     places.erase(u"");  // of an entry without a text
     std::map<std::u16string, std::vector<std::string>> result;
     for (const auto& [key, place] : places) {

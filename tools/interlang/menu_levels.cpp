@@ -1,6 +1,7 @@
 #include "tools/interlang/menu_levels.h"
 
 #include "tools/interlang/letter_case.h"
+#include "tools/interlang/text.h"
 
 namespace translators {
 namespace {
@@ -39,7 +40,8 @@ std::vector<MenuCase> allCases() {
 
 void appendKeys(const std::vector<MenuEntry>& entries, std::u16string& keys) {
     for (const MenuEntry& entry : entries) {
-        keys.append(entry.text).append(u"\n");
+        appendShownText(entry, keys);
+        keys += u'\n';
         appendKeys(entry.children, keys);
         keys += u'\n';
     }
@@ -67,12 +69,8 @@ void appendLevels(const std::vector<MenuEntry>& keys, const std::vector<MenuEntr
     for (std::size_t i = 0; i < keys.size(); ++i) {
         if (keys[i].isSeparator())
             continue;
-        // A postfix stands behind the key after a blank.
-        const std::size_t blank = keys[i].text.find(u' ');
-        const std::u16string key = keys[i].text.substr(0, blank);
-        const std::u16string postfix =
-            blank == std::u16string::npos ? std::u16string() : keys[i].text.substr(blank + 1);
-        levels[own].entries.push_back({key, texts[i].text, postfix, keys[i].offset});
+        const std::u16string key = wide(keys[i].text);
+        levels[own].entries.push_back({key, shownText(texts[i]), wide(keys[i].postfix), keys[i].offset});
         if (!keys[i].submenu)
             continue;
         levels.push_back({levels[own].kind, key, {}});
@@ -98,7 +96,7 @@ std::set<std::u16string> programKeys() {
             keys.insert({entry.key, entry.postfixKey});
     }
     for (std::uint32_t offset = 0; offset < nmshell::kCommandCount; ++offset)
-        keys.emplace(nmshell::command(offset).helpKey);
+        keys.insert(wide(nmshell::command(offset).helpKey));
     keys.erase(u"");  // of an entry without a text or without a postfix
     return keys;
 }

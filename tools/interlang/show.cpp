@@ -37,7 +37,7 @@ void draw(const std::vector<nmshell::MenuEntry>& entries, std::size_t indent, co
             result += "--------\n";
             continue;
         }
-        const std::string text = drawText(printable(entry.text), marks) + (entry.submenu ? "  >" : "");
+        const std::string text = drawText(printable(shownText(entry)), marks) + (entry.submenu ? "  >" : "");
         result += entry.grayed ? marks.grayed + text + "  (grayed)" + marks.afterGrayed : text;
         result += '\n';
         draw(entry.children, indent + 4, marks, result);

@@ -201,7 +201,7 @@ class LanguageFileReader {
             observer_->stored(
                 {textLine_, wide(table_.currentKey()), table_.currentLanguage(), wide(text_.text())});
         const std::string_view text = text_.take(table_.pool());
-        if (!mayHaveEscapes_ || text.find('\\') == text.npos)
+        if (Places('\\', text).next() == text.size())
             table_.addKeptText(text);
         else
             table_.AddText(wide(text));
@@ -210,7 +210,6 @@ class LanguageFileReader {
 
     interlang& table_;
     ReadObserver* observer_;
-    bool mayHaveEscapes_ = true;
     std::uint32_t number_ = 0;
     Record last_ = Record::None;
     Pending key_;                // while not empty
@@ -265,7 +264,6 @@ bool LanguageFileReader::read(ByteStream& stream, std::uint32_t& line) {
     }
     const std::string_view text = content.text;
     table_.expectKeys(std::min(text.size() / kUsualEntry, kMostExpected));
-    mayHaveEscapes_ = Places('\\', text).next() != text.size();
     Places ends('\n', text);
     for (std::size_t start = 0; start < text.size() || content.cut;) {
         ++line;

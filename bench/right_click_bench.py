@@ -78,8 +78,9 @@ def measure(build):
 
 
 def exponents(times):
-    """How time grows with size: the exponents from each size to the next."""
-    return [math.log(later[1] / before[1]) / math.log(later[0] / before[0]) for before, later in zip(times, times[1:])]
+    """How time grows with size: the exponents from each size to the next; none where a busy machine left no time of a work."""
+    return [math.log(later[1] / before[1]) / math.log(later[0] / before[0]) if min(before[1], later[1]) > 0 else math.nan
+            for before, later in zip(times, times[1:])]
 
 
 def main():

@@ -123,8 +123,7 @@ class interlang {
     enum class ActiveSource { Named, Primary, First };
     struct Language {
         std::u16string name;
-        std::vector<std::string_view>
-            texts;  // at the places of their keys; none: nowhere, or behind the last
+        std::vector<std::string_view> texts;  // by the places of keys; one that is none lies nowhere
     };
 
     void requireLoading() const;

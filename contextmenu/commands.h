@@ -8,7 +8,8 @@
 namespace nmshell {
 
 // Offsets that are added to the first identifier which the shell grants. Shell and extension share them for
-// the life of a menu.
+// the life of a menu. Unscoped: the code counts through them, adds them to identifiers and keeps them beside
+// kNoCommand, always as the numbers that COM hands over; only the table and the menu call them by name.
 enum CommandOffset : std::uint32_t {
     kWipeFiles = 0,
     kWipeDrive = 1,

@@ -12,20 +12,17 @@
 namespace owlkit {
 
 // Holds at most one open key and closes it. Not for use by two threads at once.
-//
 // Errors: std::invalid_argument "invalid argument" for a path of 255 code units or more; std::logic_error
 // "invalid state" for what needs an open key on a closed one, "read-only error" for a change of a key opened
 // read-only; std::runtime_error "failed" for a platform call that fails inside a read, a write, a count or an
 // enumeration. The operations that answer bool report a failing platform call as false.
-//
 // Promised surface, which neither the extension nor its programs call: setView, clear, flush, valueSize, the
 // listings, what reads and writes other values than dwords and plain texts, and of the static helpers all but
 // readDwordOr, readRawStringOr, writeDword and writeString.
 class RegistryKey {
   public:
     RegistryKey() = default;  // closed, default view
-    // Takes the other's open key and leaves it closed. The view is not taken along, so a swap exchanges the
-    // keys and leaves the views where they are.
+    // Takes the other's open key, but not its view, and leaves it closed; a swap leaves both views too.
     RegistryKey(RegistryKey&& other) noexcept;
     RegistryKey& operator=(RegistryKey&& other) noexcept;
     virtual ~RegistryKey();
@@ -88,24 +85,20 @@ class RegistryKey {
     void writeExpandableString(const std::u16string& name, const std::u16string& text);
     // Each item followed by a NUL, and one more NUL.
     void writeMultiString(const std::u16string& name, const std::vector<std::u16string>& items);
-    // A size of 0 is an "invalid size" too; null `data` with another one std::invalid_argument "invalid
-    // pointer".
+    // A size of 0 is an "invalid size" too, null `data` with another one an "invalid pointer".
     void writeBinary(const std::u16string& name, const void* data, std::size_t size);
 
-    // Indices run from 0 to count - 1, others are std::out_of_range "invalid index". A name of more than 254
-    // code units is "failed".
+    // An index outside 0 to count - 1 is std::out_of_range "invalid index", a name above 254 units "failed".
     std::int32_t subkeyCount() const;
     std::u16string subkeyName(std::int32_t index) const;
     std::int32_t valueCount() const;
     std::u16string valueName(std::int32_t index) const;
 
-    // "HKEY_CURRENT_USER" and the like; empty for no root.
-    static std::u16string rootName(RegistryRoot root);
+    static std::u16string rootName(RegistryRoot root);  // "HKEY_CURRENT_USER" and so on; empty for no root
 
-    // One-call helpers on a key of their own, in the default view.
-    // These answer `fallback` when the key does not open, the value is missing or the read throws.
-    // readStringOr reads as readExpandedString does; in the first two cases it expands a fallback below
-    // 16384 units.
+    // One-call helpers on a key of their own, in the default view. These answer `fallback` when the key does
+    // not open, the value is missing or the read throws; in the first two cases readStringOr, which reads as
+    // readExpandedString does, expands a fallback below 16384 units.
     static std::u16string readStringOr(RegistryRoot root, const std::u16string& path,
                                        const std::u16string& name, const std::u16string& fallback);
     static std::u16string readRawStringOr(RegistryRoot root, const std::u16string& path,
@@ -117,8 +110,7 @@ class RegistryKey {
     static std::vector<std::u16string> readMultiStringOr(RegistryRoot root, const std::u16string& path,
                                                          const std::u16string& name,
                                                          const std::vector<std::u16string>& fallback);
-    // Make the key if needed and write. False, with nothing written, when the key cannot be made; else as the
-    // write.
+    // Make the key if needed and write; false when it cannot be made, otherwise as the write.
     [[nodiscard]] static bool writeDword(RegistryRoot root, const std::u16string& path,
                                          const std::u16string& name, std::uint32_t value);
     [[nodiscard]] static bool writeQword(RegistryRoot root, const std::u16string& path,

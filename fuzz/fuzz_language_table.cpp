@@ -32,27 +32,17 @@ void fill(owlkit::interlang& table, FuzzedDataProvider& input) {
 
 // The settings in which a reader finds out by itself what it has: marked, or UTF-8.
 void choose(owlkit::MemoryStream& stream, FuzzedDataProvider& input) {
-    using enum owlkit::ByteOrder;
     using owlkit::StringTerminator;
     using owlkit::TextEncoding;
-    const struct {
-        TextEncoding encoding;
-        owlkit::ByteOrder order;
-        bool marked;
-    } kEncodings[] = {
-        {TextEncoding::None, Native, false},
-        {TextEncoding::Utf8, BigEndian, false},
-        {TextEncoding::Utf8, LittleEndian, true},
-        {TextEncoding::Utf16, Native, true},
-        {TextEncoding::Utf16, BigEndian, true},
-        {TextEncoding::Utf32, BigEndian, true},  // the other order's mark is taken for UTF-16's
-    };
-    const auto& encoding = input.PickValueInArray(kEncodings);
-    stream.setTextEncoding(encoding.encoding);
-    stream.setByteOrder(encoding.order);
+    const auto encoding = fuzz::pick<TextEncoding>(input, 3);
+    const auto order = fuzz::pick<owlkit::ByteOrder>(input, 2);
+    stream.setTextEncoding(encoding);
+    // The other order's mark of UTF-32 is taken for UTF-16's.
+    stream.setByteOrder(encoding == TextEncoding::Utf32 ? owlkit::ByteOrder::BigEndian : order);
     stream.setStringTerminator(input.PickValueInArray(
         {StringTerminator::None, StringTerminator::Lf, StringTerminator::CrLf, StringTerminator::CrLfAlias}));
-    require(!encoding.marked || stream.writeByteOrderMark());
+    if (encoding != TextEncoding::Utf8 || input.ConsumeBool())
+        require(stream.writeByteOrderMark() == (encoding != TextEncoding::None));
 }
 
 }  // namespace

@@ -29,6 +29,13 @@ struct Failure {
     bool isOfMemory() const { return kind == Kind::Allocation || kind == Kind::EveryAllocation; }
 };
 
+// What came of choosing an entry.
+struct Invocation {
+    HRESULT result = E_FAIL;
+    std::vector<host::ShellStart> starts;
+    bool volumeFailed = false;  // as far as the walk made it fail
+};
+
 class FailureWalkTest : public HostTest {
   protected:
     // Runs `scenario` with every failure, and at first with none. It must begin with a world like that of the
@@ -66,6 +73,23 @@ class FailureWalkTest : public HostTest {
             result == CLASS_E_CLASSNOTAVAILABLE || (failure().isOfMemory() && result == E_OUTOFMEMORY);
         EXPECT_TRUE(result == S_OK || refused) << name << std::hex << result;
         return Ref<Interface>(static_cast<Interface*>(object));
+    }
+
+    // Chooses an entry by `work`.
+    Invocation invoked(const char* name, auto work) {
+        const bool failedBefore = fails();
+        auto& starts = host::shellStarts();
+        starts.clear();
+        Invocation invocation;
+        invocation.result = call(name, work);
+        invocation.starts = starts;
+        using enum Failure::Kind;
+        const bool failsStill = failure().kind == EveryCall || failure().kind == Operation;
+        const std::string operation = fault::firedOperation();
+        invocation.volumeFailed =
+            fails() && (failsStill || !failedBefore) &&
+            (failure().kind == EveryCall || operation == "CreateFileW" || operation == "DeviceIoControl");
+        return invocation;
     }
 
     const Failure& failure() const { return failure_; }

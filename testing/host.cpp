@@ -1,6 +1,7 @@
 #include "testing/host.h"
 
 #include <cstdlib>
+#include <sstream>
 
 #include "foundation/process/elevation.h"
 #include "foundation/process/folders.h"
@@ -47,6 +48,19 @@ void set(const char16_t* name, std::u16string_view text, std::uint32_t type) {
 
 void setFlag(const char16_t* name, bool on) {
     set(name, {on ? u"\1" : u"\0", 2}, platform::kRegDword);
+}
+
+std::set<std::string> registryLines(std::string_view root) {
+    std::istringstream dump(host::dumpRegistry());
+    std::set<std::string> lines;
+    std::string key;
+    for (std::string line; std::getline(dump, line);) {
+        if (line.starts_with('['))
+            key = line;
+        if (key.starts_with(root))
+            lines.insert(line == key ? key : key + ' ' + line);
+    }
+    return lines;
 }
 
 void putOtherExtensions() {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +45,10 @@ inline const std::u16string kSettings = u"HKEY_CURRENT_USER\\" + std::u16string(
 void approve(std::u16string_view text = nmshell::kHandlerName);
 void set(const char16_t* name, std::u16string_view text, std::uint32_t type = platform::kRegSz);
 void setFlag(const char16_t* name, bool on);
+
+// The keys and values of the registry below a root ("[HKEY_CURRENT_USER"), each value as a line of its own
+// with its key in front.
+std::set<std::string> registryLines(std::string_view root);
 
 // A machine with other extensions.
 void putOtherExtensions();

@@ -51,7 +51,6 @@ TEST_F(ShellRunOnHost, StartsAndWaits) {
         EXPECT_EQ(runShell(c.file, u"-x \"y z\"", c.wait), c.result);
         expectStart(*c.file != u'\0' && std::string_view(c.fault) != "ShellExecuteExW", c.file, u"-x \"y z\"",
                     c.wait ? 1344u : 1280u);
-        EXPECT_EQ(host::openHandleCount(), 0u);
     }
     host::setShellExecuteResult(42);
     fault::disarm();

@@ -6,7 +6,6 @@
 
 #include "foundation/process/folders.h"
 #include "foundation/process/shell_run.h"
-#include "foundation/process/shutdown.h"
 #include "testing/echo_child.h"
 #include "testing/temporary.h"
 
@@ -88,7 +87,7 @@ TEST(ShellRun, OpensWithTheHandler) {
     EXPECT_FALSE(std::filesystem::exists(output));
 }
 
-TEST(Process, FindsEveryFolderAndRefusesUnknownShutdowns) {
+TEST(Folders, AreAllThereAndEndInASeparator) {
     for (std::uint32_t code = 0; code <= 9; ++code) {
         SCOPED_TRACE(code);
         std::u16string folder;
@@ -96,7 +95,6 @@ TEST(Process, FindsEveryFolderAndRefusesUnknownShutdowns) {
         EXPECT_TRUE(folder.ends_with(u'\\'));
         EXPECT_TRUE(std::filesystem::is_directory(folder));
     }
-    EXPECT_FALSE(shutdownSystem(ShutdownMode{4}, true));
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 // The same for the commands of the first level of the menu.
-#include <utility>
 #include <vector>
 
 #include "contextmenu/handover_file.h"
@@ -53,11 +52,11 @@ LONG widthOf(const std::u16string& icon) {
     return bitmap.bmWidth;
 }
 
-// What was started, with the paths in a hand-over file, which is then gone.
-std::u16string startedBy(const std::function<void()>& choice) {
+// What a command starts, with the paths in a hand-over file, which is then gone.
+std::u16string startedBy(IExplorerCommand& command, IShellItemArray* items) {
     faults.start.clear();
-    choice();
-    std::u16string start = std::exchange(faults.start, {});
+    command.Invoke(items, nullptr);
+    std::u16string start = faults.start;
     if (const std::size_t at = start.find(u"-tfn "); at != std::u16string::npos) {
         nmshell::LaunchRequest request;
         nmshell::HandoverFiles files;
@@ -85,7 +84,7 @@ void useCommand(IExplorerCommand& command, IShellItemArray* items, Lines& lines)
     EXPECT_EQ(picture.empty() ? 20 : widthOf(picture), 20);
     lines.push_back(taken(command.GetTitle(items, &title), title) + (state == ECS_DISABLED ? u" x " : u" ") +
                     picture.substr(picture.rfind(u'-') + 1));
-    lines.push_back(startedBy([&] { command.Invoke(items, nullptr); }));
+    lines.push_back(startedBy(command, items));
     ComPointer<IEnumExplorerCommand> below, copy;
     if (flags != ECF_HASSUBCOMMANDS || FAILED(command.EnumSubCommands(receive(below))))
         return;

@@ -64,8 +64,7 @@ class CommandWalk : public LifeWalkTest {
             EXPECT_EQ(module.ModuleObjectCount, 0);
         }
         EXPECT_EQ(items.references(), 0u);
-        EXPECT_EQ(host::openKeyCount(), 0u);
-        EXPECT_EQ(host::openFileCount(), 0);
+        expectNothingOpen();
         compare();
         for (const auto& entry : std::filesystem::directory_iterator("."))
             if (entry.path().filename().string().starts_with("tfn_"))

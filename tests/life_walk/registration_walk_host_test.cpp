@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <set>
-#include <sstream>
 
 #include "foundation/process/folders.h"
 #include "shellext/registration.h"
@@ -22,26 +21,12 @@ enum State : std::uint32_t {
 
 using Lines = std::set<std::string>;
 
-// The keys and values below a root, each value as a line of its own with its key in front.
-Lines below(std::string_view root) {
-    std::istringstream dump(host::dumpRegistry());
-    Lines lines;
-    std::string key;
-    for (std::string line; std::getline(dump, line);) {
-        if (line.starts_with('['))
-            key = line;
-        if (key.starts_with(root))
-            lines.insert(line == key ? key : key + ' ' + line);
-    }
-    return lines;
-}
-
 Lines machine() {
-    return below("[HKEY_LOCAL_MACHINE");
+    return registryLines("[HKEY_LOCAL_MACHINE");
 }
 
 Lines user() {
-    return below("[HKEY_CURRENT_USER");
+    return registryLines("[HKEY_CURRENT_USER");
 }
 
 class RegistrationWalk : public LifeWalkTest {

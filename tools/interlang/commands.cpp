@@ -18,7 +18,7 @@ namespace translators {
 namespace {
 
 // Everything is laid out before the first file is touched.
-int rewrite(const Arguments& arguments, bool addMissing) {
+ExitCode rewrite(const Arguments& arguments, bool addMissing) {
     const LanguageFiles files(paths(arguments));
     const Reference other = reference(arguments, files);
     auto additions = addMissing ? missingTexts(files, other) : std::map<std::u16string, Texts>();
@@ -28,11 +28,11 @@ int rewrite(const Arguments& arguments, bool addMissing) {
         for (const std::u16string& language : file.languages)
             additions.erase(language);  // what a language lacks is added to its first file only
     }
-    int code = kClean;
+    ExitCode code = ExitCode::Clean;
     for (std::size_t i = 0; i < results.size(); ++i) {
         for (const std::string& line : leftOut(files.files()[i])) {
             warn(line);
-            code = kWarnings;
+            code = ExitCode::Warnings;
         }
         if (!arguments.inPlace)
             print(results[i]);
@@ -42,16 +42,16 @@ int rewrite(const Arguments& arguments, bool addMissing) {
     return code;
 }
 
-// kErrors where a syntax error hides a part of one of the files that `concerned` says, which is told.
+// Errors where a syntax error hides a part of one of the files that `concerned` says, which is told.
 template <class Concerned>
-int warnOfHidden(const LanguageFiles& files, const char* what, Concerned concerned) {
-    int code = kClean;
+ExitCode warnOfHidden(const LanguageFiles& files, const char* what, Concerned concerned) {
+    ExitCode code = ExitCode::Clean;
     for (const LanguageFile& file : files.files()) {
         if (!file.syntaxError || !concerned(file))
             continue;
         warn(utf8(file.path) + ':' + std::to_string(file.syntaxError->line) +
              ": syntax error; what stands below is not " + what);
-        code = kErrors;
+        code = ExitCode::Errors;
     }
     return code;
 }
@@ -81,7 +81,7 @@ nmshell::MenuFacts factsOf(const Arguments& arguments) {
 
 }  // namespace
 
-int runCheck(const Arguments& arguments) {
+ExitCode runCheck(const Arguments& arguments) {
     const std::vector<std::u16string> named = paths(arguments);
     LanguageFiles files(named);
     std::vector<std::u16string> unread;
@@ -90,30 +90,32 @@ int runCheck(const Arguments& arguments) {
         unread = unreadFilesOf(owlkit::withTrailingSeparator(wide(arguments.folder)));
     const CheckResult result = check(files, reference(arguments, files), unread, arguments.checks);
     print(arguments.json ? toJson(result) : toText(result));
-    return result.errors != 0 ? kErrors : result.warnings != 0 ? kWarnings : kClean;
+    return result.errors != 0     ? ExitCode::Errors
+           : result.warnings != 0 ? ExitCode::Warnings
+                                  : ExitCode::Clean;
 }
 
-int runStats(const Arguments& arguments) {
+ExitCode runStats(const Arguments& arguments) {
     const LanguageFiles files(paths(arguments));
     const Reference other = reference(arguments, files);
     const std::vector<Coverage> languages = coverage(files, other);
     print(arguments.json ? toJson(languages, other) : toText(languages));
-    int code = warnOfHidden(files, "counted", [](const LanguageFile&) { return true; });
+    ExitCode code = warnOfHidden(files, "counted", [](const LanguageFile&) { return true; });
     for (const Coverage& row : languages) {
         if (percent(row) >= arguments.failUnder)
             continue;
         warn(utf8(row.language) + ": " + std::to_string(percent(row)) + " % are less than " +
              std::to_string(arguments.failUnder));
-        code = kErrors;
+        code = ExitCode::Errors;
     }
     return code;
 }
 
-int runShow(const Arguments& arguments) {
+ExitCode runShow(const Arguments& arguments) {
     LanguageFiles files(paths(arguments));
     const std::u16string language = wide(arguments.language);
     const Reference other = reference(arguments, files);
-    const int code =
+    const ExitCode code =
         warnOfHidden(files, "shown", [&](const LanguageFile& file) { return namesLanguage(file, language); });
     if (files.texts(language) == nullptr)
         throw Failure("no texts in " + quoted(language));
@@ -123,24 +125,24 @@ int runShow(const Arguments& arguments) {
     return code;
 }
 
-int runFormat(const Arguments& arguments) {
+ExitCode runFormat(const Arguments& arguments) {
     return rewrite(arguments, false);
 }
 
-int runMerge(const Arguments& arguments) {
+ExitCode runMerge(const Arguments& arguments) {
     return rewrite(arguments, true);
 }
 
-int runFill(const Arguments& arguments) {
+ExitCode runFill(const Arguments& arguments) {
     const LanguageFiles files(paths(arguments));
     const FillResult result =
         fillFolder(files, reference(arguments, files), wide(arguments.output), arguments.removeOthers);
     print(std::to_string(files.files().size()) + " files, " + std::to_string(result.filled) +
           " texts filled in, " + std::to_string(result.deleted) + " files deleted\n");
-    return kClean;
+    return ExitCode::Clean;
 }
 
-int runNew(const Arguments& arguments) {
+ExitCode runNew(const Arguments& arguments) {
     const LanguageFiles files(arguments.referenceFile.empty() ? paths(arguments)
                                                               : std::vector<std::u16string>());
     const std::u16string language = wide(arguments.language);
@@ -148,7 +150,7 @@ int runNew(const Arguments& arguments) {
     if (files.texts(language) != nullptr)
         throw Failure("there are texts in " + quoted(language) + " already");
     deliver(arguments, layOutTemplate(language, reference(arguments, files)));
-    return kClean;
+    return ExitCode::Clean;
 }
 
 }  // namespace translators

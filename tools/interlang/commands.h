@@ -10,7 +10,7 @@
 
 namespace translators {
 
-enum ExitCode : int { kClean = 0, kWarnings = 1, kErrors = 2 };
+enum class ExitCode : int { Clean = 0, Warnings = 1, Errors = 2 };
 
 // The command line; names and paths are UTF-8.
 struct Arguments {
@@ -40,14 +40,14 @@ struct Arguments {
     bool systemDrive = false;
 };
 
-int runCheck(const Arguments& arguments);
-int runStats(const Arguments& arguments);
-int runShow(const Arguments& arguments);
-int runFill(const Arguments& arguments);
-int runFormat(const Arguments& arguments);
-int runMerge(const Arguments& arguments);
-int runNew(const Arguments& arguments);
-int runExport(const Arguments& arguments);
-int runImport(const Arguments& arguments);
+ExitCode runCheck(const Arguments& arguments);
+ExitCode runStats(const Arguments& arguments);
+ExitCode runShow(const Arguments& arguments);
+ExitCode runFill(const Arguments& arguments);
+ExitCode runFormat(const Arguments& arguments);
+ExitCode runMerge(const Arguments& arguments);
+ExitCode runNew(const Arguments& arguments);
+ExitCode runExport(const Arguments& arguments);
+ExitCode runImport(const Arguments& arguments);
 
 }  // namespace translators

@@ -70,7 +70,7 @@ std::string exported(const Arguments& arguments, LanguageFiles& files, const Ref
     return writeXliff(exchange, utf8(fs::path(original).filename().u16string()));
 }
 
-int exportAll(const Arguments& arguments, LanguageFiles& files, const Reference& other) {
+void exportAll(const Arguments& arguments, LanguageFiles& files, const Reference& other) {
     if (arguments.output.empty())
         throw Failure("--all needs a folder: -o DIR");
     if (arguments.format == "pot")
@@ -87,7 +87,6 @@ int exportAll(const Arguments& arguments, LanguageFiles& files, const Reference&
         single.output = utf8((folder / language).u16string()) + (arguments.format == "po" ? ".po" : ".xlf");
         deliver(single, exported(arguments, files, other, language));
     }
-    return kClean;
 }
 
 // An exchange file and what becomes of it.
@@ -219,11 +218,13 @@ std::string summary(const Imported& result) {
 
 }  // namespace
 
-int runExport(const Arguments& arguments) {
+ExitCode runExport(const Arguments& arguments) {
     LanguageFiles files(paths(arguments));
     const Reference other = reference(arguments, files);
-    if (arguments.all)
-        return exportAll(arguments, files, other);
+    if (arguments.all) {
+        exportAll(arguments, files, other);
+        return ExitCode::Clean;
+    }
     const std::u16string language = arguments.format == "pot" ? u"" : wide(arguments.language);
     if (language.empty() && arguments.format != "pot")
         throw Failure("which language? --lang CODE, or --all");
@@ -232,10 +233,10 @@ int runExport(const Arguments& arguments) {
     if (!language.empty() && files.texts(language) == nullptr)
         throw Failure("no texts in " + translators::quoted(language));
     deliver(arguments, exported(arguments, files, other, language));
-    return kClean;
+    return ExitCode::Clean;
 }
 
-int runImport(const Arguments& arguments) {
+ExitCode runImport(const Arguments& arguments) {
     const std::vector<Incoming> all =
         isFolder(arguments.files.front()) ? importFolder(arguments) : importFile(arguments);
     bool warned = false;
@@ -255,7 +256,7 @@ int runImport(const Arguments& arguments) {
         writeBytes(incoming.target, incoming.result.bytes);
         print(utf8(incoming.target) + ": " + summary(incoming.result) + '\n');
     }
-    return warned ? kWarnings : kClean;
+    return warned ? ExitCode::Warnings : ExitCode::Clean;
 }
 
 }  // namespace translators

@@ -13,7 +13,7 @@
 namespace translators {
 namespace {
 
-using Command = int (*)(const Arguments&);
+using Command = ExitCode (*)(const Arguments&);
 
 constexpr const char* kExitCodes =
     "Exit codes: 0 done or nothing found, 1 warnings only, 2 errors, or the command failed or was used "
@@ -124,7 +124,7 @@ class Program {
     int run() {
         if (const std::optional<int> code = options::parse(app_))
             return *code;
-        return command_(arguments_);
+        return static_cast<int>(command_(arguments_));
     }
 
   private:
@@ -182,6 +182,6 @@ int main() {
         return translators::Program().run();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "interlang: %s\n", error.what());
-        return translators::kErrors;
+        return static_cast<int>(translators::ExitCode::Errors);
     }
 }

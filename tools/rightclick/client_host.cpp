@@ -60,14 +60,14 @@ std::u16string fullPath(const std::u16string& name) {
         path = path.parent_path();  // the shell names folders without a separator at the end
     const std::u16string full = platform::fromHostName(path.native());
     if (owlkit::pathType(full) == owlkit::PathType::Unreadable)
-        throw Failure(kMissingObject, "no such file: " + utf8(name));
+        throw Failure(ExitCode::MissingObject, "no such file: " + utf8(name));
     return full;
 }
 
 // There are no drives here, so every letter stands for one.
 std::u16string drivePath(const std::u16string& name) {
     if (platform::driveNumber(name) < 0)
-        throw Failure(kMissingObject, "no such drive: " + utf8(name));
+        throw Failure(ExitCode::MissingObject, "no such drive: " + utf8(name));
     return name.ends_with(u':') ? name + u'\\' : name;
 }
 
@@ -175,7 +175,8 @@ void Client::addOptions(CLI::App& app) {
 
 void Client::select(const Request& request) {
     if (!request.dll.empty())
-        throw Failure(kPlatformFailure, "--dll needs Windows; here the extension is part of this program");
+        throw Failure(ExitCode::PlatformFailure,
+                      "--dll needs Windows; here the extension is part of this program");
     for (const std::u16string& path : request.paths)
         state_->paths.push_back(request.kind == SelectionKind::Drives ? drivePath(path) : fullPath(path));
     state_->setFacts(request.kind);
@@ -255,7 +256,7 @@ std::vector<Start> Client::run(const std::function<void()>& command, bool silent
 }
 
 void Client::takePicture(const std::u16string&, int) {
-    throw Failure(kPlatformFailure, "--shot needs Windows: there is no menu on a screen here");
+    throw Failure(ExitCode::PlatformFailure, "--shot needs Windows: there is no menu on a screen here");
 }
 
 }  // namespace rightclick

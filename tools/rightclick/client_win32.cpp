@@ -62,14 +62,14 @@ std::u16string fullPath(const std::u16string& name) {
     if (path.ends_with(u'\\') && !path.ends_with(u":\\"))
         path.pop_back();  // the shell names folders without a separator at the end
     if (owlkit::pathType(path) == owlkit::PathType::Unreadable)
-        throw Failure(kMissingObject, "no such file: " + utf8(name));
+        throw Failure(ExitCode::MissingObject, "no such file: " + utf8(name));
     return path;
 }
 
 std::u16string drivePath(const std::u16string& name) {
     const std::u16string path = name.ends_with(u':') ? name + u'\\' : name;
     if (platform::driveNumber(path) < 0 || GetDriveTypeW(platform::wide(path)) <= DRIVE_NO_ROOT_DIR)
-        throw Failure(kMissingObject, "no such drive: " + utf8(name));
+        throw Failure(ExitCode::MissingObject, "no such drive: " + utf8(name));
     return path;
 }
 
@@ -78,7 +78,7 @@ Library moduleOf(IUnknown* object) {
     HMODULE module = nullptr;
     const wchar_t* address = *reinterpret_cast<const wchar_t**>(object);
     if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, address, &module))
-        throw Failure(kPlatformFailure, "the extension's module cannot be told");
+        throw Failure(ExitCode::PlatformFailure, "the extension's module cannot be told");
     return Library(module);
 }
 

@@ -54,7 +54,7 @@ void CommandMenu::open(const Request& request) {
                                               IID_IExplorerCommand, receive(root));
     if (made == kNotRegistered)
         throw Failure(
-            kExtensionUnavailable,
+            ExitCode::ExtensionUnavailable,
             "the class of the commands is not registered for use in this process, which its package "
             "does not do; --dll names the file");
     require(made, "the root command cannot be made");

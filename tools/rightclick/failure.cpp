@@ -11,7 +11,7 @@ std::string hexadecimal(HRESULT result) {
 
 void require(HRESULT result, const char* message) {
     if (FAILED(result))
-        throw Failure(kPlatformFailure, std::string(message) + " (" + hexadecimal(result) + ")");
+        throw Failure(ExitCode::PlatformFailure, std::string(message) + " (" + hexadecimal(result) + ")");
 }
 
 }  // namespace rightclick

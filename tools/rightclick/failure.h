@@ -8,13 +8,13 @@
 
 namespace rightclick {
 
-enum ExitCode : int {
-    kDone = 0,
-    kWrongUsage = 2,
-    kMissingObject = 3,         // a file, folder, drive or DLL that was named is not there
-    kExtensionUnavailable = 4,  // not registered, not approved or switched off
-    kPlatformFailure = 5,       // or the output cannot be written
-    kRefused = 6,               // the extension does not do what was picked, or has no such help text
+enum class ExitCode : int {
+    Done = 0,
+    WrongUsage = 2,
+    MissingObject = 3,         // a file, folder, drive or DLL that was named is not there
+    ExtensionUnavailable = 4,  // not registered, not approved or switched off
+    PlatformFailure = 5,       // or the output cannot be written
+    Refused = 6,               // the extension does not do what was picked, or has no such help text
 };
 
 // Ends the program with an exit code and one line of text (UTF-8).

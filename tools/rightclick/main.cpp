@@ -76,7 +76,8 @@ void addOptions(CLI::App& app, Arguments& arguments) {
 Request requestFrom(const Arguments& arguments) {
     using enum nmshell::SelectionKind;
     if (!arguments.files.empty() + !arguments.drives.empty() + arguments.bin != 1)
-        throw Failure(kWrongUsage, "name files and folders, or --drive PATH, or --bin: exactly one of them");
+        throw Failure(ExitCode::WrongUsage,
+                      "name files and folders, or --drive PATH, or --bin: exactly one of them");
     Request request;
     request.kind = arguments.bin ? RecycleBin : arguments.drives.empty() ? Files : Drives;
     for (const std::string& path : arguments.drives.empty() ? arguments.files : arguments.drives)
@@ -125,7 +126,7 @@ Report rightClick(const Arguments& arguments, Client& client) {
 
 int fail(ExitCode code, const char* message) {
     std::fprintf(stderr, "rightclick: %s\n", message);
-    return code;
+    return static_cast<int>(code);
 }
 
 int run() {
@@ -143,10 +144,10 @@ int run() {
                                            : rightClick<RightClick>(arguments, client);
     const std::string text = arguments.json ? toJson(report) : toText(report);
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
-        throw Failure(kPlatformFailure, "cannot write to standard output");
+        throw Failure(ExitCode::PlatformFailure, "cannot write to standard output");
     const bool refused =
         (report.pick && FAILED(report.pick->result)) || (report.helpText && FAILED(report.helpText->result));
-    return refused ? kRefused : kDone;
+    return static_cast<int>(refused ? ExitCode::Refused : ExitCode::Done);
 }
 
 }  // namespace
@@ -159,6 +160,6 @@ int main() {
     } catch (const Failure& failure) {
         return fail(failure.code(), failure.what());
     } catch (const std::exception& error) {
-        return fail(kPlatformFailure, error.what());
+        return fail(ExitCode::PlatformFailure, error.what());
     }
 }

@@ -25,7 +25,7 @@ constexpr int kTicksOfRest = 25;  // more than the time after which a submenu op
 constexpr int kLastTick = 300;
 
 [[noreturn]] void fail(const char* what) {
-    throw Failure(kPlatformFailure,
+    throw Failure(ExitCode::PlatformFailure,
                   std::string(what) + " (error " + owlkit::formatNumber<char>(GetLastError()) + ")");
 }
 
@@ -151,7 +151,7 @@ class PopupSession {
         if (error_)
             std::rethrow_exception(error_);
         if (picture_.pixels.empty())
-            throw Failure(kPlatformFailure, "the menu was closed before its picture was taken");
+            throw Failure(ExitCode::PlatformFailure, "the menu was closed before its picture was taken");
         return std::move(picture_);
     }
 
@@ -208,7 +208,7 @@ class PopupSession {
 
     void tick() {
         if (++ticks_ > kLastTick)
-            throw Failure(kPlatformFailure, "the menu does not come to rest");
+            throw Failure(ExitCode::PlatformFailure, "the menu does not come to rest");
         const std::vector<RECT> rectangles = popupRectangles();
         if (rectangles.empty())
             return;

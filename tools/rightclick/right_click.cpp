@@ -48,7 +48,7 @@ void RightClick::initialize(const Request& request) {
     if (FAILED(created)) {
         const std::string reason = tools::whyUnavailable(request.kind, client_.usesRegistration());
         if (!reason.empty())
-            throw Failure(kExtensionUnavailable, reason);
+            throw Failure(ExitCode::ExtensionUnavailable, reason);
         require(created, "the extension's object cannot be made");
     }
     require(extension_.get()->QueryInterface(IID_IContextMenu, receive(menu_)),
@@ -57,7 +57,7 @@ void RightClick::initialize(const Request& request) {
     if (FAILED(initialized)) {
         const std::string reason = tools::whyNoTexts(tools::inspectLanguages(client_.modulePath()));
         if (!reason.empty())
-            throw Failure(kExtensionUnavailable, "the extension has no texts: " + reason);
+            throw Failure(ExitCode::ExtensionUnavailable, "the extension has no texts: " + reason);
     }
     require(initialized, "the extension refuses the selection");
 }
@@ -94,9 +94,9 @@ int RightClick::submenuPosition(const std::string& name) {
     const auto found = std::find_if(own.begin(), own.end(),
                                     [&](const MenuEntry& entry) { return isSubmenuNamed(entry, wanted); });
     if (found == own.end())
-        throw Failure(kWrongUsage, "--open: the menu has no such submenu: " + name);
+        throw Failure(ExitCode::WrongUsage, "--open: the menu has no such submenu: " + name);
     if (found->grayed)
-        throw Failure(kPlatformFailure, "--open: the submenu is grayed: " + utf8(found->text));
+        throw Failure(ExitCode::PlatformFailure, "--open: the submenu is grayed: " + utf8(found->text));
     return static_cast<int>(position_) + static_cast<int>(found - own.begin());
 }
 

@@ -78,7 +78,7 @@ ComPointer<IContextMenu> ShellSelection::contextMenu() const {
 ComPointer<IShellItemArray> makeItemArray(const std::vector<std::u16string>& paths) {
     std::vector<ItemList> items;
     if (!findItems(SelectionKind::Files, paths, items))
-        throw Failure(kPlatformFailure, "the shell does not know the selected objects");
+        throw Failure(ExitCode::PlatformFailure, "the shell does not know the selected objects");
     std::vector<PCIDLIST_ABSOLUTE> lists;
     for (const ItemList& item : items)
         lists.push_back(item.get());

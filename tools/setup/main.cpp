@@ -85,18 +85,22 @@ class Program {
     int run() {
         if (const std::optional<int> code = options::parse(app_))
             return *code;
+        return static_cast<int>(carryOut());
+    }
+
+  private:
+    Result carryOut() {
         if (!log_.empty() && !terminal_.logTo(tools::wide(log_))) {
             terminal_.complain("cannot write to " + log_ + ". Nothing was changed.");
-            return kFailed;
+            return Result::Failed;
         }
         const Result result = step_();
         if (terminal_.wasLogged())
             return result;
         terminal_.complain("not all of this could be written to " + log_);
-        return result == kDone ? kFailed : result;
+        return result == Result::Done ? Result::Failed : result;
     }
 
-  private:
     template <class Step>
     CLI::App* add(const char* name, const char* description, Step step) {
         CLI::App* command = app_.add_subcommand(name, description);
@@ -112,9 +116,9 @@ class Program {
         terminal_.tell(text);
         if (!terminal_.wasTold()) {
             terminal_.complain("the status could not be written");
-            return kFailed;
+            return Result::Failed;
         }
-        return status.menuAppears ? kDone : kIncomplete;
+        return status.menuAppears ? Result::Done : Result::Incomplete;
     }
 
     CLI::App app_{"Registers the Nullmark shell extension on this machine.", "nmshell-setup"};
@@ -134,6 +138,6 @@ int main() {
         return setup::Program().run();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "nmshell-setup: %s\n", error.what());
-        return setup::kFailed;
+        return static_cast<int>(setup::Result::Failed);
     }
 }

@@ -59,7 +59,7 @@ template <class Step>
 UINT run(MSIHANDLE session, Step step) noexcept {
     try {
         InstallerLog log(session);
-        if (step(log) == kDone)
+        if (step(log) == Result::Done)
             return ERROR_SUCCESS;
         log.show();
     } catch (const std::exception&) {

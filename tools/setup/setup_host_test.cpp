@@ -44,7 +44,7 @@ class SetupTest : public HostTest {
 
     // Registered, as far as both roots show it: the stand-in for the registry does not merge them.
     void install() {
-        ASSERT_EQ(registerModule(folder(), Trial::Load, recorder_), kDone) << recorder_.complaints;
+        ASSERT_EQ(registerModule(folder(), Trial::Load, recorder_), Result::Done) << recorder_.complaints;
         for (const std::u16string_view id : nmshell::kClassIds) {
             std::u16string server = u"HKEY_CLASSES_ROOT\\CLSID\\";
             server.append(id).append(u"\\InProcServer32");
@@ -63,10 +63,10 @@ TEST_F(SetupTest, RegistersOnlyAModuleThatLoads) {
         Result result;
         const char* says;
     } cases[] = {
-        {"MZ", true, kDone, "Registered "},
-        {nullptr, true, kNoModule, "there is no "},
-        {"hello", true, kUnusableModule, "it is no 64-bit DLL"},
-        {"MZ", false, kNotElevated, "administrator rights are needed"},
+        {"MZ", true, Result::Done, "Registered "},
+        {nullptr, true, Result::NoModule, "there is no "},
+        {"hello", true, Result::UnusableModule, "it is no 64-bit DLL"},
+        {"MZ", false, Result::NotElevated, "administrator rights are needed"},
     };
     for (const Case& row : cases) {
         SCOPED_TRACE(row.says);
@@ -83,9 +83,9 @@ TEST_F(SetupTest, RegistersOnlyAModuleThatLoads) {
             recorder_ = {};
             EXPECT_EQ(registerModule(folder(), trial, recorder_), row.result);
             EXPECT_NE((recorder_.told + recorder_.complaints).find(row.says), std::string::npos);
-            EXPECT_EQ(host::dumpRegistry() == before, row.result != kDone);
+            EXPECT_EQ(host::dumpRegistry() == before, row.result != Result::Done);
             if (row.elevated) {
-                EXPECT_EQ(unregisterModule(recorder_), kDone) << recorder_.complaints;
+                EXPECT_EQ(unregisterModule(recorder_), Result::Done) << recorder_.complaints;
             }
         }
     }
@@ -96,10 +96,10 @@ TEST_F(SetupTest, RefusesAFolderBehindALink) {
     fs::create_directory_symlink(here_ / "langs", "link");
     host::setFolderPath(kCsidlProgramFiles, here_.u16string());
     for (const fs::path& way : {here_ / "link", here_ / "link" / ""}) {
-        EXPECT_EQ(checkFolder(way.u16string(), recorder_), kUnsafeFolder) << way;
+        EXPECT_EQ(checkFolder(way.u16string(), recorder_), Result::UnsafeFolder) << way;
         EXPECT_NE(recorder_.complaints.find("leads to " + (here_ / "langs").native()), std::string::npos);
     }
-    EXPECT_EQ(checkFolder((here_ / "langs").u16string(), recorder_), kDone) << "but the folder itself";
+    EXPECT_EQ(checkFolder((here_ / "langs").u16string(), recorder_), Result::Done) << "but the folder itself";
 }
 
 TEST_F(SetupTest, FindsWhoCanChangeTheFolder) {
@@ -117,7 +117,7 @@ TEST_F(SetupTest, FindsWhoCanChangeTheFolder) {
                                 inProgramFiles ? std::optional(here_.u16string()) : std::nullopt);
             EXPECT_EQ(intruders(asked).size(), around + 1);
             recorder_ = {};
-            EXPECT_EQ(checkFolder(asked, recorder_), inProgramFiles ? kDone : kUnsafeFolder);
+            EXPECT_EQ(checkFolder(asked, recorder_), inProgramFiles ? Result::Done : Result::UnsafeFolder);
             const std::string warning = "Everyone can change " + fs::canonical(inner / opened).native();
             EXPECT_NE(recorder_.complaints.find(warning), std::string::npos) << recorder_.complaints;
             EXPECT_EQ(recorder_.complaints.find("is refused") == std::string::npos, inProgramFiles);
@@ -134,7 +134,7 @@ TEST_F(SetupTest, FindsWhoCanChangeTheFolder) {
         EXPECT_EQ(failing(unknown).path, here_.u16string()) << unknown << ": nor is this process, unknown";
     fault::arm("LookupAccountSidW", 1, platform::kErrorAccessDenied);
     EXPECT_EQ(describe({u"/", u"S-1-1-0"}), "S-1-1-0 can change /") << "an account without a name";
-    EXPECT_EQ(checkFolder(u"/no/such/folder", recorder_), kUnsafeFolder);
+    EXPECT_EQ(checkFolder(u"/no/such/folder", recorder_), Result::UnsafeFolder);
 }
 
 TEST_F(SetupTest, TellsWhyNoMenuAppears) {
@@ -188,16 +188,15 @@ TEST_F(SetupTest, GivesDefaultsOnlyWhereThereIsNoSetting) {
     host::putValue(kDefaults + u"Icons", u"Icons", platform::kRegDword, zero);
     host::putText(kDefaults + u"Language", u"Language", platform::kRegDword, u"de");  // of another type
     setFlag(u"Icons", true);
-    EXPECT_EQ(applyDefaults(recorder_), kDone);
-    const std::string dump = host::dumpRegistry();
-    const std::string settings = dump.substr(0, dump.find("[HKEY_LOCAL_MACHINE]"));
-    EXPECT_NE(settings.find("\"Enabled\" 4 00000000"), std::string::npos) << settings;
-    EXPECT_NE(settings.find("\"Icons\" 4 01000000"), std::string::npos) << settings;
-    EXPECT_EQ(settings.find("Language"), std::string::npos) << settings;
+    EXPECT_EQ(applyDefaults(recorder_), Result::Done);
+    const std::string key = "[" + platform::toHostName(kSettings) + "]";
+    const std::set<std::string> settings = {key, key + " \"Enabled\" 4 00000000",
+                                            key + " \"Icons\" 4 01000000"};
+    EXPECT_EQ(registryLines(key), settings);
 
     host::putText(kDefaults + u"Language", u"Language", platform::kRegSz, u"de");
     host::denyAccess(u"HKEY_CURRENT_USER\\Software", platform::kKeySetValue);
-    EXPECT_EQ(applyDefaults(recorder_), kFailed);
+    EXPECT_EQ(applyDefaults(recorder_), Result::Failed);
     EXPECT_NE(recorder_.complaints.find("the default of Language"), std::string::npos);
 }
 

@@ -36,7 +36,7 @@ Result refuseWithoutRights(Messages& messages) {
     messages.complain(
         "administrator rights are needed to change HKEY_LOCAL_MACHINE. Nothing was changed.\n"
         "Run it again from a prompt that was started as administrator.");
-    return kNotElevated;
+    return Result::NotElevated;
 }
 
 // Copies the default called `name` if there is one of that type and the user has no value for it; answers
@@ -67,7 +67,7 @@ Result tellFailure(RegistrationResult result, Messages& messages) {
             ? "The extension was unregistered."
             : "An approval could not be put back; run \"nmshell-setup unregister\" or register again.";
     messages.complain(std::string("the registry could not be written. ") + outcome);
-    return result == RegistrationResult::NothingChanged ? kUnchanged : kFailed;
+    return result == RegistrationResult::NothingChanged ? Result::Unchanged : Result::Failed;
 }
 
 }  // namespace
@@ -76,7 +76,7 @@ Result registerModule(const std::u16string& folder, Trial trial, Messages& messa
     const std::u16string module = folder + u"nmshell.dll";
     if (owlkit::pathType(module) != owlkit::PathType::File) {
         messages.complain("there is no " + utf8(module) + ". Nothing was changed.");
-        return kNoModule;
+        return Result::NoModule;
     }
     if (!mayChangeTheMachine())
         return refuseWithoutRights(messages);
@@ -84,7 +84,7 @@ Result registerModule(const std::u16string& folder, Trial trial, Messages& messa
         trial == Trial::Load ? platform::loadError(module) : platform::headerError(module);
     if (const std::string fault = describeLoadError(error); !fault.empty()) {
         messages.complain(utf8(module) + " cannot be loaded: " + fault + ". Nothing was changed.");
-        return kUnusableModule;
+        return Result::UnusableModule;
     }
     if (const std::u16string real = behindLink(folder); !real.empty())
         messages.complain("warning: " + utf8(folder) + " leads to " + utf8(real) +
@@ -97,7 +97,7 @@ Result registerModule(const std::u16string& folder, Trial trial, Messages& messa
         return tellFailure(result, messages);
     platform::notifyAssociationsChanged();
     messages.tell("Registered " + utf8(module));
-    return kDone;
+    return Result::Done;
 }
 
 Result unregisterModule(Messages& messages) {
@@ -105,12 +105,12 @@ Result unregisterModule(Messages& messages) {
         return refuseWithoutRights(messages);
     nmshell::UnregisterExtension();
     platform::notifyAssociationsChanged();
-    Result result = kDone;
+    Result result = Result::Done;
     for (const std::u16string& left : remainingKeys()) {
         messages.complain("could not remove " + utf8(left));
-        result = kFailed;
+        result = Result::Failed;
     }
-    if (result == kDone)
+    if (result == Result::Done)
         messages.tell("Unregistered, and the settings of the current user removed.");
     return result;
 }
@@ -119,19 +119,19 @@ Result checkFolder(const std::u16string& folder, Messages& messages) {
     if (const std::u16string real = behindLink(folder); !real.empty()) {
         messages.complain(utf8(folder) + " is refused: it leads to " + utf8(real) +
                           " through a link, which can be changed later. Name that folder itself.");
-        return kUnsafeFolder;
+        return Result::UnsafeFolder;
     }
     const std::vector<Intruder> found = intruders(folder);
     const bool warning = liesInProgramFiles(folder);
     for (const Intruder& intruder : found)
         messages.complain((warning ? "warning: " : "") + describe(intruder));
     if (found.empty() || warning)
-        return kDone;
+        return Result::Done;
     messages.complain(
         utf8(folder) +
         " is refused: what the shell of every user loads must be kept from users. Choose a folder in "
         "Program Files, or take their rights to write away.");
-    return kUnsafeFolder;
+    return Result::UnsafeFolder;
 }
 
 Result applyDefaults(Messages& messages) {
@@ -139,14 +139,14 @@ Result applyDefaults(Messages& messages) {
         {u"Enabled", RegistryValueType::Dword},
         {u"Icons", RegistryValueType::Dword},
         {u"Language", RegistryValueType::String}};
-    Result result = kDone;
+    Result result = Result::Done;
     for (const auto& [name, type] : kSettings) {
         try {
             if (copyDefault(name, type))
                 messages.tell("Gave the user the default of " + utf8(name));
         } catch (const std::exception& error) {
             messages.complain("the default of " + utf8(name) + " could not be copied: " + error.what());
-            result = kFailed;
+            result = Result::Failed;
         }
     }
     return result;

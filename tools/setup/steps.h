@@ -8,16 +8,16 @@
 namespace setup {
 
 // Exit codes of the program.
-enum Result : int {
-    kDone = 0,
-    kIncomplete = 1,  // status: the menu does not appear, or something is missing or different
-    kWrongUsage = 2,
-    kNotElevated = 3,  // administrator rights are needed
-    kNoModule = 4,     // nmshell.dll is not where it is looked for
-    kFailed = 5,
-    kUnusableModule = 6,  // nmshell.dll is there and cannot be loaded
-    kUnsafeFolder = 7,    // users can change what the shell would load
-    kUnchanged = 8,       // the registry could not be written, and an older registration is as it was
+enum class Result : int {
+    Done = 0,
+    Incomplete = 1,  // status: the menu does not appear, or something is missing or different
+    WrongUsage = 2,
+    NotElevated = 3,  // administrator rights are needed
+    NoModule = 4,     // nmshell.dll is not where it is looked for
+    Failed = 5,
+    UnusableModule = 6,  // nmshell.dll is there and cannot be loaded
+    UnsafeFolder = 7,    // users can change what the shell would load
+    Unchanged = 8,       // the registry could not be written, and an older registration is as it was
 };
 
 // Each says in `messages` what came of it. `folder`, with a separator at its end, is where nmshell.dll lies.

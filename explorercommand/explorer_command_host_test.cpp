@@ -145,6 +145,7 @@ TEST_F(ExplorerCommandTest, StartsNothingWithoutASelectionOrWhileOff) {
     ItemArray some({u"a", std::nullopt, u"b"}), none({std::nullopt});
     EXPECT_EQ(wipe->Invoke(&some, nullptr), S_OK);
     EXPECT_TRUE(lastStart().ends_with(u" -data " + owlkit::base64("a\0\0\0b\0\0\0"s)));
+    EXPECT_TRUE(lastStart().starts_with(u"open|C:\\App\\nmark.exe|-cmd 101 "));
     EXPECT_EQ(wipe->Invoke(&none, nullptr), S_OK);
     EXPECT_EQ(lastStart().find(u"-data"), std::u16string::npos);
     host::shellStarts().clear();

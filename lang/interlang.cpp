@@ -111,7 +111,7 @@ interlang::Language& interlang::currentEntry() {
         currentPlace_ = placeOf(currentLanguage_);
     if (!currentPlace_) {
         Language added{currentLanguage_, {}};
-        added.texts.reserve(expectedKeys_);
+        added.texts.reserve(std::exchange(expectedKeys_, 0));
         languages_.push_back(std::move(added));
         currentPlace_ = languages_.size() - 1;
     }

@@ -60,9 +60,10 @@ class interlang {
     // stores it, in place of an earlier text of the same key and language.
     void AddText(std::u16string_view text);
 
-    // Loading, for the reader: SetKey and, escapes apart, AddText of UTF-8 that lies in the pool.
+    // For the reader, which has made sure of state, key and language: SetKey and, escapes apart, AddText of
+    // UTF-8 that lies in the pool.
     TextPool& pool() { return pool_; }
-    void expectKeys(std::size_t count);  // of a file, and so of a language that is new
+    void expectKeys(std::size_t count);  // of a file, and so of its first language
     void prefetchKey(std::string_view key) const { keys_.prefetch(key); }
     void setKeptKey(std::string_view key) { currentKey_ = key; }
     void addKeptText(std::string_view text);
@@ -147,7 +148,7 @@ class interlang {
     std::u16string currentLanguage_;
     std::optional<std::size_t> currentPlace_;  // of the current language, once it has been looked up
     std::size_t lastKey_ = 0;                  // the place of the key of the last text
-    std::size_t expectedKeys_ = 0;             // in each language that is new
+    std::size_t expectedKeys_ = 0;             // in the next language that is new
     State state_ = State::Empty;
     NotFoundMode notFoundMode_ = NotFoundMode::UsePrimary;
 };

@@ -13,8 +13,9 @@ namespace owlkit {
 [[nodiscard]] bool ListLanguageFiles(const std::u16string& folder, std::vector<std::u16string>& names);
 
 // Adds the file's texts to `table`, which must not be loading and is built afterwards. Gives an empty text,
-// or on a failed read one for the user, which names the line and `path`; what stands before that line stays
-// in the table. A file that cannot be opened or read to its end gives the line -1 and no texts.
+// or on a failed read one for the user, which names the line and `path`; the entries that were complete
+// before that line stay in the table. A file that cannot be opened or read to its end gives the line -1 and
+// no texts.
 [[nodiscard]] std::u16string LoadLanguageFile(const std::u16string& path, interlang& table);
 
 // Loads every language file of `folder` (with or without a separator at its end), in any case all of them.

@@ -11,8 +11,8 @@
 namespace owlkit {
 namespace {
 
-// ASCII is converted by blocks of 16 units with SSE2, which every x86-64 processor has. Elsewhere characters
-// go one by one until eight bytes of ASCII promise another block.
+// ASCII is converted by blocks of 16 units with SSE2, which every x86-64 processor has. Elsewhere it goes
+// by characters until eight units of ASCII promise another block.
 constexpr std::ptrdiff_t kBlock = 16;
 constexpr std::ptrdiff_t kSlack = kRunSlack;
 
@@ -173,7 +173,8 @@ std::ptrdiff_t encodePairs(const char16_t* in, std::uint8_t* out) {
 }
 
 // The way of a run: blocks of ASCII by `block`, which tells how many of 16 units it converted, between them
-// single characters by `character` and near the end by `last`, which answer false for one that fails.
+// characters by `character`, which may take several, and near the end one by one by `last`; both answer false
+// for one that fails.
 template <class In, class Out, class Block, class Character, class Last>
 void convertRun(const In*& start, const In* end, Out*& target, const Out* limit, Block block,
                 Character character, Last last) {

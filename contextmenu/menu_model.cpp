@@ -132,7 +132,7 @@ class Builder {
 
 void appendShownText(const MenuEntry& entry, std::u16string& text) {
     const std::size_t start = text.size();
-    owlkit::AppendUtf8(text, entry.text);
+    owlkit::appendUtf8(text, entry.text);
     const auto put = [&](std::u16string_view place, std::u16string_view argument) {
         for (std::size_t at = start; (at = text.find(place, at)) != text.npos; at += argument.size())
             text.replace(at, place.size(), argument);
@@ -143,7 +143,7 @@ void appendShownText(const MenuEntry& entry, std::u16string& text) {
     }
     if (entry.postfix.data() != nullptr) {
         text += u' ';
-        owlkit::AppendUtf8(text, entry.postfix);
+        owlkit::appendUtf8(text, entry.postfix);
     }
 }
 

@@ -37,10 +37,8 @@ class interlang {
 
     // Loading: removes all that was loaded and set; the table stays loading.
     void Clear();
-
     // Empty or built: begins loading; what was loaded before stays. Current key and language become empty.
     void BeginLoad();
-
     // Loading: ends it. An active language that no file gave becomes the primary language, and when that has
     // no texts either the first language that was read. Once the state is right nothing in here can fail.
     void EndLoad();
@@ -48,14 +46,12 @@ class interlang {
     // Loading: sets the active and the primary language, both trimmed. An empty active language means the
     // user's own: the ISO 639 name of GetLocaleInfoW, or the abbreviated language name when that is empty.
     void SetLanguages(std::u16string_view active, std::u16string_view primary);
-
     // Whether setting these two between BeginLoad and EndLoad would change no answer. Writes nothing.
     bool usesLanguages(std::u16string_view active, std::u16string_view primary) const;
 
     // Loading: where the next text goes, also from one file to the next. Only the language is trimmed.
     void SetKey(std::u16string_view key);
     void SetLanguage(std::u16string_view name);
-
     // Loading, with a current key and a current language: decodes the escapes of `text` (lang/escapes.h) and
     // stores it, in place of an earlier text of the same key and language.
     void AddText(std::u16string_view text);
@@ -72,7 +68,6 @@ class interlang {
 
     // Loading: reads a language file; see readLanguages in lang/language_reader.h.
     bool Parse(ByteStream& stream, std::uint32_t& line, ReadObserver* observer = nullptr);
-
     // Built: writes languages as a file; see writeLanguages in lang/language_writer.h.
     bool Write(ByteStream& out, std::u16string_view language = {}, std::u16string_view reference = {}) const;
 
@@ -80,7 +75,6 @@ class interlang {
     bool HasLanguage(std::u16string_view name) const;
     std::size_t GetLanguages(std::vector<std::u16string>& names) const;  // in the order first met
     std::size_t GetKeys(std::vector<std::u16string>& keys) const;        // ascending
-
     // Built: whether there is a text; it, or what `mode` says, is put into `out` unless that is null.
     bool Find(std::u16string_view language, std::u16string_view key, NotFoundMode mode,
               std::u16string* out = nullptr) const;
@@ -88,11 +82,9 @@ class interlang {
     // Built: lookups in the given language, or in the active one when it is empty.
     std::u16string GetText(std::u16string_view key, std::u16string_view language = {}) const;
     bool HasText(std::u16string_view key, std::u16string_view language = {}) const;
-
     // Built: GetText of a key in UTF-8 and the active language, as UTF-8: a part of the table, where it stays
     // until Clear(), or `key` itself.
     std::string_view keptText(std::string_view key) const;
-
     // Built: GetText, then "%1" replaced everywhere by `first`, and in what that gives "%2" by `second`.
     std::u16string GetTextWithArgs(std::u16string_view key, std::u16string_view first,
                                    std::u16string_view second = {}, std::u16string_view language = {}) const;

@@ -116,7 +116,7 @@ HRESULT ShellMenuExtension::GetCommandString(UINT_PTR id, UINT type, UINT*, CHAR
 HRESULT ShellMenuExtension::copyHelpText(UINT_PTR id, CHAR* name, UINT size) {
     std::u16string text;
     if (id < kCommandCount)
-        owlkit::AppendUtf8(text, module().texts.keptText(command(static_cast<std::uint32_t>(id)).helpKey));
+        owlkit::appendUtf8(text, module().texts.keptText(command(static_cast<std::uint32_t>(id)).helpKey));
     const std::size_t bytes = (text.size() + 1) * sizeof(char16_t);
     if (text.empty() || !name || std::size_t{size} * sizeof(char16_t) < bytes)
         return E_FAIL;

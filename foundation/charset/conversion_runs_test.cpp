@@ -60,7 +60,7 @@ void expectToComeBackWhereNothingFails(const std::vector<std::string>& pieces) {
         ASSERT_EQ(comesBackFromWide(whole += piece), wholeComesBack);
     }
     std::u16string appended = u"before";
-    AppendUtf8(appended, whole);
+    appendUtf8(appended, whole);
     ASSERT_TRUE(!wholeComesBack || appended == u"before" + ToWide(whole, kCharsetUtf8));
 }
 

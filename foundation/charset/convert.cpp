@@ -274,7 +274,7 @@ std::string ToNarrow(std::u16string_view text, CharsetCode charset, ErrorPolicy 
     return out.take();
 }
 
-void AppendUtf8(std::u16string& text, std::string_view utf8) {
+void appendUtf8(std::u16string& text, std::string_view utf8) {
     const auto* in = reinterpret_cast<const std::uint8_t*>(utf8.data());
     const std::uint8_t* const end = in + utf8.size();
     char16_t chunk[256];

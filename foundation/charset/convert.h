@@ -42,7 +42,7 @@ std::string ToNarrow(std::u16string_view text, CharsetCode charset, ErrorPolicy 
 
 // Appends ToWide(utf8, kCharsetUtf8), which must have no failure; a byte that fails ends it. Asks for no
 // memory while `text` has room for as many more units as there are bytes.
-void AppendUtf8(std::u16string& text, std::string_view utf8);
+void appendUtf8(std::u16string& text, std::string_view utf8);
 
 // Whether `bytes` are UTF-8 that ToWide takes without a failure and ToNarrow gives back as it is; so without
 // an encoded surrogate, of which two could come back as one character.

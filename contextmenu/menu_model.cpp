@@ -130,6 +130,21 @@ class Builder {
 
 }  // namespace
 
+bool MenuEntry::isSeparator() const {
+    std::string_view rest = text, dashes = kSeparatorText;
+    while (!rest.empty()) {
+        if (namesProduct && rest.starts_with("%2")) {
+            rest.remove_prefix(2);
+        } else if (!dashes.empty() && rest.front() == dashes.front()) {
+            rest.remove_prefix(1);
+            dashes.remove_prefix(1);
+        } else {
+            return false;
+        }
+    }
+    return dashes.empty() && postfix.data() == nullptr;
+}
+
 void appendShownText(const MenuEntry& entry, std::u16string& text) {
     const std::size_t start = text.size();
     owlkit::appendUtf8(text, entry.text);

@@ -32,7 +32,7 @@ struct MenuEntry {
     bool submenu = false;
     std::vector<MenuEntry> children = {};  // of a submenu
 
-    bool isSeparator() const { return text == kSeparatorText && postfix.data() == nullptr; }
+    bool isSeparator() const;  // whether the text that is shown is kSeparatorText; asks for no memory
 };
 
 inline MenuEntry separatorEntry() {

@@ -194,8 +194,25 @@ TEST_F(MenuTest, GoesOnAfterFailures) {
     EXPECT_LE(std::ranges::max(lostBy("InsertMenuItemW")), 10);  // the product submenu at most
 }
 
-// Positions are planned: what follows a lost entry does not move up. A text of two dashes is a separator
-// anywhere.
+// Whatever the text was made of.
+TEST_F(MenuTest, TakesTwoDashesForASeparator) {
+    const struct Case {
+        MenuEntry entry;
+        bool separator;
+    } cases[] = {{{.text = "--"}, true},
+                 {{.text = "%2-%2-", .namesProduct = true}, true},
+                 {{.text = "-%2-"}, false},
+                 {{.text = "-%1-", .namesProduct = true}, false},
+                 {{.text = "---"}, false},
+                 {{.text = "-"}, false},
+                 {{.text = "--", .postfix = std::string_view("", 0)}, false}};
+    for (const Case& c : cases) {
+        EXPECT_EQ(c.entry.isSeparator(), c.separator) << c.entry.text;
+        EXPECT_EQ(shownText(c.entry) == u"--", c.separator) << c.entry.text;
+    }
+}
+
+// Positions are planned: what follows a lost entry does not move up.
 TEST_F(MenuTest, KeepsPlannedPositions) {
     const platform::MenuHandle menu = menuOf({u"first", u"last"});
     fault::arm("InsertMenuItemW", 1, platform::kErrorNotEnoughMemory);

@@ -1,8 +1,11 @@
 // The same for the commands of the first level of the menu.
+#include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "contextmenu/handover_file.h"
 #include "testing/host_life_win32.h"
+#include "tools/rightclick/menu_reader_win32.h"
 
 namespace dll_tests {
 namespace {
@@ -52,11 +55,11 @@ LONG widthOf(const std::u16string& icon) {
     return bitmap.bmWidth;
 }
 
-// What a command starts, with the paths in a hand-over file, which is then gone.
-std::u16string startedBy(IExplorerCommand& command, IShellItemArray* items) {
+// What a choice starts, with the paths in a hand-over file, which is then gone.
+std::u16string startedBy(const std::function<void()>& choice) {
     faults.start.clear();
-    command.Invoke(items, nullptr);
-    std::u16string start = faults.start;
+    choice();
+    std::u16string start = std::exchange(faults.start, {});
     if (const std::size_t at = start.find(u"-tfn "); at != std::u16string::npos) {
         nmshell::LaunchRequest request;
         nmshell::HandoverFiles files;
@@ -84,7 +87,7 @@ void useCommand(IExplorerCommand& command, IShellItemArray* items, Lines& lines)
     EXPECT_EQ(picture.empty() ? 20 : widthOf(picture), 20);
     lines.push_back(taken(command.GetTitle(items, &title), title) + (state == ECS_DISABLED ? u" x " : u" ") +
                     picture.substr(picture.rfind(u'-') + 1));
-    lines.push_back(startedBy(command, items));
+    lines.push_back(startedBy([&] { command.Invoke(items, nullptr); }));
     ComPointer<IEnumExplorerCommand> below, copy;
     if (flags != ECF_HASSUBCOMMANDS || FAILED(command.EnumSubCommands(receive(below))))
         return;
@@ -116,6 +119,47 @@ Lines useCommands(IShellItemArray* items) {
     return lines;
 }
 
+void useEntry(IContextMenu& menu, const rightclick::MenuEntry& entry, Lines& lines) {
+    const std::string bitmap = entry.bitmap == rightclick::kNoBitmap ? "" : std::to_string(entry.bitmap);
+    lines.push_back((entry.separator ? u"--" : entry.text) + (entry.grayed ? u" x " : u" ") +
+                    std::u16string(bitmap.begin(), bitmap.end()));
+    lines.push_back(startedBy([&] {
+        CMINVOKECOMMANDINFO info = {};
+        info.cbSize = sizeof info;
+        info.lpVerb = MAKEINTRESOURCEA(entry.id - 1);
+        if (entry.id != 0)
+            menu.InvokeCommand(&info);
+    }));
+    for (const rightclick::MenuEntry& below : entry.children)
+        useEntry(menu, below, lines);
+}
+
+// The same of the context menu.
+Lines useContextMenu(const std::vector<std::u16string>& paths) {
+    Lines lines;
+    {
+        ComPointer<IShellExtInit> object;
+        ComPointer<IContextMenu> menu;
+        CLSID classId = {};
+        CLSIDFromString(wide(nmshell::kFileSystemClassId.data()), &classId);
+        CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_IShellExtInit, receive(object));
+        const HMODULE module = GetModuleHandleW(kModule);
+        observe(module);
+        object.get()->Initialize(nullptr, rightclick::makeDropObject(paths).get(), nullptr);
+        object.get()->QueryInterface(IID_IContextMenu, receive(menu));
+        const HMENU popup = CreatePopupMenu();
+        menu.get()->QueryContextMenu(popup, 0, 1, 0x7FFF, CMF_NORMAL);
+        std::vector<rightclick::MenuEntry> entries = rightclick::readMenuEntries(popup, 0, module);
+        DestroyMenu(popup);
+        // Between separators: the entry of the selection, and the product's, which is the root command.
+        EXPECT_EQ(entries.size(), 4u);
+        entries[2].children.insert(entries[2].children.begin(), entries[1]);
+        useEntry(*menu.get(), entries[2], lines);
+    }
+    CoFreeUnusedLibraries();
+    return lines;
+}
+
 TEST_F(HostLife, LosesNothingByCommands) {
     const ComPointer<IShellItemArray> one = arrayOf({u"C:\\windows\\win.ini"});
     setSetting(L"Language", REG_SZ, std::string("e\0n\0\0\0", 6));
@@ -136,7 +180,7 @@ TEST_F(HostLife, LosesNothingByCommands) {
     EXPECT_EQ(again, lines);
 }
 
-TEST_F(HostLife, HandsOverTheShellsWholeSelection) {
+TEST_F(HostLife, ShowsAndStartsByCommandsWhatTheContextMenuDoes) {
     std::vector<std::u16string> many;
     std::u16string list;
     for (int i = 0; i < 10000; ++i) {
@@ -144,12 +188,20 @@ TEST_F(HostLife, HandsOverTheShellsWholeSelection) {
         many.emplace_back(name.begin(), name.end());
         (list += many.back()) += u'\0';
     }
-    const ComPointer<IShellItemArray> items = arrayOf(many);
-    const ULONGLONG start = GetTickCount64();
-    const Lines lines = useCommands(items.get());
-    std::cout << many.size() << " items: " << GetTickCount64() - start << " ms\n";
-    ASSERT_EQ(lines.size(), 22u);
-    EXPECT_TRUE(lines[3].ends_with(u'|' + list));
+    setSetting(L"Language", REG_SZ, std::string("e\0n\0\0\0", 6));
+    for (const std::vector<std::u16string>& paths : {{u"C:\\windows\\gone"}, {u"C:\\windows"}, many}) {
+        SCOPED_TRACE(paths.size());
+        const ComPointer<IShellItemArray> items = arrayOf(paths);
+        const ULONGLONG start = GetTickCount64();
+        const Lines lines = useCommands(items.get());
+        std::cout << paths.size() << " items: " << GetTickCount64() - start << " ms\n";
+        const Lines classic = useContextMenu(paths);
+        ASSERT_EQ(lines.size(), 22u);
+        const auto [own, other] = std::ranges::mismatch(lines, classic);
+        EXPECT_EQ(own - lines.begin(), 22) << "the line that differs";
+        EXPECT_EQ(other, classic.end());
+        EXPECT_EQ(lines[3].ends_with(u'|' + list), paths.size() > 1) << "the paths";
+    }
 }
 
 }  // namespace

@@ -67,7 +67,6 @@ class InstallerTest(WineTest):
     @classmethod
     def restart(cls):
         cls.stop()
-        cls.start()
         cls.wine("wineboot")
 
     def msiexec(self, verb, package, *properties):

@@ -35,22 +35,14 @@ class WineTest(unittest.TestCase):
                                XDG_DATA_HOME=str(cls.home / "xdg"), WINEDEBUG="-all,err+seh,err+virtual")
         cls.environment.pop("DISPLAY", None)
         cls.addClassCleanup(shutil.rmtree, cls.home, ignore_errors=True)
-        cls.start()
         cls.addClassCleanup(cls.stop)
-
-    @classmethod
-    def start(cls):
-        """Starts Windows: Wine ends its services with the last program, and starting them again takes seconds."""
-        cls.lasting = subprocess.Popen([ROOT / "scripts/wine-run.sh", "cmd"], env=cls.environment, stdin=subprocess.PIPE,
-                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        cls.wine("cmd", "/c", "exit")  # waits until it is there
+        cls.wine("cmd", "/c", "exit")  # makes the prefix
 
     @classmethod
     def stop(cls):
         """Ends every program and writes the registry."""
         subprocess.run(["/usr/lib/wine/wineserver64", "-k", "-w"], env=cls.environment, check=False,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        cls.lasting.communicate()
 
     def setUp(self):
         self.work = self.home / "work"

@@ -19,7 +19,7 @@ struct Shape {
 constexpr Shape kShapes[] = {{"40 languages of 21 keys", 40, 21}, {"1 language of 12000 keys", 1, 12000}};
 
 std::string language(int index) {
-    return "x" + std::to_string(index);
+    return std::string("x") += std::to_string(index);
 }
 std::string key(int index) {
     return "CXT_MENU_ENTRY_" + std::to_string(index);
@@ -32,7 +32,8 @@ std::string text(int index) {
 std::vector<std::string> files(const Shape& shape, bool keyFile) {
     std::vector<std::string> result;
     for (int i = 0; i < shape.languages; ++i) {
-        std::string file = keyFile ? "[" + language(i) + "]\n" : "LANG: " + language(i) + "\n\n";
+        std::string file = keyFile ? "[" : "LANG: ";
+        (file += language(i)) += keyFile ? "]\n" : "\n\n";
         for (int k = 0; k < shape.keys; ++k)
             file +=
                 keyFile ? key(k) + "=" + text(k) + "\n" : "KEY: " + key(k) + "\nTEXT: " + text(k) + "\n\n";

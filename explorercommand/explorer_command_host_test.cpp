@@ -142,7 +142,7 @@ TEST_F(ExplorerCommandTest, AsksForNothingThatItDoesNotUse) {
 TEST_F(ExplorerCommandTest, StartsNothingWithoutASelectionOrWhileOff) {
     using namespace std::string_literals;
     const Ref<IExplorerCommand> wipe = std::move(children(*root(Files))[0]);
-    ItemArray some({u"a", std::nullopt, u"b"}), none({std::nullopt});
+    ItemArray some({u"a", std::nullopt, u"", std::u16string(1, u'\0'), u"b"}), none({std::nullopt});
     EXPECT_EQ(wipe->Invoke(&some, nullptr), S_OK);
     EXPECT_TRUE(lastStart().ends_with(u" -data " + owlkit::base64("a\0\0\0b\0\0\0"s)));
     EXPECT_TRUE(lastStart().starts_with(u"open|C:\\App\\nmark.exe|-cmd 101 "));

@@ -64,6 +64,8 @@ class Item final : public IShellItem {
         *name = nullptr;
         if (fails("IShellItem::GetDisplayName") || kind != SIGDN_FILESYSPATH || !path_)
             return E_FAIL;
+        if (path_->empty())
+            return S_OK;
         const std::size_t bytes = (path_->size() + 1) * sizeof(char16_t);
         void* const memory = std::malloc(bytes);
         std::memcpy(memory, path_->c_str(), bytes);

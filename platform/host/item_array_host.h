@@ -9,10 +9,11 @@
 
 namespace platform::host {
 
-// Items with their file-system paths; one without a path stands for an object that is no file. GetCount,
-// GetItemAt and GetDisplayName (SIGDN_FILESYSPATH alone) work; an injected fault of
-// "IShellItemArray::GetCount", "IShellItemArray::GetItemAt" or "IShellItem::GetDisplayName" makes them fail
-// with E_FAIL. Lives on the caller's stack: Release only counts.
+// Items with their file-system paths; one without a path stands for an object that is no file, and one of an
+// empty path for an item of a faulty extension, which succeeds without giving a name. GetCount, GetItemAt and
+// GetDisplayName (SIGDN_FILESYSPATH alone) work; an injected fault of "IShellItemArray::GetCount",
+// "IShellItemArray::GetItemAt" or "IShellItem::GetDisplayName" makes them fail with E_FAIL. Lives on the
+// caller's stack: Release only counts.
 class ItemArray final : public IShellItemArray {
   public:
     explicit ItemArray(std::vector<std::optional<std::u16string>> paths) : paths_(std::move(paths)) {}

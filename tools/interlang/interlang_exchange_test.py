@@ -69,6 +69,7 @@ class ExchangeTest(InterlangTest):
                 (header + r'msgctxt "A" msgid "a"'.replace(" msgid", "\nmsgid") + '\nmsgstr "\\x41\\102" "\\303\\244" "b"',
                  "KEY: A\nTEXT: ABäb\n"),
                 (header + 'msgctxt "A"\nmsgid "a"\nmsgstr "\\377"', "line 7: escapes that give no UTF-8"),
+                (header.replace("de", r"de\nLast-Translator: \377") + 'msgctxt "A"\nmsgid "a"\nmsgstr "x"', "escapes that give no UTF-8"),
                 (header + 'msgctxt "A"\nmsgid "a"\nmsgstr "x" y', "line 6: a quote"),
                 ((body % (unit % "<target>ä</target>")).encode("utf-16"), "KEY: A\nTEXT: ä\n"),
                 (re.sub(r"<(/?)(?=\w)", r"<\1x:", (body % (unit % "<target>p</target>"))).replace(

@@ -193,6 +193,10 @@ class Reader {
             return;
         if (!entry.id || !entry.text)
             fail("an entry without msgid or msgstr above");
+        for (const auto* text : {&entry.context, &entry.id, &entry.text}) {
+            if (*text && !isUtf8(**text))
+                fail("escapes that give no UTF-8 above");
+        }
         if (!entry.context && entry.id->empty())
             readHeader(*entry.text);
         else if (!entry.context)
@@ -202,10 +206,6 @@ class Reader {
     }
 
     void addUnit(const Entry& entry) {
-        for (const std::string* text : {&*entry.context, &*entry.id, &*entry.text}) {
-            if (!isUtf8(*text))
-                fail("escapes that give no UTF-8 above");
-        }
         Unit unit;
         unit.key = *entry.context;
         unit.source = *entry.id;

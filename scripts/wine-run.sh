@@ -54,10 +54,10 @@ if [ ! -e "$WINEPREFIX/.ready" ]; then
   once "$template" make_template
   once "$WINEPREFIX" make_prefix
 fi
-# Wine's server ends three seconds after the last program, and a program that comes while it does so is refused without a word or
-# waits for services that are going. So it stays for ten minutes, and who starts it starts the services too, with no output of ours
-# that they would keep open.
+# Wine's server ends three seconds after the last program, and a program that comes while it does so waits for services that are
+# going, or ends without a word. So it stays for ten minutes, and who starts it starts the services too, with no output of ours that
+# they would keep open. Should that fail, the program itself says why.
 if "$WINESERVER" -p600 </dev/null >/dev/null 2>&1; then
-  "$wine" cmd /c exit </dev/null >/dev/null 2>&1
+  "$wine" cmd /c exit </dev/null >/dev/null 2>&1 || true
 fi
 exec "$wine" "$@"
